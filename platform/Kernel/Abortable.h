@@ -1,0 +1,27 @@
+#pragma once
+
+#include <Kernel/Export.h>
+
+namespace Kernel {
+
+/// Base of long work that its caller can stop.
+///
+/// The caller owns a flag and gives its address; the work reads it at safe points and stops early, without an error, once
+/// it is true. Any thread, or a signal handler, may set it.
+class QUILLET_API Abortable
+{
+public:
+    Abortable() = default;
+    virtual ~Abortable() = default;
+
+    /// `flag` stays the caller's and outlives the work; null means that nothing stops it.
+    void SetAbortPointer(const bool* flag) { abortPointer = flag; }
+
+    /// The pointer as set; null by default.
+    virtual const bool* GetAbortPointer() const { return abortPointer; }
+
+protected:
+    const bool* abortPointer = nullptr;
+};
+
+} // namespace Kernel

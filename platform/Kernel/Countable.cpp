@@ -1,0 +1,10 @@
+#include <Kernel/Countable.h>
+
+namespace Kernel {
+
+void Countable::Destroy() const noexcept
+{
+    delete this;
+}
+
+} // namespace Kernel

@@ -1,0 +1,70 @@
+#include <Kernel/CharTraits.h>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+using Kernel::CharTraits;
+
+namespace {
+
+struct Utf8Case
+{
+    const char* name;
+    std::string_view bytes;
+    std::size_t validLength;
+    std::vector<char32_t> decoded;
+};
+
+const Utf8Case c_utf8Cases[] = {
+    {"empty", "", 0, {}},
+    {"a zero byte is a character", std::string_view("a\0b", 3), 3, {'a', 0, 'b'}},
+    {"first and last of each length",
+     "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF",
+     19,
+     {0x7F, 0x80, 0x7FF, 0x800, 0xFFFF, 0x10000, 0x10FFFF}},
+    {"around the surrogates", "\xED\x9F\xBF\xEE\x80\x80", 6, {0xD7FF, 0xE000}},
+    {"overlong slash", "a\xC0\xAF", 1, {'a', 0xFFFD, 0xFFFD}},
+    {"overlong in three bytes", "\xE0\x9F\xBF", 0, {0xFFFD, 0xFFFD, 0xFFFD}},
+    {"overlong in four bytes", "\xF0\x8F\xBF\xBF", 0, {0xFFFD, 0xFFFD, 0xFFFD, 0xFFFD}},
+    {"surrogate", "ab\xED\xA0\x80", 2, {'a', 'b', 0xFFFD, 0xFFFD, 0xFFFD}},
+    {"above the last", "\xF4\x90\x80\x80", 0, {0xFFFD, 0xFFFD, 0xFFFD, 0xFFFD}},
+    {"no lead byte", "\xFF\x80z", 0, {0xFFFD, 0xFFFD, 'z'}},
+    {"cut at the end", "\xC3\xA9\xE2\x82", 2, {0xE9, 0xFFFD}},
+    {"cut by a letter", "\xF0\x9F\x98z", 0, {0xFFFD, 'z'}},
+};
+
+TEST(CharTraitsTest, ReadsUtf8)
+{
+    for (const Utf8Case& row : c_utf8Cases) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(CharTraits::GetValidLength(row.bytes.data(), row.bytes.size()), row.validLength);
+        std::vector<char32_t> decoded;
+        for (std::size_t position = 0; position < row.bytes.size();) {
+            decoded.push_back(CharTraits::DecodeCodePoint(row.bytes, position));
+        }
+        EXPECT_EQ(decoded, row.decoded);
+    }
+}
+
+TEST(CharTraitsTest, EveryCodePointComesBack)
+{
+    for (char32_t value = 0; value <= 0x110000; ++value) {
+        std::string text;
+        CharTraits::AppendCodePoint(text, value);
+        std::size_t position = 0;
+        const char32_t expected = CharTraits::IsScalarValue(value) ? value : CharTraits::c_replacement;
+        ASSERT_EQ(CharTraits::DecodeCodePoint(text, position), expected) << static_cast<std::uint32_t>(value);
+        ASSERT_EQ(position, text.size());
+    }
+}
+
+TEST(CharTraitsTest, JoinsSurrogates)
+{
+    EXPECT_EQ(CharTraits::MakeCodePoint(0xD800, 0xDC00), 0x10000u);
+    EXPECT_EQ(CharTraits::MakeCodePoint(0xD83D, 0xDE00), 0x1F600u);
+    EXPECT_EQ(CharTraits::MakeCodePoint(0xDBFF, 0xDFFF), 0x10FFFFu);
+    EXPECT_EQ(CharTraits::MakeCodePoint(0xD800, 'A'), 0x10041u);
+}
+
+} // namespace

@@ -1,0 +1,57 @@
+#include <Kernel/HashAccumulator.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <unordered_set>
+
+using Kernel::AddToHash;
+
+namespace {
+
+template <typename... Parts>
+std::size_t GetHash(const Parts&... parts)
+{
+    std::size_t hash = 0;
+    (AddToHash(hash, parts), ...);
+    return hash;
+}
+
+TEST(HashAccumulatorTest, EqualPartsHashAlike)
+{
+    EXPECT_EQ(GetHash(1, 2.5, "text"), GetHash(1, 2.5, std::string("text")));
+    EXPECT_EQ(GetHash(0.0), GetHash(-0.0));
+    EXPECT_EQ(GetHash(1.5f), GetHash(1.5));
+    EXPECT_EQ(GetHash(-1), GetHash(-1LL));
+}
+
+TEST(HashAccumulatorTest, DifferentPartsHashApart)
+{
+    std::unordered_set<std::size_t> hashes;
+    int count = 0;
+    const auto add = [&](std::size_t hash) {
+        hashes.insert(hash);
+        ++count;
+    };
+    for (int i = 0; i < 20; ++i)
+        add(GetHash(std::string(static_cast<std::size_t>(i), '\0')));
+    add(GetHash("ab", "c"));
+    add(GetHash("a", "bc"));
+    add(GetHash("abc"));
+    add(GetHash(1, 2));
+    add(GetHash(2, 1));
+    EXPECT_EQ(static_cast<int>(hashes.size()), count);
+}
+
+TEST(HashAccumulatorTest, NeighboursSpreadOverBuckets)
+{
+    // 4096 neighbouring keys in 4096 buckets leave about 1 - 1/e of them used if the low bits are as good as chance.
+    std::unordered_set<std::size_t> used;
+    for (int x = 0; x < 64; ++x) {
+        for (int y = 0; y < 64; ++y)
+            used.insert(GetHash(x, y * 0.0625) % 4096);
+    }
+    EXPECT_NEAR(static_cast<double>(used.size()), 4096 * 0.632, 100);
+}
+
+} // namespace
