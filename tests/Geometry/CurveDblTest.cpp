@@ -1,0 +1,323 @@
+#include <Geometry/PolyCurveDbl.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <vector>
+
+namespace {
+
+using Geometry::BoundingBoxT;
+using Geometry::CurveDbl;
+using Geometry::CurveNode;
+using Geometry::PolyCurveDbl;
+using Geometry::AffineTransform::Params;
+using Point = Kernel::PointT<double>;
+using Rect = Kernel::RectT<double>;
+using Style = CurveNode::Style;
+
+constexpr double c_infinity = std::numeric_limits<double>::infinity();
+constexpr double c_nan = std::numeric_limits<double>::quiet_NaN();
+
+std::vector<Point> GetPoints(const CurveDbl& curve)
+{
+    std::vector<Point> points;
+    for (const CurveNode& node : curve.nodes)
+        points.push_back(node.point);
+    return points;
+}
+
+std::vector<Style> GetStyles(const CurveDbl& curve)
+{
+    std::vector<Style> styles;
+    for (std::size_t i = 0; i < curve.nodes.size(); i += 3)
+        styles.push_back(curve.nodes[i].style);
+    return styles;
+}
+
+double GetLargestDifference(const Rect& a, const Rect& b)
+{
+    return std::max({std::abs(a.left - b.left), std::abs(a.top - b.top), std::abs(a.right - b.right),
+                     std::abs(a.bottom - b.bottom)});
+}
+
+/// The box of many points of the transformed curve, by repeated halving of its control polygon.
+Rect GetSampledBox(const CurveDbl& curve, const Params& transform, int sampleCount)
+{
+    BoundingBoxT<double> box;
+    for (std::size_t i = 0; i + 3 < curve.nodes.size(); i += 3) {
+        for (int k = 0; k <= sampleCount; ++k) {
+            const double t = double(k) / sampleCount;
+            Point points[4];
+            for (std::size_t j = 0; j < 4; ++j)
+                points[j] = curve.nodes[i + j].point;
+            for (int level = 3; level > 0; --level) {
+                for (int j = 0; j < level; ++j)
+                    points[j] = points[j] * (1 - t) + points[j + 1] * t;
+            }
+            box.Add(transform.ApplyTo(points[0]));
+        }
+    }
+    return box.GetRect();
+}
+
+TEST(CurveDbl, BuildsThreeNodesASegment)
+{
+    const Point a{0, 0}, b{1, 0}, c{2, 3}, d{4, 5};
+    CurveDbl nodes;
+    nodes.AddNode(a);
+    nodes.AddNode(b);
+    nodes.AddBezierCurve(d, b, c);
+    EXPECT_EQ(GetPoints(nodes), (std::vector<Point>{a, a, b, b, b, c, d}));
+    EXPECT_FALSE(nodes.IsClosed());
+    EXPECT_EQ(nodes.GetSegmentCount(), 2U);
+
+    CurveDbl lines;
+    lines.AddLine(a, b);
+    lines.AddLine(b, c);
+    lines.AddLine(d, a);
+    EXPECT_EQ(GetPoints(lines), (std::vector<Point>{a, a, b, b, b, c, c, c, d, d, d, a, a}));
+
+    CurveDbl rectangle;
+    rectangle.AddRectangle({1, 2, 5, 4});
+    EXPECT_TRUE(rectangle.IsClosed());
+    EXPECT_EQ(rectangle.nodes.size(), 13U);
+    EXPECT_EQ(rectangle.nodes[0].point, (Point{1, 2}));
+    EXPECT_EQ(rectangle.nodes[6].point, (Point{5, 4}));
+    EXPECT_EQ(rectangle.nodes[12].point, (Point{1, 2}));
+
+    CurveDbl headless;
+    headless.AddBezierCurve(c, a, b);
+    EXPECT_EQ(GetPoints(headless), (std::vector<Point>{a, a, b, c}));
+    EXPECT_EQ(CurveDbl{}.GetSegmentCount(), 0U);
+}
+
+TEST(CurveDbl, StylesFollowTheTangents)
+{
+    constexpr Style corner = Style::Corner;
+    constexpr Style smooth = Style::Smooth;
+
+    CurveDbl square;
+    square.AddRectangle({0, 0, 1, 1});
+    square.AutoSetNodeStyles();
+    EXPECT_EQ(GetStyles(square), (std::vector<Style>{corner, corner, corner, corner, corner}));
+
+    // A straight line into an arch, an arch that goes on with a handle of another length, then a turn back.
+    CurveDbl wave;
+    wave.AddNode({0, 0});
+    wave.AddNode({10, 0});
+    wave.AddBezierCurve({20, 10}, {15, 0}, {20, 5});
+    wave.AddBezierCurve({30, 20}, {20, 18}, {25, 20});
+    wave.AddBezierCurve({20, 30}, {25, 20}, {20, 25});
+    wave.AutoSetNodeStyles();
+    EXPECT_EQ(GetStyles(wave), (std::vector<Style>{corner, smooth, smooth, corner, corner}));
+
+    // Handles that lie on their nodes leave the other handle to give the tangent.
+    CurveDbl retracted;
+    retracted.AddNode({0, 0});
+    retracted.AddBezierCurve({10, 0}, {5, 0}, {10, 0});
+    retracted.AddBezierCurve({20, 10}, {10, 0}, {20, 0});
+    retracted.AutoSetNodeStyles();
+    EXPECT_EQ(GetStyles(retracted), (std::vector<Style>{corner, smooth, corner}));
+
+    // A segment without length has no direction to agree with.
+    CurveDbl stopped;
+    stopped.AddNode({0, 0});
+    stopped.AddNode({0, 0});
+    stopped.AddBezierCurve({20, 10}, {10, 0}, {20, 0});
+    stopped.AutoSetNodeStyles();
+    EXPECT_EQ(GetStyles(stopped), (std::vector<Style>{corner, corner, corner}));
+
+    // Where a closed curve starts is a join like any other, with or without nodes for the closing segment.
+    CurveDbl drop;
+    drop.AddNode({0, 0});
+    drop.AddBezierCurve({0, 0}, {10, 1}, {-10, -1});
+    drop.AutoSetNodeStyles();
+    EXPECT_EQ(GetStyles(drop), (std::vector<Style>{corner, corner}));
+    drop.MakeClosed();
+    drop.AutoSetNodeStyles();
+    EXPECT_EQ(GetStyles(drop), (std::vector<Style>{smooth, smooth}));
+
+    CurveDbl stadium;
+    stadium.AddNode({10, 0});
+    stadium.AddBezierCurve({10, 10}, {20, 0}, {20, 10});
+    stadium.AddNode({0, 10});
+    stadium.AddBezierCurve({0, 0}, {-10, 10}, {-10, 0});
+    stadium.MakeClosed();
+    stadium.AutoSetNodeStyles();
+    EXPECT_EQ(GetStyles(stadium), (std::vector<Style>{smooth, smooth, smooth, smooth}));
+
+    // 0.02 is the tangent of the largest angle.
+    for (const auto& [rise, expected] : {std::pair{0.19, smooth}, std::pair{0.21, corner}}) {
+        CurveDbl bend;
+        bend.AddNode({0, 0});
+        bend.AddBezierCurve({20, 0}, {0, 5}, {10, 0});
+        bend.AddBezierCurve({40, 0}, {30, rise}, {40, 5});
+        bend.AutoSetNodeStyles();
+        EXPECT_EQ(bend.nodes[3].style, expected) << rise;
+    }
+}
+
+TEST(CurveDbl, ExactBoxIsThatOfASampledTwin)
+{
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> value(-100, 100);
+    std::uniform_int_distribution<int> whole(-2, 2); // often leaves the quadratic or linear terms at zero
+    constexpr int c_sampleCount = 4000;
+    for (int i = 0; i < 150; ++i) {
+        const auto next = [&] { return i % 2 ? value(random) : whole(random); };
+        const auto nextPoint = [&] {
+            const double x = next();
+            return Point{x, next()};
+        };
+        CurveDbl curve;
+        curve.AddNode(nextPoint());
+        for (int k = 0; k < 3; ++k) {
+            const Point end = nextPoint(), control1 = nextPoint();
+            curve.AddBezierCurve(end, control1, nextPoint());
+        }
+        Params transform;
+        if (i % 3 == 1) transform = {next(), next(), next(), next(), next(), next()};
+
+        const Rect exact = curve.GetExactBBox(transform);
+        const Rect sampled = GetSampledBox(curve, transform, c_sampleCount);
+        const double size = 1 + std::max(sampled.GetWidth(), sampled.GetHeight());
+        // Samples miss an extreme by at most the curvature over half a step.
+        EXPECT_LE(GetLargestDifference(exact, sampled), size * 1e-6) << "curve " << i;
+        EXPECT_TRUE(exact.Inflated(size * 1e-12).Contains(sampled)) << "curve " << i;
+        if (transform == Params{}) {
+            EXPECT_EQ(curve.GetExactBBox(), exact);
+            EXPECT_TRUE(curve.GetApproxBBox().Inflated(size * 1e-12).Contains(exact));
+        }
+    }
+}
+
+TEST(CurveDbl, BoxesOfSpecialCurves)
+{
+    CurveDbl arch;
+    arch.AddNode({0, 0});
+    arch.AddBezierCurve({4, 0}, {0, 4}, {4, 4});
+    EXPECT_EQ(arch.GetApproxBBox(), (Rect{0, 0, 4, 4}));
+    EXPECT_LE(GetLargestDifference(arch.GetExactBBox(), Rect{0, 0, 4, 3}), 1e-12);
+
+    for (const double scale : {1e-300, 1e-160, 1e160, 1e300}) {
+        const Rect box = arch.GetExactBBox(Params::Scale(scale, scale));
+        EXPECT_NEAR(box.bottom / scale, 3, 1e-9) << scale;
+    }
+
+    EXPECT_EQ(CurveDbl{}.GetApproxBBox(), Rect{});
+    EXPECT_EQ(CurveDbl{}.GetExactBBox(), Rect{});
+
+    CurveDbl dot;
+    dot.AddNode({3, 4});
+    EXPECT_EQ(dot.GetExactBBox(), (Rect{3, 4, 3, 4}));
+    EXPECT_EQ(dot.GetApproxBBox(), (Rect{3, 4, 3, 4}));
+}
+
+TEST(CurveDbl, PointsThatAreNotFiniteStayOutOfBoxes)
+{
+    for (const double bad : {c_nan, c_infinity, -c_infinity}) {
+        for (std::size_t index = 0; index < 7; ++index) {
+            CurveDbl curve;
+            curve.AddLine({1, 1}, {2, 2});
+            curve.AddBezierCurve({3, 3}, {2, 2}, {3, 3});
+            curve.nodes[index].point.x = bad;
+            curve.AutoSetNodeStyles();
+            EXPECT_FALSE(curve.IsEqual(curve, c_infinity));
+            const Rect page{1, 1, 3, 3};
+            EXPECT_TRUE(page.Contains(curve.GetApproxBBox())) << index;
+            EXPECT_TRUE(page.Contains(curve.GetExactBBox())) << index;
+        }
+        CurveDbl nowhere;
+        nowhere.AddLine({bad, 1}, {1, bad});
+        EXPECT_EQ(nowhere.GetApproxBBox(), Rect{});
+        EXPECT_EQ(nowhere.GetExactBBox(), Rect{});
+        EXPECT_EQ(nowhere.GetExactBBox(Params::Scale(2, 2)), Rect{});
+    }
+}
+
+TEST(CurveDbl, NodesBehindTheLastSegmentDoNoHarm)
+{
+    for (std::size_t count = 0; count <= 13; ++count) {
+        CurveDbl curve;
+        curve.AddRectangle({0, 0, 1, 1});
+        curve.nodes.resize(count);
+        curve.AutoSetNodeStyles();
+        const Rect box = curve.GetExactBBox(Params::Translation(0, 0));
+        EXPECT_TRUE((Rect{0, 0, 1, 1}.Contains(box)));
+        for (std::size_t i = 0; i < 15; ++i) {
+            const bool startsSegment = i % 3 == 0 && i + 3 < count;
+            const bool isEnd = i % 3 == 0 && i + 1 == count;
+            EXPECT_EQ(curve.IsStraightSegment(i, 1e-6), startsSegment || isEnd) << count << ' ' << i;
+        }
+        EXPECT_EQ(curve.IsRectangle(1e-6), count == 10 || count == 13);
+    }
+}
+
+TEST(PolyCurveDbl, CopiesShareAndClonesDoNot)
+{
+    PolyCurveDbl path(Rect{0, 0, 2, 1});
+    path.AddCurve(nullptr);
+    ASSERT_EQ(path.curves.size(), 1U);
+
+    const PolyCurveDbl copy = path;
+    EXPECT_EQ(copy.curves.front(), path.curves.front());
+    const auto clone = path.Clone();
+    EXPECT_NE(clone->curves.front(), path.curves.front());
+    EXPECT_TRUE(clone->IsEqual(path, 0));
+    EXPECT_TRUE(clone->curves.front()->IsClosed());
+
+    path.Transform(Params::Translation(10, 0));
+    EXPECT_EQ(copy.GetApproxBBox(), (Rect{10, 0, 12, 1}));
+    EXPECT_EQ(clone->GetApproxBBox(), (Rect{0, 0, 2, 1}));
+    EXPECT_EQ(clone->GetExactBBox(Params::Scale(3, 3)), (Rect{0, 0, 6, 3}));
+}
+
+TEST(PolyCurveDbl, EqualWithinToleranceInEveryRespect)
+{
+    const PolyCurveDbl path(Rect{0, 0, 2, 1});
+    const auto isEqualAfter = [&](auto change) {
+        const auto other = path.Clone();
+        change(*other);
+        EXPECT_EQ(path.IsEqual(*other, 0.125), other->IsEqual(path, 0.125));
+        return path.IsEqual(*other, 0.125);
+    };
+    EXPECT_TRUE(isEqualAfter([](PolyCurveDbl&) {}));
+    EXPECT_TRUE(isEqualAfter([](PolyCurveDbl& p) { p.curves[0]->nodes[12].point.y += 0.125; }));
+    EXPECT_TRUE(isEqualAfter([](PolyCurveDbl& p) { p.curves[0]->nodes[3].style = Style::Smooth; }));
+    EXPECT_FALSE(isEqualAfter([](PolyCurveDbl& p) { p.curves[0]->nodes[12].point.y += 0.126; }));
+    EXPECT_FALSE(isEqualAfter([](PolyCurveDbl& p) { p.curves[0]->nodes[1].point.x -= 0.126; }));
+    EXPECT_FALSE(isEqualAfter([](PolyCurveDbl& p) { p.curves[0]->nodes.pop_back(); }));
+    EXPECT_FALSE(isEqualAfter([](PolyCurveDbl& p) { p.curves[0]->SetClosed(false); }));
+    EXPECT_FALSE(isEqualAfter([](PolyCurveDbl& p) { p.AddRectangle({0, 0, 2, 1}); }));
+    EXPECT_FALSE(isEqualAfter([](PolyCurveDbl& p) { p.curves.clear(); }));
+}
+
+TEST(PolyCurveDbl, SpeaksForAllItsCurves)
+{
+    PolyCurveDbl path;
+    EXPECT_TRUE(path.GetAllCurvesClosed());
+    EXPECT_EQ(path.GetApproxBBox(), Rect{});
+    EXPECT_EQ(path.GetExactBBox(), Rect{});
+    EXPECT_FALSE(path.IsRectangle(1));
+
+    path.AddRectangle({10, 10, 12, 11});
+    EXPECT_TRUE(path.IsRectangle(1e-6));
+    auto nowhere = Kernel::MakeCounted<CurveDbl>();
+    nowhere->AddNode({c_nan, 0});
+    path.AddCurve(nowhere);
+    EXPECT_EQ(path.GetApproxBBox(), (Rect{10, 10, 12, 11})) << "a curve without a place must not add the origin";
+    EXPECT_EQ(path.GetExactBBox(), (Rect{10, 10, 12, 11}));
+    path.AddRectangle({5, 6, 7, 8});
+    EXPECT_EQ(path.GetApproxBBox(), (Rect{5, 6, 12, 11}));
+    EXPECT_EQ(path.GetExactBBox(), (Rect{5, 6, 12, 11}));
+    EXPECT_FALSE(path.IsRectangle(1e-6));
+
+    EXPECT_FALSE(path.GetAllCurvesClosed());
+    EXPECT_EQ(path.EnumerateCurvesClosed(), (std::vector<bool>{true, false, true}));
+}
+
+} // namespace
