@@ -1,0 +1,72 @@
+#include <Renderer/ColourCMYK.h>
+#include <Renderer/ValueKey.h>
+
+#include <algorithm>
+
+namespace Renderer {
+
+namespace {
+
+auto GetKey(const ColourCMYK& colour)
+{
+    const Raster::PixelCmykF& pixel = colour.pixel;
+    return std::tuple(KeyOf(pixel.cyan), KeyOf(pixel.magenta), KeyOf(pixel.yellow), KeyOf(pixel.black),
+                      KeyOf(pixel.alpha), KeyOf(colour.tint), KeyOf(colour.intensity), std::string_view(colour.name));
+}
+
+float FromByte(std::uint8_t sample)
+{
+    return static_cast<float>(sample) / 255.0f;
+}
+
+/// The light that an ink leaves when black lies over it. Black takes its share first, so full black is black whatever
+/// else is printed.
+float GetLight(float ink, float black)
+{
+    return 1.0f - std::clamp(ink * (1.0f - black) + black, 0.0f, 1.0f);
+}
+
+} // namespace
+
+ColourCMYK::ColourCMYK(const Raster::PixelCmykF& components, double colourTint, double colourIntensity,
+                       std::string colourName)
+    : Colour(colourTint, colourIntensity, std::move(colourName)), pixel(components)
+{}
+
+Kernel::Consolidated<Colour> ColourCMYK::Create(const Raster::PixelCmyk8& pixel, double tint, double intensity,
+                                                std::string name)
+{
+    const Raster::PixelCmykF inks(FromByte(pixel.cyan), FromByte(pixel.magenta), FromByte(pixel.yellow),
+                                  FromByte(pixel.black), FromByte(pixel.alpha));
+    return Kernel::ConsolidateObjectPostAlloc(ColourCMYK(inks, tint, intensity, std::move(name)));
+}
+
+Raster::PixelRgbF ColourCMYK::GetRgbaPixel() const
+{
+    return Raster::PixelRgbF(GetLight(pixel.cyan, pixel.black), GetLight(pixel.magenta, pixel.black),
+                             GetLight(pixel.yellow, pixel.black), pixel.alpha);
+}
+
+Kernel::Consolidated<Colour> ColourCMYK::MakeWithAlpha(float alpha) const
+{
+    ColourCMYK copy(*this);
+    copy.pixel.alpha = alpha;
+    return Kernel::ConsolidateObjectPostAlloc(copy);
+}
+
+Kernel::Counted<Colour> ColourCMYK::Clone() const
+{
+    return Kernel::MakeCounted<ColourCMYK>(*this);
+}
+
+std::size_t ColourCMYK::GetHash() const
+{
+    return HashOf(GetKey(*this));
+}
+
+bool ColourCMYK::IsEqual(const Kernel::Consolidatable& other) const
+{
+    return GetKey(*this) == GetKey(static_cast<const ColourCMYK&>(other));
+}
+
+} // namespace Renderer

@@ -1,0 +1,28 @@
+#include <pixels/Format.h>
+
+namespace Raster {
+
+ColourSpace GetColourSpaceOf(Format format)
+{
+    switch (format) {
+    case Format::Rgb8:
+    case Format::Rgb16:
+    case Format::RgbFloat:
+        return ColourSpace::Rgb;
+    case Format::Gray8:
+    case Format::Gray16:
+        return ColourSpace::Gray;
+    case Format::Cmyk8:
+        return ColourSpace::Cmyk;
+    case Format::Lab16:
+        return ColourSpace::Lab;
+    case Format::Alpha8:
+    case Format::Alpha16:
+    case Format::None:
+    case Format::AlphaFloat:
+        break;
+    }
+    return ColourSpace::None;
+}
+
+} // namespace Raster
