@@ -1,0 +1,128 @@
+#include "filters/PngFilter.h"
+
+#include "filters/DecodeParams.h"
+#include "filters/RowLayout.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+namespace Quillet {
+
+namespace {
+
+// The steps below are in terms of whole rows: `row` and `above` point at the first byte of data, and the `pixel` bytes
+// ahead of both are 0.
+
+void UndoSub(unsigned char* row, int pixel, int size)
+{
+    for (int i = 0; i < size; ++i)
+        row[i] = static_cast<unsigned char>(row[i] + row[i - pixel]);
+}
+
+void UndoUp(unsigned char* __restrict row, const unsigned char* __restrict above, int size)
+{
+    for (int i = 0; i < size; ++i)
+        row[i] = static_cast<unsigned char>(row[i] + above[i]);
+}
+
+void UndoAverage(unsigned char* row, const unsigned char* above, int pixel, int size)
+{
+    for (int i = 0; i < size; ++i)
+        row[i] = static_cast<unsigned char>(row[i] + ((row[i - pixel] + above[i]) >> 1));
+}
+
+/// The neighbour nearest to left + above - aboveLeft; of equals the first in this order.
+inline int PickPaeth(int left, int above, int aboveLeft)
+{
+    const int toLeft = std::abs(above - aboveLeft);
+    const int toAbove = std::abs(left - aboveLeft);
+    const int toAboveLeft = std::abs(left + above - 2 * aboveLeft);
+    const int nearest = toAbove <= toAboveLeft ? above : aboveLeft;
+    return toLeft <= toAbove && toLeft <= toAboveLeft ? left : nearest;
+}
+
+void UndoPaeth(unsigned char* row, const unsigned char* above, int pixel, int size)
+{
+    for (int i = 0; i < size; ++i) {
+        row[i] = static_cast<unsigned char>(row[i] + PickPaeth(row[i - pixel], above[i], above[i - pixel]));
+    }
+}
+
+} // namespace
+
+void PngFilter::SetDecodeParams(Kernel::Counted<const DecodeParams> params)
+{
+    rowSize = 0;
+    const int predictor = params->GetInt("Predictor", 1);
+    if (!Check(predictor >= 10 && predictor <= 15, Error::General)) return;
+    const int colors = params->GetInt("Colors", 1);
+    if (!Check(colors >= 1 && colors <= 4, Error::General)) return;
+    const int bitsPerComponent = params->GetInt("BitsPerComponent", 8);
+    if (!Check(bitsPerComponent < 33, Error::General)) return;
+    const int columns = params->GetInt("Columns", 1);
+    if (!Check(columns >= 1, Error::General)) return;
+    const RowLayout layout = MeasureRow(colors, bitsPerComponent, columns);
+    if (!Check(layout.rowSize != 0, Error::General)) return;
+
+    bytesPerPixel = layout.bytesPerPixel;
+    rowSize = readPos = layout.rowSize;
+    currentRow.assign(static_cast<std::size_t>(bytesPerPixel), 0);
+    previousRow = currentRow;
+}
+
+bool PngFilter::ReadRow()
+{
+    std::swap(currentRow, previousRow);
+    // The tag lands on the last byte ahead of the row.
+    if (!ReadRowBytes(*source, currentRow, bytesPerPixel - 1, rowSize)) return false;
+    previousRow.resize(static_cast<std::size_t>(rowSize));
+    unsigned char* row = currentRow.data() + bytesPerPixel;
+    const unsigned char* above = previousRow.data() + bytesPerPixel;
+    const int size = rowSize - bytesPerPixel;
+    const int tag = std::exchange(row[-1], static_cast<unsigned char>(0));
+    switch (tag) {
+    case 0:
+        break;
+    case 1:
+        UndoSub(row, bytesPerPixel, size);
+        break;
+    case 2:
+        UndoUp(row, above, size);
+        break;
+    case 3:
+        UndoAverage(row, above, bytesPerPixel, size);
+        break;
+    case 4:
+        UndoPaeth(row, above, bytesPerPixel, size);
+        break;
+    default:
+        OnError(Error::General);
+        return false;
+    }
+    readPos = bytesPerPixel;
+    return true;
+}
+
+int PngFilter::Read(char* buf, int size)
+{
+    int delivered = 0;
+    while (delivered < size && rowSize != 0) {
+        if (readPos == rowSize && !ReadRow()) {
+            rowSize = 0;
+            break;
+        }
+        const int count = std::min(size - delivered, rowSize - readPos);
+        std::memcpy(buf + delivered, currentRow.data() + readPos, static_cast<std::size_t>(count));
+        delivered += count;
+        readPos += count;
+    }
+    return delivered;
+}
+
+unsigned long long PngFilter::GetEstimatedLength() const
+{
+    return source->GetEstimatedLength() * 5 + static_cast<unsigned>(rowSize);
+}
+
+} // namespace Quillet
