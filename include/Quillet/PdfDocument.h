@@ -1,0 +1,144 @@
+#pragma once
+
+#include <Quillet/DecryptLevel.h>
+#include <Quillet/DefaultErrorHandler.h>
+#include <Quillet/ErrorForwarder.h>
+#include <Quillet/PageClipArea.h>
+#include <Quillet/Ref.h>
+#include <Quillet/TextFidelity.h>
+
+#include <Kernel/Abortable.h>
+#include <Kernel/Counted.h>
+#include <Kernel/NonCounted.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Kernel {
+class InStream;
+}
+
+namespace Quillet {
+
+class ColourSpaceFactory;
+class Encrypt;
+class OCProperties;
+class Page;
+class PageBase;
+class PdfSource;
+class XRefs;
+
+/// One PDF document: the object that a host holds for as long as it uses any page or object of it.
+///
+/// Options are set before opening or between pages. A document, its pages and their trees belong to one thread at a
+/// time; different documents may be used side by side. The open calls never let an `Error::Type` through; around page
+/// access and `Page::BuildObjects` the host must catch it.
+class QUILLET_API PdfDocument : public Kernel::Countable, public ErrorForwarder, public Kernel::Abortable
+{
+public:
+    PdfDocument();
+    ~PdfDocument() override;
+
+    const bool* GetAbortPointer() const override { return abortPointer; }
+
+    void SetTextFidelity(TextFidelity value) { textFidelity = value; }
+    void SetIsGroupTextLines(bool isOn) { isGroupTextLines = isOn; }
+    void SetPageClipArea(PageClipArea value) { pageClipArea = value; }
+    /// BCP 47 tag of imported text.
+    void SetLanguageId(const std::string& tag) { languageId = tag; }
+    /// Before an open call the text is kept for it, up to the next `Close`; after, it is tried at once, and the
+    /// document's `decryptLevel` stays.
+    void SetPassword(const std::string& password);
+
+    /// Whether the file has a header and an end of file marker. What lies between is not looked at.
+    bool IsPdfFile(const std::string& path);
+    /// Whether a file, or a block of memory, opens without a password but without full permissions.
+    static bool IsRestricted(const std::string& path);
+    static bool IsRestricted(const char* data, unsigned long size);
+    /// Whether a password gives full permissions. True for a file that does not open at all.
+    static bool IsCorrectPassword(const std::string& path, const std::string& password);
+    /// Whether a password, a user's too, opens the document. True for one that does not open at all.
+    static bool IsCorrectPassword(const char* data, unsigned long size, const std::string& password);
+
+    /// True if the document is usable in part or in whole; the last error of `GetDefaultErrorHandler` tells. False
+    /// closes it.
+    bool OpenFile(const std::string& path);
+    /// The memory stays the caller's and outlives the document. Its name is "Clipboard".
+    bool OpenMemory(const char* data, unsigned long size);
+    /// The stream stays the caller's and outlives the document.
+    bool OpenStream(Kernel::InStream& stream, const std::string& name);
+    /// Drops what was opened, and the password. Settings stay.
+    void Close();
+
+    std::string GetDocName() const;
+    Kernel::Counted<PdfSource> GetSource() const;
+    /// As "PDF-1.7", or the PDF/X version that the document claims.
+    std::string GetVersionString() const;
+    /// The number behind "PDF/X-"; 0 for none.
+    int GetXVersion() const;
+    std::string GetInfo(const char* key) const;
+    std::string GetTitle() const { return GetInfo("Title"); }
+    std::string GetAuthor() const { return GetInfo("Author"); }
+    std::string GetSubject() const { return GetInfo("Subject"); }
+    std::string GetCreator() const { return GetInfo("Creator"); }
+    std::string GetProducer() const { return GetInfo("Producer"); }
+    /// Split at every comma if there is one, else at every blank.
+    std::vector<std::string> GetKeywords() const;
+    /// The bytes of the catalog's metadata stream.
+    const std::string& GetXmpMetadata() const { return xmpMetadata; }
+
+    bool HasUserPermissions() const;
+    bool HasOwnerPermissions() const;
+    bool HasPermissions(Permissions::Type mask) const;
+    bool IsRestricted() const;
+
+    /// As the root of the page tree claims it.
+    int GetPageCount() const;
+    /// The page with an index from 0; only for a document with pages. Throws PageTree for one that is not there.
+    Kernel::Counted<const Page> GetPage(int index) const;
+    int GetDefaultPageIndex() const { return 0; }
+    /// The index of a page of this document; -1 if it is none.
+    int GetPageIndex(Kernel::NonCounted<const Page> page) const;
+    int MakeObjectId() const { return nextObjectId++; }
+
+    // Members, which other classes of the library read.
+    Kernel::Counted<PdfSource> source;
+    TextFidelity textFidelity = TextFidelityExact;
+    std::string languageId = "zxx";
+    bool isGroupTextLines = false;
+    PageClipArea pageClipArea = PageClipNone;
+    std::unique_ptr<XRefs> xrefs;
+    float version = 0;
+    long long xrefPos = 0;
+    DefaultErrorHandler defaultErrorHandler;
+    Ref trailer;
+    Ref root;
+    Ref encryptRef;
+    Ref info;
+    std::string xmpMetadata;
+    Kernel::Counted<const PageBase> pages;
+    std::unique_ptr<Encrypt> encrypt;
+    DecryptLevel decryptLevel = DecryptLevelNone;
+    std::vector<std::vector<char>> fileId;
+    mutable int nextObjectId = 0;
+    Kernel::Counted<ColourSpaceFactory> colourSpaceFactory;
+    Kernel::Counted<const OCProperties> ocProperties;
+
+private:
+    bool Open(Kernel::Counted<PdfSource> newSource, const std::string& name);
+    /// Lets go of the file and all that was read of it, but not of the password.
+    void DropFile();
+    void OnOpen();
+    void ReadHeader();
+    void CheckVersion() const;
+    void ReadXRefPos();
+    void ReadXRefs();
+    void ReadTrailer();
+    void ReadEncrypt();
+    void ReadCatalog();
+    /// Whether nobody may read the content yet: locked, or without the right to extract.
+    bool IsBlocked() const;
+};
+
+} // namespace Quillet

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <Quillet/Error.h>
+#include <Quillet/RefCacheable.h>
+
+#include <Kernel/Counted.h>
+#include <Kernel/NonCounted.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace Quillet {
+
+class ColourSpaceFactory;
+class Encrypt;
+class ErrorHandler;
+class PdfDocument;
+class PdfSource;
+
+/// Names a value in the file: a whole indirect object, or a value by its position.
+///
+/// A small value that keeps nothing alive; the document outlives it.
+class QUILLET_API Ref
+{
+public:
+    /// The null reference.
+    Ref() = default;
+    /// An indirect object, wherever the document's table has it.
+    Ref(Kernel::NonCounted<PdfDocument> owner, int objectNumber, int objectGeneration);
+    /// An object that starts at `objectPos`, whether or not the table lists it.
+    Ref(const Ref& like, int objectNumber, int objectGeneration, unsigned long long objectPos);
+    /// A bare position; number and generation are those of the enclosing object, for decryption.
+    static Ref FromPosition(const Ref& enclosing, unsigned long long pos);
+
+    bool IsNull() const { return isIndirect ? number < 0 : pos == 0; }
+
+    unsigned long long GetPos() const;
+    /// Where the value is read from; null without a document.
+    Kernel::Counted<PdfSource> GetSource() const;
+    /// Same position in the same source, and both whole objects or both not.
+    friend QUILLET_API bool operator==(const Ref& a, const Ref& b);
+    std::size_t GetHash() const;
+    /// "R12", "R12/3" with a generation, "P1234" for a position outside any object.
+    std::string GetName() const;
+
+    bool IsEncrypted() const;
+    void DecryptBuf(std::vector<char>& buf) const;
+    Encrypt* GetEncrypt() const;
+    const ErrorHandler* GetErrorHandler() const;
+    Kernel::NonCounted<ColourSpaceFactory> GetColourSpaceFactory() const;
+    void OnError(Error::Type type) const;
+
+    /// Keeps `value` with the object for the life of the document. The first value stays.
+    void SetCache(Kernel::Counted<const RefCacheable> value) const;
+    Kernel::Counted<const RefCacheable> GetCacheBase() const;
+    /// What is cached for this value if it is a `T`, else null.
+    template <typename T>
+    Kernel::Counted<const T> GetCache() const
+    {
+        return Kernel::DynamicCast<const T>(GetCacheBase());
+    }
+
+    unsigned long long pos = 0;
+    int number = -1;
+    int generation = -1;
+    bool isIndirect = false;
+    bool isInStream = false;
+    Kernel::NonCounted<PdfDocument> document;
+
+private:
+    /// Direct values inside an object have cache places of their own under the object's entry.
+    unsigned long long GetCacheKey() const { return isIndirect ? 0 : pos; }
+};
+
+} // namespace Quillet

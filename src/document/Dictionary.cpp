@@ -1,0 +1,169 @@
+#include "document/Dictionary.h"
+
+#include <algorithm>
+
+namespace Quillet {
+
+using namespace Token;
+
+Dictionary::Dictionary(const Ref& ref, const char* requiredType, Error::Type type, bool isDecrypted)
+    : Parser(ref), startPos(GetPosition())
+{
+    SetType(type);
+    if (isDecrypted) SetIsAlreadyDecrypted(true);
+    if (startPos != 0) ReadItems();
+    if (requiredType && DictionarySeek("Type")) Check(NextName() == requiredType, errorType);
+}
+
+void Dictionary::ReadItems()
+{
+    if (!Skip(TokenDictStart)) return;
+    const bool wasDecrypted = std::exchange(isAlreadyDecrypted, true);
+    while (NextToken() != TokenDictEnd && tokenType != TokenEnd) {
+        std::string key = GetTokenName();
+        items.push_back({std::move(key), GetPosition()});
+        NextToken();
+        SkipToObjectEnd();
+    }
+    isAlreadyDecrypted = wasDecrypted;
+    std::stable_sort(items.begin(), items.end(), [](const Item& a, const Item& b) { return a.key < b.key; });
+}
+
+bool Dictionary::DictionarySeek(const char* key)
+{
+    const auto found = std::lower_bound(items.begin(), items.end(), key,
+                                        [](const Item& item, const char* wanted) { return item.key < wanted; });
+    if (found == items.end() || found->key != key) return false;
+    Seek(found->pos);
+    return true;
+}
+
+bool Dictionary::GetNext(const char* key)
+{
+    if (!DictionarySeek(key)) return false;
+    NextToken();
+    return true;
+}
+
+Token::Type Dictionary::GetToken(const char* key)
+{
+    return DictionarySeek(key) ? NextToken() : TokenNone;
+}
+
+std::vector<std::string> Dictionary::GetKeys() const
+{
+    std::vector<std::string> keys;
+    keys.reserve(items.size());
+    for (const Item& item : items)
+        keys.push_back(item.key);
+    return keys;
+}
+
+std::string Dictionary::GetName(const char* key)
+{
+    return GetNext(key) ? GetTokenName() : std::string();
+}
+
+std::string Dictionary::GetString(const char* key)
+{
+    return GetNext(key) ? GetTokenString() : std::string();
+}
+
+const std::vector<char>& Dictionary::GetStringBuf(const char* key)
+{
+    static const std::vector<char> c_empty;
+    return GetNext(key) ? GetTokenStringBuf() : c_empty;
+}
+
+bool Dictionary::GetBool(const char* key, bool fallback)
+{
+    return GetNext(key) ? GetTokenBool() : fallback;
+}
+
+int Dictionary::GetInt(const char* key, int fallback)
+{
+    return GetNext(key) ? static_cast<int>(GetTokenInt()) : fallback;
+}
+
+double Dictionary::GetReal(const char* key, double fallback)
+{
+    return GetNext(key) ? GetTokenReal() : fallback;
+}
+
+Ref Dictionary::GetRef(const char* key)
+{
+    Ref ref = Ref::FromPosition(object, 0);
+    GetRef(key, ref);
+    return ref;
+}
+
+bool Dictionary::GetRef(const char* key, Ref& out)
+{
+    if (!GetNext(key)) return false;
+    out = GetTokenRef();
+    return true;
+}
+
+bool Dictionary::GetRect(const char* key, Kernel::RectT<double>& out)
+{
+    if (!GetNext(key)) return false;
+    GetTokenRect(out);
+    return true;
+}
+
+bool Dictionary::GetTransform(const char* key, Geometry::AffineTransform::Params& out)
+{
+    if (!GetNext(key)) return false;
+    GetTokenTransform(out);
+    return true;
+}
+
+bool Dictionary::GetIntVec(const char* key, std::vector<int>& out)
+{
+    if (!GetNext(key)) return false;
+    GetTokenIntVec(out);
+    return true;
+}
+
+bool Dictionary::GetRealVec(const char* key, std::vector<double>& out)
+{
+    if (!GetNext(key)) return false;
+    GetTokenRealVec(out);
+    return true;
+}
+
+bool Dictionary::GetRefVec(const char* key, std::vector<Ref>& out)
+{
+    if (!GetNext(key)) return false;
+    GetTokenRefVec(out);
+    return true;
+}
+
+bool Dictionary::GetNameVec(const char* key, std::vector<std::string>& out)
+{
+    if (!GetNext(key)) return false;
+    GetTokenNameVec(out);
+    return true;
+}
+
+bool Dictionary::GetStringVec(const char* key, std::vector<std::string>& out)
+{
+    if (!GetNext(key)) return false;
+    GetTokenStringVec(out);
+    return true;
+}
+
+bool Dictionary::GetStringBufVec(const char* key, std::vector<std::vector<char>>& out)
+{
+    if (!GetNext(key)) return false;
+    GetTokenStringBufVec(out);
+    return true;
+}
+
+void Dictionary::UnimplementedKeys(const char* const* keys)
+{
+    for (; *keys; ++keys)
+        Check(!DictionarySeek(*keys), Error::UnimplementedFeature);
+}
+
+} // namespace Quillet

@@ -1,0 +1,29 @@
+#pragma once
+
+/// Every cap on what a file may ask for, in one place. None of them is met by files that people make; each keeps a
+/// hostile file from taking the host's time or memory.
+namespace Quillet::Limits {
+
+/// Bytes that one stream may decode to. A Flate stream can grow a thousandfold, filters in a row a millionfold.
+inline constexpr unsigned long long c_maxDecodedLength = 1ull << 30;
+
+/// Bytes of decoded object streams that a document keeps, all together, since they stay until it closes.
+inline constexpr unsigned long long c_maxObjectStreamBytes = 1ull << 30;
+
+/// Entries of the cross-reference table that are really kept. ISO 32000-2 Annex C names 8,388,607 objects as a limit.
+inline constexpr unsigned long long c_maxTableEntries = 1ull << 23;
+
+/// Bytes of one record of a cross-reference stream; three numbers of a few bytes in every real file.
+inline constexpr unsigned long long c_maxRecordLength = 4096;
+
+/// Nested steps that a file can cause: references to references, page tree levels, forms in forms, arrays in arrays.
+/// Each takes some hundred bytes of stack, a few thousand under a sanitizer.
+inline constexpr int c_maxDescent = 600;
+
+/// Work of one page, in the units of `Guard::Page::Spend`: an operator is 1, a path segment 4, an object of the
+/// tree 25. The largest maps stay below a tenth of it; it bounds a page to a few gigabytes and a minute.
+inline constexpr long long c_maxPageWork = 100'000'000;
+inline constexpr long long c_segmentWork = 4;
+inline constexpr long long c_objectWork = 25;
+
+} // namespace Quillet::Limits

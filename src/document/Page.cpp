@@ -1,0 +1,37 @@
+#include <Quillet/Page.h>
+
+#include "content/StreamInterpreter.h"
+#include "document/Dictionary.h"
+#include "document/Guard.h"
+#include "document/MultiStream.h"
+
+#include <Quillet/GroupObject.h>
+
+namespace Quillet {
+
+Kernel::Counted<const Page> Page::GetPage(int index) const
+{
+    return index == firstPage ? Kernel::Counted<const Page>(this) : nullptr;
+}
+
+std::vector<Ref> Page::GetContents() const
+{
+    Dictionary dictionary(ref, "Page", Error::PageTree);
+    std::vector<Ref> contents;
+    dictionary.GetRefVec("Contents", contents);
+    return contents;
+}
+
+Kernel::Counted<SequentialSource> Page::GetContentsStream() const
+{
+    return MultiStream::Make(GetErrorHandler(), GetContents());
+}
+
+Kernel::Counted<GroupObject> Page::BuildObjects() const
+{
+    const Guard::Page guard;
+    StreamInterpreter interpreter(Kernel::NonCounted<const Page>(this));
+    return interpreter.Interpret();
+}
+
+} // namespace Quillet

@@ -1,0 +1,114 @@
+#include <Quillet/Ref.h>
+
+#include "document/Encrypt.h"
+#include "document/PdfSource.h"
+#include "document/XRefs.h"
+
+#include <Quillet/PdfDocument.h>
+
+#include <Kernel/FormatString.h>
+#include <Kernel/HashAccumulator.h>
+
+namespace Quillet {
+
+Ref::Ref(Kernel::NonCounted<PdfDocument> owner, int objectNumber, int objectGeneration)
+    : number(objectNumber), generation(objectGeneration), isIndirect(true),
+      isInStream(owner && owner->xrefs->IsInStream(objectNumber, objectGeneration)), document(owner)
+{}
+
+Ref::Ref(const Ref& like, int objectNumber, int objectGeneration, unsigned long long objectPos)
+    : pos(objectPos), number(objectNumber), generation(objectGeneration), isIndirect(true), document(like.document)
+{}
+
+Ref Ref::FromPosition(const Ref& enclosing, unsigned long long pos)
+{
+    Ref ref = enclosing;
+    ref.pos = pos;
+    ref.isIndirect = false;
+    return ref;
+}
+
+unsigned long long Ref::GetPos() const
+{
+    if (!isIndirect || !document) return pos;
+    const unsigned long long listed = document->xrefs->GetPos(number, generation);
+    return listed != 0 ? listed : pos;
+}
+
+Kernel::Counted<PdfSource> Ref::GetSource() const
+{
+    if (!document) return nullptr;
+    if (isInStream) {
+        if (Kernel::Counted<PdfSource> source = document->xrefs->GetSource(number, generation)) return source;
+    }
+    return document->source;
+}
+
+bool operator==(const Ref& a, const Ref& b)
+{
+    if (a.isIndirect != b.isIndirect || a.document.Get() != b.document.Get() || a.isInStream != b.isInStream)
+        return false;
+    // All objects in streams start at the same position; their sources are made anew for each reader, so it is the
+    // object that tells two sources apart.
+    if (a.isInStream && (a.number != b.number || a.generation != b.generation)) return false;
+    return a.GetPos() == b.GetPos();
+}
+
+std::size_t Ref::GetHash() const
+{
+    std::size_t hash = 0;
+    Kernel::HashAccumulator::AddToHash(hash, &pos, sizeof pos);
+    Kernel::HashAccumulator::AddToHash(hash, &number, sizeof number);
+    Kernel::HashAccumulator::AddToHash(hash, &generation, sizeof generation);
+    return hash;
+}
+
+std::string Ref::GetName() const
+{
+    if (number < 0) return Kernel::FormatString("P%1", pos);
+    if (generation != 0) return Kernel::FormatString("R%1/%2", number, generation);
+    return Kernel::FormatString("R%1", number);
+}
+
+bool Ref::IsEncrypted() const
+{
+    return document && document->encrypt->IsEncrypted(*this);
+}
+
+void Ref::DecryptBuf(std::vector<char>& buf) const
+{
+    if (document) document->encrypt->DecryptBuf(*this, buf);
+}
+
+Encrypt* Ref::GetEncrypt() const
+{
+    return document ? document->encrypt.get() : nullptr;
+}
+
+const ErrorHandler* Ref::GetErrorHandler() const
+{
+    return document.Get();
+}
+
+Kernel::NonCounted<ColourSpaceFactory> Ref::GetColourSpaceFactory() const
+{
+    if (!document) return nullptr;
+    return document->colourSpaceFactory.Get();
+}
+
+void Ref::OnError(Error::Type type) const
+{
+    if (document) document->OnError(type);
+}
+
+void Ref::SetCache(Kernel::Counted<const RefCacheable> value) const
+{
+    if (value && document) document->xrefs->SetCache(number, generation, GetCacheKey(), std::move(value));
+}
+
+Kernel::Counted<const RefCacheable> Ref::GetCacheBase() const
+{
+    return document ? document->xrefs->GetCache(number, generation, GetCacheKey()) : nullptr;
+}
+
+} // namespace Quillet

@@ -1,0 +1,34 @@
+#include "document/SequentialSource.h"
+
+#include "document/Limits.h"
+
+#include <algorithm>
+
+namespace Quillet {
+
+int SequentialSource::Read(unsigned long long, char* buf, int size)
+{
+    return Read(buf, size);
+}
+
+void SequentialSource::ReadAll(std::vector<char>& out)
+{
+    AppendAll(out);
+}
+
+void SequentialSource::AppendAll(std::vector<char>& out)
+{
+    constexpr int c_step = 4096;
+    constexpr unsigned long long c_maxReserve = 1ull << 24;
+    // The estimate comes from the file: it saves small growths and may not cost more than a little memory.
+    out.reserve(out.size() + static_cast<std::size_t>(std::min(GetEstimatedLength(), c_maxReserve)));
+    int count = c_step;
+    while (count == c_step && out.size() < Limits::c_maxDecodedLength) {
+        const std::size_t end = out.size();
+        out.resize(end + c_step);
+        count = std::max(Read(out.data() + end, c_step), 0);
+        out.resize(end + static_cast<std::size_t>(count));
+    }
+}
+
+} // namespace Quillet

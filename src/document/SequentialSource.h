@@ -1,0 +1,28 @@
+#pragma once
+
+#include "document/PdfSource.h"
+
+#include <vector>
+
+namespace Quillet {
+
+/// Base of everything that can only be read forward.
+class QUILLET_API SequentialSource : public PdfSource
+{
+public:
+    using PdfSource::PdfSource;
+
+    bool IsRandomAccess() const override { return false; }
+    /// Reads forward, whatever `pos` says.
+    int Read(unsigned long long pos, char* buf, int size) override;
+
+    /// Takes up to `size` bytes, fewer only where the data has a joint or ends; 0 at the end.
+    virtual int Read(char* buf, int size) = 0;
+    /// Appends all that is left.
+    virtual void ReadAll(std::vector<char>& out);
+
+protected:
+    void AppendAll(std::vector<char>& out);
+};
+
+} // namespace Quillet

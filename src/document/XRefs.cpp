@@ -1,0 +1,117 @@
+#include "document/XRefs.h"
+
+#include "document/Guard.h"
+#include "document/Limits.h"
+#include "document/ObjectSource.h"
+#include "document/ObjectSubSource.h"
+#include "document/Parser.h"
+
+#include <Quillet/PdfDocument.h>
+
+namespace Quillet {
+
+XRefs::XRef::XRef() = default;
+XRefs::XRef::~XRef() = default;
+
+XRefs::XRefs(Kernel::NonCounted<PdfDocument> owner, const ErrorHandler* errorHandler)
+    : ErrorForwarder(errorHandler), document(owner)
+{}
+
+XRefs::~XRefs() = default;
+
+XRefs::XRef* XRefs::Find(int number)
+{
+    if (number < 0) return nullptr;
+    const auto block = static_cast<std::size_t>(number / c_blockSize);
+    if (block >= table.size() || !table[block]) return nullptr;
+    return &(*table[block])[static_cast<std::size_t>(number % c_blockSize)];
+}
+
+XRefs::XRef* XRefs::Touch(long long number)
+{
+    if (!Check(number >= 0 && number <= std::numeric_limits<int>::max(), Error::XRefTable)) return nullptr;
+    const auto block = static_cast<std::size_t>(number / c_blockSize);
+    if (block >= table.size()) table.resize(block + 1);
+    if (!table[block]) {
+        if (!Check(blockCount < Limits::c_maxTableEntries / c_blockSize, Error::XRefTable)) return nullptr;
+        ++blockCount;
+        table[block] = std::make_unique<Block>();
+    }
+    return &(*table[block])[static_cast<std::size_t>(number % c_blockSize)];
+}
+
+XRefs::XRef* XRefs::GetXRef(int number, int generation)
+{
+    XRef* entry = Find(number);
+    return entry && entry->isInUse && entry->generation == generation ? entry : nullptr;
+}
+
+unsigned long long XRefs::GetPos(int number, int generation)
+{
+    const XRef* entry = GetXRef(number, generation);
+    return entry ? entry->pos : 0;
+}
+
+bool XRefs::IsInStream(int number, int generation)
+{
+    const XRef* entry = GetXRef(number, generation);
+    return entry && entry->isInStreamEntry;
+}
+
+Kernel::Counted<PdfSource> XRefs::GetSource(int number, int generation)
+{
+    const XRef* entry = GetXRef(number, generation);
+    if (!entry || !entry->isInStreamEntry) return document->source;
+
+    XRef* container = GetXRef(entry->streamNumber, 0);
+    if (!container) return nullptr;
+    if (!container->objectSource) {
+        Guard::Descent descent;
+        if (!Check(static_cast<bool>(descent), Error::General)) return nullptr;
+        // Kept before it is opened: a stream that lies in itself, or that needs an object of its own to be read, finds
+        // it empty instead of opening it for ever.
+        container->objectSource = Kernel::MakeCounted<ObjectSource>();
+        Kernel::Counted<ObjectSource> opened = container->objectSource;
+        opened->Open(Ref(document, entry->streamNumber, 0), Limits::c_maxObjectStreamBytes - objectStreamBytes);
+        objectStreamBytes += opened->data.size();
+    }
+    return container->objectSource->MakeSubSource(entry->streamIndex);
+}
+
+Kernel::Counted<const RefCacheable> XRefs::GetCache(int number, int generation, unsigned long long key)
+{
+    const XRef* entry = GetXRef(number, generation);
+    if (!entry) return nullptr;
+    for (const XRef::CacheEntry& cached : entry->cache) {
+        if (cached.key == key) return cached.value;
+    }
+    return nullptr;
+}
+
+void XRefs::SetCache(int number, int generation, unsigned long long key, Kernel::Counted<const RefCacheable> value)
+{
+    XRef* entry = GetXRef(number, generation);
+    if (entry && !GetCache(number, generation, key)) entry->cache.push_back({key, std::move(value)});
+}
+
+void XRefs::ClearCaches()
+{
+    for (const std::unique_ptr<Block>& block : table) {
+        if (!block) continue;
+        for (XRef& entry : *block)
+            entry.cache.clear();
+    }
+}
+
+void XRefs::Close()
+{
+    // What is cached may look back at the table while it goes.
+    const auto dropped = std::exchange(table, {});
+    blockCount = 0;
+    objectStreamBytes = 0;
+    entrySize = 0;
+    readStreams.clear();
+    finalTrailer = Ref();
+}
+
+} // namespace Quillet

@@ -1,0 +1,134 @@
+#include "document/Pages.h"
+
+#include "document/SequentialSource.h"
+#include "support/PdfBuilder.h"
+#include "support/TestDocument.h"
+
+#include <Quillet/Page.h>
+
+#include <gmock/gmock.h>
+
+namespace Quillet {
+namespace {
+
+using Rect = Kernel::RectT<double>;
+using testing::Contains;
+
+/// A document whose page tree root is object 2.
+std::string MakeTree(const std::vector<std::string>& nodes)
+{
+    PdfBuilder builder;
+    builder.Add("<< /Type /Catalog /Pages 2 0 R >>");
+    for (const std::string& node : nodes)
+        builder.Add(node);
+    return builder.Build();
+}
+
+TEST(PagesTest, InheritsFromTheNearestNode)
+{
+    TestDocument document(MakeTree(
+        {"<< /Kids [3 0 R 4 0 R] /Count 2 /MediaBox [0 0 10 20] /CropBox [1 1 9 9] /Rotate 90 "
+         "/Resources << /Font << >> >> >>",
+         "<< /Type /Page >>", "<< /Type /Page /MediaBox [5 5 0 0] /Rotate 0 /TrimBox [2 2 3 3] /Resources << >> >>"}));
+    const auto first = document->GetPage(0);
+    EXPECT_EQ(first->GetMediaBox(), (Rect{0, 0, 10, 20}));
+    EXPECT_EQ(first->GetTrimBox(), (Rect{1, 1, 9, 9}));
+    EXPECT_EQ(first->GetRotate(), 90);
+    EXPECT_EQ(first->GetResources().Get(), document->pages->GetResources().Get());
+
+    const auto second = document->GetPage(1);
+    EXPECT_EQ(second->GetMediaBox(), (Rect{0, 0, 5, 5}));
+    EXPECT_EQ(second->GetCropBox(), (Rect{1, 1, 9, 9}));
+    EXPECT_EQ(second->GetArtBox(), (Rect{1, 1, 9, 9}));
+    EXPECT_EQ(second->GetTrimBox(), (Rect{2, 2, 3, 3}));
+    EXPECT_EQ(second->GetRotate(), 0);
+    EXPECT_NE(second->GetResources().Get(), document->pages->GetResources().Get());
+    EXPECT_EQ(document->GetPageIndex(second), 1);
+
+    EXPECT_TRUE(second->GetClipBox().IsEmpty());
+    document->SetPageClipArea(PageClipTrim);
+    EXPECT_EQ(second->GetClipBox(), (Rect{2, 2, 3, 3}));
+    document->SetPageClipArea(static_cast<PageClipArea>(6));
+    EXPECT_TRUE(second->GetClipBox().IsEmpty());
+}
+
+TEST(PagesTest, NormalisesRotation)
+{
+    const std::pair<const char*, int> cases[] = {{"450", 90},   {"-90", 270}, {"-360", 360}, {"-1", 0},
+                                                 {"-450", 270}, {"720", 0},   {"45", 45},    {"-2147483648", 232}};
+    for (const auto& [value, expected] : cases) {
+        TestDocument document(MakePagePdf("", {.entries = "/Rotate " + std::string(value)}));
+        EXPECT_EQ(document->GetPage(0)->GetRotate(), expected) << value;
+    }
+    EXPECT_EQ(PageBase::ApplyRotate({1, 2, 3, 4}, 270), (Rect{2, 1, 4, 3}));
+    EXPECT_EQ(PageBase::ApplyRotate({1, 2, 3, 4}, 180), (Rect{1, 2, 3, 4}));
+}
+
+TEST(PagesTest, FaultsAreThrown)
+{
+    const std::pair<std::vector<std::string>, int> cases[] = {
+        {{"<< /Kids [3 0 R] /Count 5 >>", "<< /Type /Page >>"}, 3},            // fewer leaves than claimed
+        {{"<< /Kids [3 0 R] /Count 1 >>", "<< /Count 1 >>"}, 0},               // a node without kids
+        {{"<< /Kids [2 0 R 2 0 R] /Count 4 >>"}, 2},                           // a node in itself
+        {{"<< /Kids [3 0 R] /Count 4 >>", "<< /Kids [2 0 R] /Count 4 >>"}, 1}, // two in each other
+        {{"<< /Kids [77 0 R] /Count 1 >>"}, 0},                                // a kid that is not there
+    };
+    for (const auto& [nodes, index] : cases) {
+        TestDocument document(MakeTree(nodes));
+        ASSERT_TRUE(document.isOpen);
+        EXPECT_THROW(document->GetPage(index), Error::Type);
+        EXPECT_THAT(document.GetErrors(), Contains(Error::PageTree));
+    }
+    TestDocument noBox(MakeTree({"<< /Kids [3 0 R] /Count 1 >>", "<< /Type /Page >>"}));
+    EXPECT_THROW(noBox->GetPage(0)->GetMediaBox(), Error::Type);
+    TestDocument notAPage(MakeTree({"<< /Kids [3 0 R] /Count 1 >>", "<< /Type /Font >>"}));
+    EXPECT_THROW(notAPage->GetPage(0)->GetContents(), Error::Type);
+    TestDocument negative(MakeTree({"<< /Kids [] /Count -1 >>"}));
+    EXPECT_FALSE(negative.isOpen);
+}
+
+TEST(PagesTest, PagesBehindAMissingKidAreFound)
+{
+    TestDocument document(MakeTree({"<< /Kids [77 0 R 3 0 R] /Count 1 >>", "<< /Type /Page /MediaBox [0 0 1 1] >>"}));
+    EXPECT_EQ(document->GetPage(0)->GetMediaBox(), (Rect{0, 0, 1, 1}));
+}
+
+TEST(PagesTest, JoinsContentsWithOneBlank)
+{
+    const std::pair<const char*, std::string> cases[] = {{"[5 0 R 6 0 R 7 0 R]", "ab  cd"},
+                                                         {"5 0 R", "ab"},
+                                                         {"[7 0 R]", "cd"},
+                                                         {"[]", ""},
+                                                         {"8 0 R", "cd ab"},
+                                                         {"null", ""}};
+    for (const auto& [contents, expected] : cases) {
+        PdfBuilder builder = MakePageBuilder("");
+        builder.Set(3, "<< /Type /Page /MediaBox [0 0 1 1] /Contents " + std::string(contents) + " >>");
+        for (const char* data : {"ab", "", "cd"})
+            builder.AddStream(data);
+        builder.Add("[7 0 R 5 0 R]");
+        TestDocument document(builder.Build());
+        std::vector<char> bytes;
+        document->GetPage(0)->GetContentsStream()->ReadAll(bytes);
+        EXPECT_EQ(std::string(bytes.begin(), bytes.end()), expected) << contents;
+    }
+}
+
+TEST(PagesTest, LongFlatTreesStayQuick)
+{
+    constexpr int c_pageCount = 20000;
+    PdfBuilder builder;
+    builder.Add("<< /Type /Catalog /Pages 2 0 R >>");
+    builder.Add("");
+    std::string kids;
+    for (int i = 0; i < c_pageCount; ++i) {
+        kids += std::to_string(builder.Add("<< /Type /Page /MediaBox [0 0 " + std::to_string(i) + " 1] >>")) + " 0 R ";
+    }
+    builder.Set(2, "<< /Kids [" + kids + "] /Count " + std::to_string(c_pageCount) + " >>");
+    TestDocument document(builder.Build());
+    for (int i = c_pageCount - 1; i >= 0; --i)
+        ASSERT_EQ(document->GetPage(i)->GetMediaBox().right, i);
+}
+
+} // namespace
+} // namespace Quillet

@@ -1,0 +1,203 @@
+#include <Quillet/PdfDocument.h>
+
+#include "support/PdfBuilder.h"
+#include "support/TestDocument.h"
+
+#include <Quillet/GroupObject.h>
+#include <Quillet/Page.h>
+
+#include <Kernel/MemoryInStream.h>
+
+#include <gmock/gmock.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+namespace Quillet {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string c_content = "0 0 10 10 re f";
+
+TEST(PdfDocumentTest, ErrorNamesAreFixed)
+{
+    EXPECT_STREQ(GetErrorName(Error::UnimplementedColourProfile), "unimplemented colour profiile");
+    EXPECT_STREQ(GetErrorName(Error::StreamLineEnd), "");
+    EXPECT_STREQ(GetErrorName(static_cast<Error::Type>(25)), "Unknown error");
+    EXPECT_STREQ(GetErrorName(static_cast<Error::Type>(-1)), "Unknown error");
+}
+
+TEST(PdfDocumentTest, KeepsTheErrorWorthTelling)
+{
+    const DefaultErrorHandler handler;
+    handler.OnError(Error::General);
+    handler.OnError(Error::UnimplementedFilter);
+    EXPECT_EQ(handler.lastError, Error::General);
+    EXPECT_THROW(handler.OnError(Error::XRefTable), Error::Type);
+    EXPECT_EQ(handler.lastError, Error::XRefTable);
+
+    const ErrorForwarder alone;
+    EXPECT_THROW(alone.OnError(Error::PdfHeader), Error::Type);
+    EXPECT_FALSE(alone.Check(false, Error::General));
+    EXPECT_EQ(alone.GetErrorPage(), -2);
+}
+
+TEST(PdfDocumentTest, ToleratesAndRefusesFileEnds)
+{
+    const std::string file = MakePagePdf(c_content);
+    const std::size_t marker = file.rfind("startxref");
+    struct Case
+    {
+        const char* what;
+        std::string bytes;
+        int error;
+    };
+    const Case cases[] = {
+        {"clean", file, Error::None},
+        {"zeros behind", file + std::string(2000, '\0'), Error::None},
+        {"a half marker", file.substr(0, file.rfind("%%")) + "%EOF", Error::None},
+        {"rubbish behind", file + std::string(2000, 'x'), Error::PdfTrailer},
+        {"only zeros", std::string("%PDF-1.4") + std::string(3000, '\0'), Error::PdfTrailer},
+        {"no marker", file.substr(0, marker), Error::PdfTrailer},
+        {"start beyond the end", file.substr(0, marker) + "startxref\n99999999\n%%EOF", Error::PdfTrailer},
+        {"negative start", file.substr(0, marker) + "startxref\n-5\n%%EOF", Error::PdfTrailer},
+        {"start at 0", file.substr(0, marker) + "startxref\n0\n%%EOF", Error::XRefTable},
+        {"start in an object", file.substr(0, marker) + "startxref\n25\n%%EOF", Error::XRefTable},
+        {"no header", std::string(1100, ' ') + file, Error::PdfHeader},
+        {"empty", "", Error::PdfHeader},
+        {"tiny", "%PDF-1.4", Error::PdfTrailer},
+    };
+    for (const Case& row : cases) {
+        TestDocument document(row.bytes);
+        EXPECT_EQ(document.isOpen, row.error == Error::None) << row.what;
+        EXPECT_EQ(document.GetErrors().empty() ? int{Error::None} : document.GetErrors().back(), row.error) << row.what;
+    }
+}
+
+TEST(PdfDocumentTest, RubbishAheadShiftsFilesButNotMemory)
+{
+    const std::string file = std::string(100, '#') + MakePagePdf(c_content);
+    const auto path = std::filesystem::temp_directory_path() / "quillet-rubbish-ahead.pdf";
+    std::ofstream(path, std::ios::binary) << file;
+    const auto document = Kernel::MakeCounted<PdfDocument>();
+    EXPECT_TRUE(document->IsPdfFile(path.string()));
+    EXPECT_TRUE(document->OpenFile(path.string()));
+    EXPECT_EQ(document->GetDocName(), path.string());
+    EXPECT_FALSE(document->OpenMemory(file.data(), file.size()));
+    EXPECT_EQ(document->defaultErrorHandler.lastError, Error::XRefTable);
+    std::filesystem::remove(path);
+    EXPECT_FALSE(document->OpenFile(path.string()));
+    EXPECT_FALSE(document->IsPdfFile(path.string()));
+}
+
+TEST(PdfDocumentTest, ReadsForwardStreams)
+{
+    const std::string file = MakePagePdf(c_content);
+    Kernel::MemoryInStream stream(file);
+    const auto document = Kernel::MakeCounted<PdfDocument>();
+    ASSERT_TRUE(document->OpenStream(stream, "stream"));
+    EXPECT_EQ(document->GetDocName(), "stream");
+    EXPECT_EQ(document->GetPage(0)->BuildObjects()->children.size(), 1u);
+}
+
+TEST(PdfDocumentTest, VersionComesFromHeaderAndCatalog)
+{
+    struct Case
+    {
+        const char* header;
+        const char* catalog;
+        const char* version;
+        bool isKnown;
+    };
+    const Case cases[] = {
+        {"%PDF-1.4\n", "", "PDF-1.4", true},
+        {"%PDF-1.4\n", "/Version /1.7", "PDF-1.7", true},
+        {"%PDF-1.4\n", "/Version /1.3", "PDF-1.4", true},
+        {"%PDF-2.0\n", "", "PDF-2.0", true},
+        {"%PDF-3.0\n", "", "PDF-3.0", false},
+        {"%PDF-x %PDF-1.5\n", "", "PDF-1.5", true},
+    };
+    for (const Case& row : cases) {
+        PdfBuilder builder = MakePageBuilder(c_content, {.catalog = row.catalog});
+        builder.header = row.header;
+        // Positions count from the accepted mark in files only.
+        TestDocument document(builder.Build());
+        ASSERT_TRUE(document.isOpen) << row.header;
+        EXPECT_EQ(document->GetVersionString(), row.version);
+        EXPECT_EQ(document.GetErrors().empty(), row.isKnown) << row.header;
+    }
+}
+
+TEST(PdfDocumentTest, AnswersMetadata)
+{
+    PdfBuilder builder = MakePageBuilder(c_content, {.catalog = "/Metadata 6 0 R"});
+    builder.Add("<< /Title (\xFE\xFF) /Author (Ada) /Keywords (a, b) /GTS_PDFXVersion (PDF/X-4) >>");
+    builder.AddStream("<xmp/>");
+    builder.trailer += " /Info 5 0 R";
+    TestDocument document(builder.Build());
+    EXPECT_EQ(document->GetTitle(), "");
+    EXPECT_EQ(document->GetAuthor(), "Ada");
+    EXPECT_THAT(document->GetKeywords(), ElementsAre("a", " b"));
+    EXPECT_EQ(document->GetVersionString(), "PDF/X-4");
+    EXPECT_EQ(document->GetXVersion(), 4);
+    EXPECT_EQ(document->GetXmpMetadata(), "<xmp/>");
+    EXPECT_EQ(document->fileId.size(), 2u);
+    EXPECT_TRUE(document->HasOwnerPermissions());
+    EXPECT_FALSE(document->IsRestricted());
+}
+
+TEST(PdfDocumentTest, PasswordProbesDifferForFilesAndMemory)
+{
+    const std::string file = MakePagePdf(c_content);
+    EXPECT_TRUE(PdfDocument::IsCorrectPassword(file.data(), file.size(), "any"));
+    EXPECT_TRUE(PdfDocument::IsCorrectPassword("/no/such/file.pdf", "any"));
+    EXPECT_FALSE(PdfDocument::IsRestricted(file.data(), file.size()));
+    EXPECT_FALSE(PdfDocument::IsRestricted("/no/such/file.pdf"));
+}
+
+TEST(PdfDocumentTest, OpensAgainAfterAnotherFile)
+{
+    const std::string first = MakePagePdf(c_content);
+    const std::string second = MakePagePdf("1 1 5 5 re f 2 2 5 5 re f", {.entries = "/MediaBox [0 0 50 60]"});
+    const auto document = Kernel::MakeCounted<PdfDocument>();
+    ASSERT_TRUE(document->OpenMemory(first.data(), first.size()));
+    document->GetPage(0);
+    ASSERT_TRUE(document->OpenMemory(second.data(), second.size()));
+    EXPECT_EQ(document->GetPage(0)->BuildObjects()->children.size(), 2u);
+    EXPECT_EQ(document->GetPage(0)->GetMediaBox().bottom, 60);
+}
+
+/// Every truncation and every changed byte opens or fails with a kind; pages are built as far as they go.
+TEST(PdfDocumentTest, DamagedFilesOpenOrFailWithAKind)
+{
+    const PageParts parts{.resources = "/XObject << /F 5 0 R >> /ExtGState << /G << /LW 2 /D [[1 2] 0] >> >>",
+                          .objects = {PdfBuilder::MakeStream("q 0 0 5 5 re W n 1 0 0 rg 0 0 9 9 re f Q",
+                                                             "/Type /XObject /Subtype /Form /BBox [0 0 9 9]")}};
+    const PdfBuilder builder = MakePageBuilder("q /G gs 1 0 0 1 5 5 cm /F Do Q BT /X 1 Tf (a) Tj ET", parts);
+    const auto run = [](const std::string& bytes) {
+        TestDocument document(bytes);
+        if (document.isOpen && document->GetPageCount() > 0) document.Build();
+        return document.isOpen;
+    };
+    int openCount = 0;
+    for (const std::string& file : {builder.Build(), builder.BuildCompressed()}) {
+        ASSERT_TRUE(run(file));
+        for (std::size_t length = 0; length < file.size(); ++length)
+            run(file.substr(0, length));
+        for (std::size_t i = 0; i < file.size(); ++i) {
+            for (const char byte : {'\0', '(', '9', '\xFF'}) {
+                std::string damaged = file;
+                damaged[i] = byte;
+                openCount += run(damaged);
+            }
+        }
+    }
+    EXPECT_GT(openCount, 1000);
+}
+
+} // namespace
+} // namespace Quillet

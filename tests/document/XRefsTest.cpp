@@ -1,0 +1,218 @@
+#include "document/XRefs.h"
+
+#include "document/Dictionary.h"
+#include "filters/Stream.h"
+#include "support/PdfBuilder.h"
+#include "support/TestDocument.h"
+
+#include <gmock/gmock.h>
+
+namespace Quillet {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const char* const c_threeObjects[] = {"<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [] /Count 0 >>",
+                                      "<< /Value 7 /Self 3 0 R /Far 99 0 R /Gen 3 5 R >>"};
+
+PdfBuilder MakeBuilder()
+{
+    PdfBuilder builder;
+    for (const char* body : c_threeObjects)
+        builder.Add(body);
+    return builder;
+}
+
+std::string AppendUpdate(std::string file, const std::string& objects, const std::string& sections,
+                         const std::string& trailer)
+{
+    const std::size_t previous = std::stoul(file.substr(file.rfind("startxref") + 10));
+    file += objects;
+    const std::size_t start = file.size();
+    return file + "xref\n" + sections + "trailer\n<< /Size 9 /Root 1 0 R /Prev " + std::to_string(previous) + trailer +
+           " >>\nstartxref\n" + std::to_string(start) + "\n%%EOF";
+}
+
+std::string MakeEntry(std::size_t offset, char kind = 'n')
+{
+    char entry[32];
+    std::snprintf(entry, sizeof entry, "%010zu 00000 %c \n", offset, kind);
+    return entry;
+}
+
+TEST(XRefsTest, ReadsTablesAndStreamsAlike)
+{
+    for (const std::string& file : {MakeBuilder().Build(), MakeBuilder().BuildCompressed()}) {
+        TestDocument document(file);
+        ASSERT_TRUE(document.isOpen);
+        Dictionary dictionary(document.GetRef(3));
+        EXPECT_EQ(dictionary.GetInt("Value", 0), 7);
+        EXPECT_EQ(dictionary.GetRef("Self"), document.GetRef(3));
+        EXPECT_THAT(document.GetErrors(), IsEmpty());
+    }
+}
+
+TEST(XRefsTest, DanglingReferencesAreEmptyDictionaries)
+{
+    TestDocument document(MakeBuilder().Build());
+    for (const char* key : {"Far", "Gen"}) {
+        Dictionary dictionary(Dictionary(document.GetRef(3)).GetRef(key));
+        EXPECT_EQ(dictionary.GetInt("Value", 42), 42);
+        EXPECT_THAT(dictionary.GetKeys(), IsEmpty());
+    }
+    EXPECT_THAT(document.GetErrors(), ElementsAre(Error::General, Error::General));
+    EXPECT_EQ(Dictionary(Ref()).GetInt("Any", 7), 7);
+}
+
+TEST(XRefsTest, NamesValues)
+{
+    TestDocument document(MakeBuilder().Build());
+    EXPECT_EQ(document.GetRef(12).GetName(), "R12");
+    EXPECT_EQ(Ref(document.document, 12, 3).GetName(), "R12/3");
+    EXPECT_EQ(Ref::FromPosition(Ref(), 99).GetName(), "P99");
+}
+
+TEST(XRefsTest, NewestSectionWins)
+{
+    const std::string file = MakeBuilder().Build();
+    const std::string update =
+        AppendUpdate(file, "3 0 obj << /Value 8 >> endobj\n", "3 1\n" + MakeEntry(file.size()), "");
+    TestDocument document(update);
+    ASSERT_TRUE(document.isOpen);
+    EXPECT_EQ(Dictionary(document.GetRef(3)).GetInt("Value", 0), 8);
+}
+
+TEST(XRefsTest, FreeEntriesHideOlderOnesUnlessTheyAreZero)
+{
+    const std::string file = MakeBuilder().Build();
+    const auto readValue = [](const std::string& bytes) {
+        TestDocument document(bytes);
+        return Dictionary(document.GetRef(3)).GetInt("Value", 0);
+    };
+    EXPECT_EQ(readValue(AppendUpdate(file, "", "3 1\n" + MakeEntry(0, 'f'), "")), 7);
+    EXPECT_EQ(readValue(AppendUpdate(file, "", "3 1\n" + MakeEntry(4, 'f'), "")), 0);
+}
+
+TEST(XRefsTest, MeasuresTheEntryLength)
+{
+    std::string file = MakeBuilder().Build();
+    // Drop the blank before each line end: entries of 19 bytes, in the table and in an older one.
+    for (auto pos = file.find(" \n", file.find("xref\n")); pos != file.npos; pos = file.find(" \n", pos))
+        file.erase(pos, 1);
+    std::string update = AppendUpdate(file, "3 0 obj << /Value 9 >> endobj\n", "3 1\n" + MakeEntry(file.size()), "");
+    update.erase(update.rfind(" \n"), 1);
+    TestDocument document(update);
+    ASSERT_TRUE(document.isOpen);
+    EXPECT_EQ(Dictionary(document.GetRef(3)).GetInt("Value", 0), 9);
+    EXPECT_EQ(Dictionary(document.GetRef(1)).GetName("Type"), "Catalog");
+}
+
+TEST(XRefsTest, HybridFilesReadTheStreamAfterTheirTable)
+{
+    const std::string base = MakeBuilder().Build();
+    const std::string object = "5 0 obj << /Value 5 >> endobj\n";
+    const std::size_t streamPos = base.size() + object.size();
+    std::string records;
+    for (const std::size_t offset : {base.size(), base.size()}) {
+        records += '\1';
+        for (int shift = 24; shift >= 0; shift -= 8)
+            records += static_cast<char>(offset >> shift & 0xFF);
+    }
+    const std::string stream =
+        "6 0 obj\n" + PdfBuilder::MakeStream(records, "/Type /XRef /W [1 4] /Size 9 /Index [5 1 3 1]") + "\nendobj\n";
+    TestDocument document(AppendUpdate(base, object + stream, "0 0\n", " /XRefStm " + std::to_string(streamPos)));
+    ASSERT_TRUE(document.isOpen);
+    EXPECT_EQ(Dictionary(document.GetRef(5)).GetInt("Value", 0), 5);
+    EXPECT_EQ(document->xrefs->GetPos(3, 0), base.size());
+}
+
+TEST(XRefsTest, BrokenChainsAreFatal)
+{
+    const std::string file = MakeBuilder().Build();
+    const std::size_t start = file.rfind("xref\n0");
+    const auto replace = [&](std::string_view from, std::string_view to) {
+        std::string changed = file;
+        changed.replace(changed.find(from, start), from.size(), to);
+        return changed;
+    };
+    const std::string self = "/Size 4 /Prev " + std::to_string(start);
+    const std::pair<std::string, int> cases[] = {
+        {replace("xref", "xfer"), Error::XRefTable},
+        {replace(" n \n", " x \n"), Error::XRefTable},
+        {replace("trailer", "tracker"), Error::XRefTable},
+        {replace("/Size 4", self), Error::XRefTable},
+        {replace("0 4\n", "0 9\n"), Error::XRefTable},
+        {replace("/Root 1 0 R", ""), Error::Catalog},
+        {replace("/Root 1 0 R", "/Root 3 0 R /Encrypt 3 0 R"), Error::UnimplementedEncryption},
+    };
+    for (const auto& [bytes, kind] : cases) {
+        TestDocument document(bytes);
+        EXPECT_FALSE(document.isOpen);
+        EXPECT_THAT(document.GetErrors(), Contains(kind));
+    }
+}
+
+TEST(XRefsTest, HugeClaimsTakeNoMemory)
+{
+    const std::string file = MakeBuilder().Build();
+    for (const char* sections : {"0 2147483647\n", "2147483000 1\n", "-5 3\n", "0 99999999999999\n"}) {
+        TestDocument document(AppendUpdate(file, "", sections + MakeEntry(17), ""));
+        Dictionary(Ref(document.document, 2147483000, 0));
+    }
+    const std::size_t pos = file.size();
+    for (const char* entries :
+         {"/W [1 2 1] /Size 2147483647", "/W [2147483647 2147483647 1] /Size 5", "/W [-1 2 3] /Size 5",
+          "/W [0 0 0] /Size 2147483647", "/W [1 2 1] /Index [2147483647 5 -1 -1]"}) {
+        TestDocument document(file + "7 0 obj\n" +
+                              PdfBuilder::MakeStream("abcdabcd", "/Type /XRef /Root 1 0 R " + std::string(entries)) +
+                              "\nendobj\nstartxref\n" + std::to_string(pos) + "\n%%EOF");
+        EXPECT_FALSE(document.isOpen) << entries;
+    }
+}
+
+TEST(XRefsTest, ReferencesToThemselvesEnd)
+{
+    PdfBuilder builder = MakeBuilder();
+    builder.Add("4 0 R");
+    builder.Add("6 0 R");
+    builder.Add("5 0 R");
+    TestDocument document(builder.Build());
+    for (const int number : {4, 5}) {
+        Parser parser(document.GetRef(number));
+        EXPECT_EQ(parser.NextInt(), 0);
+    }
+    EXPECT_THAT(document.GetErrors(), Contains(Error::General));
+}
+
+TEST(XRefsTest, ObjectStreamInItselfIsEmpty)
+{
+    std::string file = MakeBuilder().BuildCompressed();
+    // Object 4 is the object stream: give it an entry that says it lies in itself.
+    const std::size_t record = file.rfind("stream\n", file.rfind("endstream")) + 7 + 4 * 7;
+    file.replace(record, 7, std::string("\2\0\0\0\4\0\0", 7));
+    TestDocument document(file);
+    EXPECT_FALSE(document.isOpen);
+}
+
+TEST(XRefsTest, CachesPerValue)
+{
+    struct Cached : RefCacheable
+    {};
+    TestDocument document(MakeBuilder().Build());
+    const Ref ref = document.GetRef(3);
+    const auto first = Kernel::MakeCounted<Cached>();
+    ref.SetCache(first);
+    ref.SetCache(Kernel::MakeCounted<Cached>());
+    EXPECT_EQ(ref.GetCache<Cached>(), first);
+    const Ref inside = Ref::FromPosition(ref, ref.GetPos() + 9);
+    EXPECT_FALSE(inside.GetCacheBase());
+    document->xrefs->ClearCaches();
+    EXPECT_FALSE(ref.GetCacheBase());
+    document.GetRef(99).SetCache(first);
+    EXPECT_FALSE(document.GetRef(99).GetCacheBase());
+}
+
+} // namespace
+} // namespace Quillet
