@@ -1,0 +1,22 @@
+#pragma once
+
+// Everything that a host needs, in one include.
+
+#include <Quillet/BitmapObject.h>
+#include <Quillet/DecryptLevel.h>
+#include <Quillet/DefaultErrorHandler.h>
+#include <Quillet/Error.h>
+#include <Quillet/ErrorForwarder.h>
+#include <Quillet/ErrorHandler.h>
+#include <Quillet/Fill.h>
+#include <Quillet/GroupObject.h>
+#include <Quillet/LayerObject.h>
+#include <Quillet/Object.h>
+#include <Quillet/Page.h>
+#include <Quillet/PageBase.h>
+#include <Quillet/PageClipArea.h>
+#include <Quillet/PathObject.h>
+#include <Quillet/PdfDocument.h>
+#include <Quillet/Ref.h>
+#include <Quillet/RefCacheable.h>
+#include <Quillet/TextFidelity.h>

@@ -1,0 +1,51 @@
+#include <Quillet/BitmapObject.h>
+#include <Quillet/Page.h>
+
+#include "content/GraphicsState.h"
+#include "graphics/SoftMask.h"
+
+#include <pixels/DynamicBitmap.h>
+
+#include <utility>
+
+namespace Quillet {
+
+BitmapObject::BitmapObject() = default;
+
+BitmapObject::BitmapObject(Kernel::NonCounted<const Page> page, const GraphicsState& state,
+                           Kernel::Counted<const Raster::DynamicBitmap> newBitmap, bool isMaskContext)
+    : bitmap(std::move(newBitmap)), blendMode(state.blendMode), opacity(static_cast<float>(state.fillAlpha))
+{
+    if (page) id = page->MakeObjectId();
+    if (!isMaskContext) softMask = state.softMask;
+
+    transform = state.ltCurrent;
+    const double width = bitmap ? bitmap->GetWidth() : 0;
+    const double height = bitmap ? bitmap->GetHeight() : 0;
+    if (width > 0 && height > 0) {
+        transform = transform * Params::Translation(0, 1) * Params::Scale(1 / width, -1 / height);
+    }
+    UpdateBBox();
+}
+
+BitmapObject::~BitmapObject() = default;
+
+void BitmapObject::Clear()
+{
+    bitmap = nullptr;
+    Object::Clear();
+}
+
+void BitmapObject::UpdateBBox()
+{
+    const double width = bitmap ? bitmap->GetWidth() : 0;
+    const double height = bitmap ? bitmap->GetHeight() : 0;
+    SetBBox({0, 0, width, height});
+}
+
+Kernel::Counted<Renderer::FillDescriptor> BitmapObject::GetBrushDescriptor() const
+{
+    return brushDescriptor ? brushDescriptor : Renderer::FillDescriptor::CreateNone();
+}
+
+} // namespace Quillet

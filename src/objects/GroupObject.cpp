@@ -1,0 +1,195 @@
+#include <Quillet/GroupObject.h>
+#include <Quillet/Page.h>
+
+#include "graphics/SoftMask.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace Quillet {
+
+namespace {
+
+/// A group and how far a walk has come in its children.
+template <typename Group>
+struct Visit
+{
+    Group* group;
+    std::size_t next = 0;
+};
+
+/// The first object below `root`, groups aside, for which `test` holds, in paint order; null if there is none.
+template <typename Test>
+const Object* FindLeaf(const GroupObject& root, Test test)
+{
+    std::vector<Visit<const GroupObject>> visits{{&root}};
+    while (!visits.empty()) {
+        Visit<const GroupObject>& visit = visits.back();
+        if (visit.next == visit.group->children.size()) {
+            visits.pop_back();
+            continue;
+        }
+        const Object* child = visit.group->children[visit.next++].Get();
+        if (const GroupObject* group = child->AsGroup()) {
+            visits.push_back({group});
+        } else if (test(*child)) {
+            return child;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+GroupObject::GroupObject(Kernel::Counted<const Page> newPage) : Object(Kind::Group), page(std::move(newPage))
+{
+    if (page) id = page->MakeObjectId();
+}
+
+GroupObject::GroupObject(Kernel::Counted<const Page> newPage, const Geometry::PolyCurveDbl& path,
+                         Geometry::WindingOrderMode winding, const Params& pathTransform)
+    : GroupObject(std::move(newPage))
+{
+    const Kernel::Counted<Geometry::PolyCurveDbl> clip = path.Clone();
+    clip->Transform(pathTransform);
+    SetClipPath(clip, winding);
+}
+
+GroupObject::~GroupObject()
+{
+    ReleaseChildren();
+}
+
+void GroupObject::ReleaseChildren() noexcept
+{
+    const auto orphan = [](GroupObject* group) {
+        for (const Kernel::Counted<Object>& child : group->children) {
+            if (child && child->parent.Get() == group) child->parent = nullptr;
+        }
+        return std::exchange(group->children, {});
+    };
+    // A group would release its children by recursion, which deep trees have no stack for: so whatever is about to go
+    // is emptied first.
+    Children doomed = orphan(this);
+    while (!doomed.empty()) {
+        const Kernel::Counted<Object> object = std::move(doomed.back());
+        doomed.pop_back();
+        GroupObject* group = object ? object->AsGroup() : nullptr;
+        if (!group || group->children.empty() || group->GetReferenceCount() > 1) continue;
+        Children below = orphan(group);
+        doomed.insert(doomed.end(), std::make_move_iterator(below.begin()), std::make_move_iterator(below.end()));
+    }
+}
+
+bool GroupObject::PreciseIsContainedIn(const Rect& rect, double tolerance) const
+{
+    return !FindLeaf(*this, [&](const Object& leaf) { return !leaf.PreciseIsContainedIn(rect, tolerance); });
+}
+
+bool GroupObject::PreciseOverlaps(const Rect& rect, double tolerance) const
+{
+    return FindLeaf(*this, [&](const Object& leaf) { return leaf.PreciseOverlaps(rect, tolerance); });
+}
+
+bool GroupObject::HasText() const
+{
+    return FindLeaf(*this, [](const Object& leaf) { return leaf.HasText(); });
+}
+
+bool GroupObject::IsPreserve() const
+{
+    return !name.empty() || IsTransparencyGroup() || (isXObject && children.size() > 1);
+}
+
+bool GroupObject::IsTransparencyGroup() const
+{
+    return opacity != 1.0 || isIsolated || isKnockout || blendMode != Renderer::FillBlendMode::Normal || softMask;
+}
+
+Kernel::NonCounted<const Page> GroupObject::GetPage() const
+{
+    return page ? Kernel::NonCounted<const Page>(page) : Object::GetPage();
+}
+
+void GroupObject::Clear()
+{
+    ReleaseChildren();
+    Object::Clear();
+}
+
+void GroupObject::UpdateBBox()
+{
+    Rect box;
+    for (const Kernel::Counted<Object>& child : children) {
+        const Rect& other = child->transformedBBox;
+        if (other.GetWidth() == 0 || other.GetHeight() == 0) continue;
+        const bool isFlat = box.GetWidth() == 0 || box.GetHeight() == 0;
+        box = isFlat ? other : box.Union(other);
+    }
+    SetBBox(box);
+}
+
+bool GroupObject::IsLayer() const
+{
+    return false;
+}
+
+void GroupObject::Add(Kernel::Counted<Object> object)
+{
+    object->parent = this;
+    children.push_back(std::move(object));
+}
+
+GroupObject::Children::iterator GroupObject::Insert(Children::const_iterator position, Kernel::Counted<Object> object)
+{
+    object->parent = this;
+    return children.insert(position, std::move(object));
+}
+
+GroupObject::Children::iterator GroupObject::Insert(Children::const_iterator position, Children::const_iterator first,
+                                                    Children::const_iterator last)
+{
+    std::for_each(first, last, [this](const Kernel::Counted<Object>& object) { object->parent = this; });
+    return children.insert(position, first, last);
+}
+
+void GroupObject::AcquireContent(const Kernel::Counted<GroupObject>& other, Children::const_iterator first)
+{
+    const auto begin = other->children.begin() + (first - other->children.cbegin());
+    const auto end = other->children.end();
+    std::for_each(begin, end, [this](const Kernel::Counted<Object>& object) { object->parent = this; });
+    children.insert(children.end(), std::make_move_iterator(begin), std::make_move_iterator(end));
+    other->children.erase(begin, end);
+}
+
+bool GroupObject::IsAncestorOf(Kernel::NonCounted<const Object> object) const
+{
+    const Object* above = object->parent.Get();
+    while (above && above != this)
+        above = above->parent.Get();
+    return above;
+}
+
+void GroupObject::UpdateBBoxes()
+{
+    VisitSubGroups([](GroupObject* group) { group->UpdateBBox(); });
+}
+
+void GroupObject::VisitSubGroups(const std::function<void(GroupObject*)>& visitor)
+{
+    std::vector<Visit<GroupObject>> visits{{this}};
+    while (!visits.empty()) {
+        Visit<GroupObject>& visit = visits.back();
+        if (visit.next < visit.group->children.size()) {
+            Object* child = visit.group->children[visit.next++].Get();
+            if (GroupObject* group = child ? child->AsGroup() : nullptr) visits.push_back({group});
+            continue;
+        }
+        GroupObject* finished = visit.group;
+        visits.pop_back();
+        visitor(finished);
+    }
+}
+
+} // namespace Quillet

@@ -1,0 +1,29 @@
+#include <Quillet/LayerObject.h>
+#include <Quillet/Page.h>
+
+#include "graphics/SoftMask.h"
+
+#include <utility>
+
+namespace Quillet {
+
+LayerObject::LayerObject(Kernel::Counted<const Page> newPage) : GroupObject(std::move(newPage)) {}
+
+LayerObject::~LayerObject() = default;
+
+bool LayerObject::IsPreserve() const
+{
+    return true;
+}
+
+bool LayerObject::IsLayer() const
+{
+    return true;
+}
+
+void LayerObject::SetColour(Kernel::Consolidated<Renderer::Colour> newColour)
+{
+    colour = std::move(newColour);
+}
+
+} // namespace Quillet
