@@ -1,0 +1,53 @@
+#include "colour/ColourOperators.h"
+
+#include "colour/ColourSpaceFactory.h"
+#include "content/ArgVec.h"
+#include "content/GraphicsStateStack.h"
+
+namespace Quillet {
+
+namespace {
+
+constexpr auto c_category = OperatorCategory::Page | OperatorCategory::Path | OperatorCategory::Text;
+
+Colour GetColour(const ArgVec& args, int componentCount)
+{
+    Colour colour(componentCount);
+    for (int i = 0; i < componentCount; ++i)
+        colour.components[static_cast<std::size_t>(i)] = args.GetReal(i);
+    return colour;
+}
+
+} // namespace
+
+OpSetColour::OpSetColour(bool isForStroke, Kernel::Counted<const ColourSpace> fixedSpace)
+    : isStroke(isForStroke), space(std::move(fixedSpace))
+{}
+
+void OpSetColour::Execute(const ArgVec& args) const
+{
+    GraphicsState& state = GetState();
+    if (space) state.SetColourSpace(isStroke, space);
+    const Kernel::Counted<const ColourSpace> current = state.GetColourSpace(isStroke);
+    if (!current->IsPattern()) {
+        const int count = current->GetComponentCount();
+        CheckCall(c_category, args, count);
+        state.SetFillDescriptor(isStroke, current->MakeFillDescriptor(GetColour(args, count)));
+        return;
+    }
+    const std::string name = args.count > 0 ? args.GetName(args.count - 1) : std::string();
+    const int count = current->IsColouredPattern(name) ? 0 : current->GetComponentCount();
+    CheckCall(c_category, args, count + 1);
+    state.SetFillDescriptor(isStroke, current->MakePatternFillDescriptor(GetColour(args, count), name, stack));
+}
+
+void OpSetColourSpace::Execute(const ArgVec& args) const
+{
+    CheckCall(c_category, args, 1);
+    const auto space = GetColourSpaceFactory()->Make(args.GetName(0), nullptr, GetResources());
+    if (!space) return;
+    GetState().SetColourSpace(isStroke, space);
+    GetState().SetFillDescriptor(isStroke, space->MakeDefaultFillDescriptor());
+}
+
+} // namespace Quillet

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "colour/ColourSpace.h"
+#include "content/Operator.h"
+
+namespace Quillet {
+
+/// "g", "rg", "k", "sc", "scn" and their stroke forms: sets the colour.
+class OpSetColour : public Operator
+{
+public:
+    /// `fixedSpace` is what the operator sets along with the colour; null for those that use the current space.
+    OpSetColour(bool isForStroke, Kernel::Counted<const ColourSpace> fixedSpace);
+
+    void Execute(const ArgVec& args) const override;
+
+    bool isStroke;
+    Kernel::Counted<const ColourSpace> space;
+};
+
+/// "cs", "CS": sets the colour space, and its default colour.
+class OpSetColourSpace : public Operator
+{
+public:
+    explicit OpSetColourSpace(bool isForStroke) : isStroke(isForStroke) {}
+
+    void Execute(const ArgVec& args) const override;
+
+    bool isStroke;
+};
+
+} // namespace Quillet

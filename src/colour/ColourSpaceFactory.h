@@ -1,0 +1,58 @@
+#pragma once
+
+#include "colour/ColourSpace.h"
+
+#include <Quillet/ErrorForwarder.h>
+
+#include <string>
+
+namespace Quillet {
+
+class DeviceCmykColourSpace;
+class DeviceGrayColourSpace;
+class DeviceRgbColourSpace;
+class Parser;
+class Resources;
+
+/// Decides which colour space a name or an array of the document stands for. One belongs to each document, and to the
+/// thread that works on it.
+///
+/// All `Make` operations give null for failure; faults in the syntax raise the parser's kind, and an unknown name
+/// raises nothing. `resources` may be null.
+class QUILLET_API ColourSpaceFactory : public Kernel::Countable, public ErrorForwarder
+{
+public:
+    explicit ColourSpaceFactory(const ErrorHandler* documentHandler = nullptr);
+    ~ColourSpaceFactory() override;
+
+    /// Reads a name, an array, or a reference to one of these.
+    Kernel::Counted<const ColourSpace> Make(Kernel::Counted<Parser> parser,
+                                            Kernel::NonCounted<const Resources> resources) const;
+    /// The space of a family or resource name. `parser` stands behind the name in an array, and is read up to its
+    /// closing bracket, or not at all by a space that has no parameters; null where there is no array.
+    Kernel::Counted<const ColourSpace> Make(const std::string& name, Kernel::Counted<Parser> parser,
+                                            Kernel::NonCounted<const Resources> resources) const;
+    /// The device space with that many components; gray for a count that has none.
+    Kernel::Counted<const ColourSpace> Make(Kernel::NonCounted<const Resources> resources, int componentCount) const;
+
+    /// A device space, or what the resources put in its place. Never null.
+    Kernel::Counted<const ColourSpace> MakeDeviceGray(Kernel::NonCounted<const Resources> resources) const;
+    Kernel::Counted<const ColourSpace> MakeDeviceRgb(Kernel::NonCounted<const Resources> resources) const;
+    Kernel::Counted<const ColourSpace> MakeDeviceCmyk(Kernel::NonCounted<const Resources> resources) const;
+    /// `device`, or the colour space that `resources` have under `defaultName`.
+    Kernel::Counted<const ColourSpace> MakeDevice(const char* defaultName, Kernel::Counted<const ColourSpace> device,
+                                                  Kernel::NonCounted<const Resources> resources) const;
+
+    Kernel::Counted<DeviceGrayColourSpace> deviceGray;
+    Kernel::Counted<DeviceRgbColourSpace> deviceRgb;
+    Kernel::Counted<DeviceCmykColourSpace> deviceCmyk;
+
+private:
+    Kernel::Counted<const ColourSpace> MakeCalibrated(const char* trace, Kernel::Counted<Parser> parser,
+                                                      Kernel::Counted<const ColourSpace> device) const;
+
+    /// Within the look-up of a default space device names mean the devices: a default is often defined through its own.
+    mutable bool isInDefaultLookup = false;
+};
+
+} // namespace Quillet

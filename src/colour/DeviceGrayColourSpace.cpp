@@ -1,0 +1,13 @@
+#include "colour/DeviceGrayColourSpace.h"
+
+#include <Renderer/ColourGrayscale.h>
+
+namespace Quillet {
+
+Kernel::Consolidated<Renderer::Colour> DeviceGrayColourSpace::MakeColour(const Colour& colour) const
+{
+    const auto channel = [&](int index) { return static_cast<float>(colour[index]); };
+    return Kernel::ConsolidateObjectPostAlloc(Renderer::ColourGrayscale(Raster::PixelGrayF(channel(0), 1.0f)));
+}
+
+} // namespace Quillet

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "colour/DeviceColourSpace.h"
+
+namespace Quillet {
+
+class QUILLET_API DeviceGrayColourSpace : public DeviceColourSpace
+{
+public:
+    int GetComponentCount() const override { return 1; }
+    int GetFormat() const override { return 1; }
+    Kernel::Consolidated<Renderer::Colour> MakeColour(const Colour& colour) const override;
+};
+
+} // namespace Quillet

@@ -1,0 +1,100 @@
+#include "colour/IndexedColourSpace.h"
+
+#include "colour/ColourSpaceFactory.h"
+#include "content/Resources.h"
+#include "document/Dictionary.h"
+#include "filters/Stream.h"
+
+#include <Renderer/ColourGrayscale.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Quillet {
+
+namespace {
+
+/// The most that a byte can select.
+constexpr int c_maxEntryCount = 256;
+
+/// `value` to the nearest whole number, held to the range of a byte; 0 for what is no number.
+int RoundToByte(double value)
+{
+    // The largest double below a half: the half itself would take the number just below it upward.
+    constexpr double almostHalf = 0.49999999999999994;
+    if (!(value > 0)) return 0;
+    return static_cast<int>(std::min(value, 255.0) + almostHalf);
+}
+
+} // namespace
+
+IndexedColourSpace::IndexedColourSpace(Kernel::Counted<Parser> parser, Kernel::Counted<const Resources> resources,
+                                       Kernel::Counted<const ColourSpaceFactory> factory)
+    : base(factory->Make(parser, resources))
+{
+    if (!parser->Check(base && !base->IsIndexed(), parser->errorType)) return;
+    const long long maxIndex = parser->NextInt();
+    if (!parser->Check(maxIndex >= 0 && maxIndex < c_maxEntryCount, parser->errorType)) return;
+    parser->NextToken();
+    LoadTable(*parser, static_cast<int>(maxIndex) + 1);
+    if (parser->tokenType != Token::TokenArrayEnd) parser->SkipToArrayEnd();
+}
+
+void IndexedColourSpace::LoadTable(Parser& parser, int entryCount)
+{
+    if (parser.tokenType == Token::TokenString) {
+        LoadTableFromStringBuf(parser.tokenBytes, entryCount);
+    } else if (parser.tokenType == Token::TokenRef) {
+        const auto target = parser.Dereference();
+        if (target->tokenType == Token::TokenString) {
+            LoadTableFromStringBuf(target->tokenBytes, entryCount);
+        } else {
+            LoadTableFromStream(Kernel::MakeCounted<Dictionary>(parser.tokenRef), entryCount);
+        }
+    }
+}
+
+void IndexedColourSpace::LoadTableFromStringBuf(const std::vector<char>& bytes, int entryCount)
+{
+    const auto componentCount = static_cast<std::size_t>(base->GetComponentCount());
+    if (componentCount == 0) return;
+    const std::size_t count = std::min(bytes.size() / componentCount, static_cast<std::size_t>(entryCount));
+    table.reserve(count);
+    for (std::size_t entry = 0; entry < count; ++entry) {
+        std::vector<double> components(componentCount);
+        for (std::size_t i = 0; i < componentCount; ++i) {
+            components[i] = static_cast<unsigned char>(bytes[entry * componentCount + i]) / 255.0;
+        }
+        table.emplace_back(std::move(components));
+    }
+}
+
+void IndexedColourSpace::LoadTableFromStream(Kernel::Counted<Dictionary> dictionary, int entryCount)
+{
+    const auto stream = Kernel::MakeCounted<Stream>(std::move(dictionary));
+    std::vector<char> bytes(static_cast<std::size_t>(entryCount) * static_cast<std::size_t>(base->GetComponentCount()));
+    std::size_t length = 0;
+    while (length < bytes.size()) {
+        const int count = stream->Read(bytes.data() + length, static_cast<int>(bytes.size() - length));
+        if (count <= 0) break;
+        length += static_cast<std::size_t>(count);
+    }
+    bytes.resize(length);
+    LoadTableFromStringBuf(bytes, entryCount);
+    // Unlike a string, a stream that is too short leaves entries of zeros.
+    table.resize(static_cast<std::size_t>(entryCount), Colour(base->GetComponentCount()));
+}
+
+Kernel::Consolidated<Renderer::Colour> IndexedColourSpace::MakeColour(const Colour& colour) const
+{
+    if (!base) return Renderer::ColourGrayscale::Create(0.0, 1.0, 1.0, {});
+    const auto index = static_cast<std::size_t>(RoundToByte(colour[0] * 255.0));
+    return index < table.size() ? base->MakeColour(table[index]) : base->MakeDefaultColour();
+}
+
+std::vector<double> IndexedColourSpace::GetDefaultDecodeVec(int bitsPerComponent) const
+{
+    return {0.0, std::ldexp(1.0, bitsPerComponent) - 1};
+}
+
+} // namespace Quillet

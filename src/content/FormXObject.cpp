@@ -1,0 +1,106 @@
+#include "content/FormXObject.h"
+
+#include "content/GraphicsStateStack.h"
+#include "content/Resources.h"
+#include "content/StreamInterpreter.h"
+#include "document/Dictionary.h"
+#include "document/Guard.h"
+#include "document/Limits.h"
+#include "filters/Stream.h"
+
+#include <Quillet/GroupObject.h>
+#include <Quillet/Page.h>
+
+#include <array>
+
+namespace Quillet {
+
+namespace {
+
+/// An empty form still costs two groups, a decoder and a table of operators.
+constexpr long long c_formWork = 4 * Limits::c_objectWork;
+
+/// Marks a form as being drawn over a stack.
+///
+/// Content has no conditions: a form that comes to draw itself over the same stack would do so for ever.
+class Running
+{
+public:
+    Running(const FormXObject& drawn, const GraphicsStateStack& stack) : form(drawn), outer(drawn.runningStack)
+    {
+        isAllowed = descent && outer.Get() != &stack && Guard::Page::Spend(c_formWork);
+        if (isAllowed) form.runningStack = &stack;
+    }
+    ~Running() { form.runningStack = outer; }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+    explicit operator bool() const { return isAllowed; }
+
+private:
+    Guard::Descent descent;
+    const FormXObject& form;
+    const Kernel::NonCounted<const GraphicsStateStack> outer;
+    bool isAllowed;
+};
+
+} // namespace
+
+FormXObject::FormXObject(Kernel::Counted<Dictionary> dictionary, Kernel::Counted<const Resources> inherited)
+    : streamRef(dictionary->object), resources(GetResources(dictionary, std::move(inherited)))
+{
+    ReadMatrix(*dictionary);
+    if (!dictionary->Check(dictionary->GetRect("BBox", bbox), dictionary->errorType)) bbox = {0, 0, 1000, 1000};
+}
+
+FormXObject::~FormXObject() = default;
+
+void FormXObject::ReadMatrix(Dictionary& dictionary)
+{
+    if (dictionary.GetToken("Matrix") == Token::TokenNone) return;
+    const Kernel::Counted<Parser> parser = dictionary.OptionalDereference();
+    if (parser->tokenType != Token::TokenArrayStart) return;
+    std::array<double, 6> values{1, 0, 0, 1, 0, 0};
+    std::size_t count = 0;
+    while (parser->NextToken() != Token::TokenArrayEnd && parser->tokenType != Token::TokenEnd) {
+        const double value = parser->GetTokenReal();
+        if (count < values.size()) values[count] = value;
+        ++count;
+    }
+    dictionary.Check(count == values.size(), dictionary.errorType);
+    matrix = Raster::AffineTransform::Params::FromPdf(values[0], values[1], values[2], values[3], values[4], values[5]);
+}
+
+bool FormXObject::Accept(Kernel::NonCounted<GraphicsStateStack> stack, bool noGroup) const
+{
+    const Running running(*this, *stack);
+    if (!running) return false;
+    Draw(*stack, noGroup);
+    return true;
+}
+
+void FormXObject::Draw(GraphicsStateStack& stack, bool noGroup) const
+{
+    if (!noGroup) {
+        auto group = Kernel::MakeCounted<GroupObject>(stack.page);
+        group->SetIsXObject(true);
+        stack.GetTop().PushGroup(std::move(group));
+    }
+    const Kernel::Counted<const Resources> callersResources = stack.resources;
+    stack.SetResources(resources);
+    stack.SaveForXObject();
+
+    GraphicsState& state = stack.GetTop();
+    const auto transform = state.ltCurrent * matrix;
+    state.SetLtCurrent(transform);
+    state.SetLtDefault();
+    state.PushClippingPath(bbox, transform);
+    StreamInterpreter interpreter(Kernel::Counted<GraphicsStateStack>(&stack), Kernel::MakeCounted<Stream>(streamRef));
+    interpreter.Interpret();
+
+    stack.RestoreForXObject();
+    stack.SetResources(callersResources);
+    if (!noGroup) stack.GetTop().PopGroup();
+}
+
+} // namespace Quillet

@@ -1,0 +1,135 @@
+#include "content/GraphicsStateStack.h"
+
+#include "content/Resources.h"
+#include "document/Guard.h"
+#include "document/Limits.h"
+#include "text/TextHandler.h"
+
+#include <Quillet/Page.h>
+
+#include <utility>
+
+namespace Quillet {
+
+namespace {
+
+/// A state takes as much memory as this many objects.
+constexpr long long c_objectsPerState = 4;
+
+} // namespace
+
+GraphicsStateStack::GraphicsStateStack(Kernel::NonCounted<const Page> stackPage)
+{
+    Init(stackPage);
+    SaveInitialState(page->GetCropBox(), page->GetTrimBox(), page->GetClipBox(), page->GetRotate());
+}
+
+GraphicsStateStack::GraphicsStateStack(Kernel::NonCounted<const Page> stackPage, const Kernel::RectT<double>& rect)
+{
+    Init(stackPage);
+    SaveInitialState(rect, rect, rect, 0);
+}
+
+GraphicsStateStack::~GraphicsStateStack()
+{
+    RestoreAll();
+}
+
+void GraphicsStateStack::Init(Kernel::NonCounted<const Page> stackPage)
+{
+    page = stackPage.Get();
+    resources = page->GetResources();
+    textHandler = std::make_unique<TextHandler>(this);
+    states.reserve(3);
+}
+
+void GraphicsStateStack::SaveInitialState(const Kernel::RectT<double>& crop, const Kernel::RectT<double>& trim,
+                                          const Kernel::RectT<double>& clip, int rotate)
+{
+    GraphicsState state(page, *textHandler);
+    state.SetSource(crop, trim, clip, rotate);
+    state.SetXObjectDepth(xObjectDepth);
+    states.push_back(std::move(state));
+    root = GetTop().currentGroup;
+}
+
+void GraphicsStateStack::Save()
+{
+    Push(GetTop());
+}
+
+void GraphicsStateStack::Push(const GraphicsState& state)
+{
+    // The vector keeps its room, so that a page pays for its deepest nesting only; dashes are copied every time.
+    if (states.size() == states.capacity()) {
+        Guard::Page::Spend(Limits::c_objectWork * c_objectsPerState * static_cast<long long>(states.size()));
+    }
+    Guard::Page::Spend(static_cast<long long>(state.lineDash.size()));
+    states.push_back(state);
+}
+
+void GraphicsStateStack::Pop()
+{
+    GetTop().OnPop(states.size() > 1 ? &states[states.size() - 2] : nullptr);
+    states.pop_back();
+}
+
+void GraphicsStateStack::Restore()
+{
+    if (GetTop().xObjectDepth >= xObjectDepth) Pop();
+}
+
+void GraphicsStateStack::SaveForXObject()
+{
+    Save();
+    GetTop().SetXObjectDepth(++xObjectDepth);
+}
+
+void GraphicsStateStack::RestoreForXObject()
+{
+    const int depth = xObjectDepth--;
+    if (GetTop().xObjectDepth >= depth) {
+        while (!states.empty() && GetTop().xObjectDepth > xObjectDepth)
+            Pop();
+    }
+    currentCategory = OperatorCategory::Page;
+}
+
+void GraphicsStateStack::RestoreAll()
+{
+    xObjectDepth = 0;
+    while (!states.empty())
+        Pop();
+}
+
+void GraphicsStateStack::FlushObjects()
+{
+    textHandler->FlushText();
+}
+
+void GraphicsStateStack::SetResources(Kernel::Counted<const Resources> newResources)
+{
+    resources = std::move(newResources);
+}
+
+void GraphicsStateStack::OnCompatibility(bool isBegin)
+{
+    compatibilityCount += isBegin ? 1 : -1;
+}
+
+const ErrorHandler* GraphicsStateStack::GetErrorHandler() const
+{
+    return page->GetErrorHandler();
+}
+
+const bool* GraphicsStateStack::GetAbortPointer() const
+{
+    return page->GetAbortPointer();
+}
+
+Kernel::NonCounted<ColourSpaceFactory> GraphicsStateStack::GetColourSpaceFactory() const
+{
+    return page->ref.GetColourSpaceFactory();
+}
+
+} // namespace Quillet

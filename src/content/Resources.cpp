@@ -1,0 +1,88 @@
+#include "content/Resources.h"
+
+#include "colour/ColourSpace.h"
+#include "colour/ColourSpaceFactory.h"
+#include "content/XObject.h"
+#include "document/Dictionary.h"
+
+namespace Quillet {
+
+Resources::Resources(const Ref& dictionaryRef) : ErrorForwarder(dictionaryRef.GetErrorHandler()), ref(dictionaryRef) {}
+
+Resources::~Resources() = default;
+
+Kernel::Counted<Dictionary> Resources::GetDictionary() const
+{
+    return Kernel::MakeCounted<Dictionary>(ref);
+}
+
+Kernel::Counted<Dictionary> Resources::GetSubDictionary(Kernel::Counted<Dictionary>& place, const char* key) const
+{
+    if (!place) place = Kernel::MakeCounted<Dictionary>(GetDictionary()->GetRef(key));
+    return place;
+}
+
+Kernel::Counted<Dictionary> Resources::GetColourSpaces() const
+{
+    return GetSubDictionary(colourSpaceDictionary, "ColorSpace");
+}
+
+Kernel::Counted<Dictionary> Resources::GetXObjects() const
+{
+    return GetSubDictionary(xObjectDictionary, "XObject");
+}
+
+Kernel::Counted<Dictionary> Resources::GetFonts() const
+{
+    return GetSubDictionary(fontDictionary, "Font");
+}
+
+std::vector<std::string> Resources::GetXObjectKeys() const
+{
+    return GetXObjects()->GetKeys();
+}
+
+Kernel::NonCounted<ColourSpaceFactory> Resources::GetColourSpaceFactory() const
+{
+    return ref.GetColourSpaceFactory();
+}
+
+Kernel::Counted<const ColourSpace> Resources::GetColourSpace(const std::string& name) const
+{
+    // The entry comes first: a space that is defined through its own name finds it, empty, and so ends.
+    const auto [entry, isFirstLookUp] = colourSpaces.try_emplace(name);
+    Kernel::Counted<const ColourSpace>& space = entry->second;
+    if (!isFirstLookUp) return space;
+    const Ref value = GetColourSpaces()->GetRef(name.c_str());
+    const Kernel::NonCounted<ColourSpaceFactory> factory = GetColourSpaceFactory();
+    if (value.IsNull() || !factory) return nullptr;
+    space = factory->Make(Kernel::MakeCounted<Parser>(value), this);
+    return space;
+}
+
+Kernel::Counted<const XObject> Resources::GetXObject(const std::string& name, XObjectType::Type type) const
+{
+    const Ref value = GetXObjects()->GetRef(name.c_str());
+    if (value.IsNull()) return nullptr;
+    return XObject::Make(value, Kernel::Counted<const Resources>(this), type, name);
+}
+
+Ref Resources::GetExtGStateRef(const std::string& name) const
+{
+    return GetSubDictionary(extGStateDictionary, "ExtGState")->GetRef(name.c_str());
+}
+
+Kernel::Counted<Dictionary> Resources::GetProperties(const std::string& name) const
+{
+    const Ref value = GetSubDictionary(propertiesDictionary, "Properties")->GetRef(name.c_str());
+    if (value.IsNull()) return nullptr;
+    return Kernel::MakeCounted<Dictionary>(value);
+}
+
+Kernel::Counted<const Resources> Resources::GetTwin() const
+{
+    if (!twin) twin = Kernel::MakeCounted<const Resources>(ref);
+    return twin;
+}
+
+} // namespace Quillet

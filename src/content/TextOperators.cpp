@@ -1,0 +1,95 @@
+#include "content/TextOperators.h"
+
+#include "content/ArgVec.h"
+#include "content/GraphicsStateStack.h"
+#include "text/TextHandler.h"
+
+namespace Quillet {
+
+namespace {
+
+using Params = Raster::AffineTransform::Params;
+
+/// Starts a line at `x`, `y` from the start of the present one.
+void StartLine(TextHandler& handler, double x, double y)
+{
+    handler.SetLtText(handler.ltTextLineStart * Params::Translation(x, y));
+    handler.SetLtTextLineStart();
+}
+
+} // namespace
+
+void OpBeginText::Execute(const ArgVec& args) const
+{
+    CheckCall(OperatorCategory::Page, args, 0);
+    SetCurrentCategory(OperatorCategory::Text);
+    GetTextHandler().BeginText();
+}
+
+void OpEndText::Execute(const ArgVec& args) const
+{
+    CheckCall(OperatorCategory::Text, args, 0);
+    GetTextHandler().EndText();
+    SetCurrentCategory(OperatorCategory::Page);
+}
+
+void OpTextFont::Execute(const ArgVec& args) const
+{
+    CheckCall(OperatorCategory::Page | OperatorCategory::Text, args, 2);
+    args.GetName(0);
+    args.GetReal(1);
+}
+
+void OpTextPosition::Execute(const ArgVec& args) const
+{
+    CheckCall(OperatorCategory::Text, args, 2);
+    const double x = args.GetReal(0);
+    const double y = args.GetReal(1);
+    if (isSetLeading) GetState().SetLeading(-y);
+    StartLine(GetTextHandler(), x, y);
+}
+
+void OpTextMatrix::Execute(const ArgVec& args) const
+{
+    CheckCall(OperatorCategory::Text, args, 6);
+    const double a = args.GetReal(0);
+    const double b = args.GetReal(1);
+    const double c = args.GetReal(2);
+    const double d = args.GetReal(3);
+    const double e = args.GetReal(4);
+    const double f = args.GetReal(5);
+    Params matrix = Params::FromPdf(a, b, c, d, e, f);
+    matrix.EnsureHasInverse();
+    GetTextHandler().SetLtText(matrix);
+    GetTextHandler().SetLtTextLineStart();
+}
+
+void OpTextOut::Execute(const ArgVec& args) const
+{
+    CheckCall(OperatorCategory::Text, args, 1);
+    args.GetStringBuf(0);
+}
+
+void OpTextOutArray::Execute(const ArgVec& args) const
+{
+    CheckCall(OperatorCategory::Text, args, -1);
+    for (int i = 0; i < args.count; ++i) {
+        const Token::Type type = args.GetType(i);
+        Check(type == Token::TokenInt || type == Token::TokenReal || type == Token::TokenString, Error::General);
+    }
+}
+
+void OpNewLine::Execute(const ArgVec& args) const
+{
+    const int spacingCount = hasSpacing ? 2 : 0;
+    CheckCall(OperatorCategory::Text, args, spacingCount + (hasString ? 1 : 0));
+    GraphicsState& state = GetState();
+    StartLine(GetTextHandler(), 0, -state.leading);
+    if (hasSpacing) {
+        state.SetWordSpace(args.GetReal(0));
+        state.SetCharSpace(args.GetReal(1));
+    }
+    if (hasString) args.GetStringBuf(spacingCount);
+}
+
+} // namespace Quillet

@@ -1,0 +1,191 @@
+#include "colour/ColourSpaceFactory.h"
+
+#include "colour/DeviceCmykColourSpace.h"
+#include "colour/DeviceGrayColourSpace.h"
+#include "colour/DeviceRgbColourSpace.h"
+#include "colour/IccBasedColourSpace.h"
+#include "colour/IndexedColourSpace.h"
+#include "colour/PatternColourSpace.h"
+#include "content/Resources.h"
+#include "document/Dictionary.h"
+#include "support/PdfBuilder.h"
+#include "support/TestDocument.h"
+
+#include <Quillet/Page.h>
+#include <Kernel/Trace.h>
+
+#include <gmock/gmock.h>
+
+namespace Quillet {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// A document whose page has the colour spaces `spaces` by name; further objects count from 5.
+struct Spaces
+{
+    explicit Spaces(const std::string& spaces, std::vector<std::string> objects = {})
+        : document(MakePagePdf("", {.resources = "/ColorSpace << " + spaces + " >>", .objects = std::move(objects)})),
+          resources(document->GetPage(0)->GetResources()), factory(*document->colourSpaceFactory)
+    {}
+
+    Kernel::Counted<const ColourSpace> Get(const std::string& name) { return resources->GetColourSpace(name); }
+
+    TestDocument document;
+    Kernel::Counted<const Resources> resources;
+    ColourSpaceFactory& factory;
+};
+
+TEST(ColourSpaceFactoryTest, ReadsDevicesInEveryForm)
+{
+    Spaces spaces("/A /DeviceCMYK /B [/DeviceCMYK] /C 5 0 R /D 6 0 R /E [/RGB] /F /G /H /C /I [/H]",
+                  {"[/DeviceCMYK]", "/DeviceGray"});
+    const Kernel::Counted<const ColourSpace> cmyk = spaces.factory.deviceCmyk;
+    for (const char* name : {"A", "B", "C", "H", "I"})
+        EXPECT_EQ(spaces.Get(name), cmyk) << name;
+    EXPECT_EQ(spaces.Get("D"), spaces.factory.deviceGray);
+    EXPECT_EQ(spaces.Get("E"), spaces.factory.deviceRgb);
+    EXPECT_EQ(spaces.Get("F"), spaces.factory.deviceGray);
+    EXPECT_EQ(spaces.factory.Make(spaces.resources, 4), cmyk);
+    EXPECT_EQ(spaces.factory.Make(spaces.resources, 3), spaces.factory.deviceRgb);
+    for (const int count : {-1, 0, 1, 2, 5}) {
+        EXPECT_EQ(spaces.factory.Make(spaces.resources, count), spaces.factory.deviceGray) << count;
+    }
+    EXPECT_THAT(spaces.document.GetErrors(), IsEmpty());
+}
+
+TEST(ColourSpaceFactoryTest, GivesNullForWhatIsNoSpace)
+{
+    struct Case
+    {
+        const char* space;
+        std::vector<int> errors;
+    };
+    const Case cases[] = {
+        {"[/DeviceRGB /Junk]", {Error::General}},
+        {"[/CalRGB << /Gamma [1 1 1] >> /Junk]", {Error::General}},
+        {"7", {Error::General}},
+        {"/Unknown", {}},
+        {"[/Unknown]", {}},
+        {"/Indexed", {}},
+        {"/ICCBased", {}},
+        {"[/I /DeviceRGB 0 <000000>]", {Error::General}},
+        // Spaces that are defined through themselves.
+        {"/X", {}},
+        {"[/X]", {}},
+        {"[/Indexed /X 0 <00>]", {Error::General, Error::General}},
+        {"/Y /Y /X", {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.space);
+        Spaces spaces(std::string("/X ") + c.space);
+        EXPECT_FALSE(spaces.Get("X"));
+        EXPECT_EQ(spaces.document.GetErrors(), c.errors);
+    }
+}
+
+TEST(ColourSpaceFactoryTest, PutsDefaultsInTheDevicesPlace)
+{
+    Spaces spaces("/DefaultRGB [/ICCBased 5 0 R] /DefaultCMYK /DeviceGray /A [/Indexed /DeviceRGB 0 <000000>]",
+                  {PdfBuilder::MakeStream("", "/N 3 /Alternate /DeviceRGB")});
+    const auto rgb = Kernel::DynamicCast<const IccBasedColourSpace>(spaces.factory.MakeDeviceRgb(spaces.resources));
+    ASSERT_TRUE(rgb);
+    // Within the look-up the device is itself.
+    EXPECT_EQ(rgb->alternate, spaces.factory.deviceRgb);
+    EXPECT_EQ(spaces.factory.MakeDeviceRgb(spaces.resources), rgb);
+    EXPECT_EQ(spaces.factory.MakeDeviceRgb(nullptr), spaces.factory.deviceRgb);
+    EXPECT_EQ(spaces.factory.Make(spaces.resources, 4), spaces.factory.deviceGray);
+    EXPECT_EQ(spaces.factory.MakeDeviceGray(spaces.resources), spaces.factory.deviceGray);
+    const auto indexed = Kernel::DynamicCast<const IndexedColourSpace>(spaces.Get("A"));
+    ASSERT_TRUE(indexed);
+    EXPECT_EQ(indexed->base, rgb);
+    EXPECT_THAT(spaces.document.GetErrors(), IsEmpty());
+}
+
+TEST(ColourSpaceFactoryTest, TakesCalibratedSpacesForDevices)
+{
+    Spaces spaces("/DefaultRGB /DeviceGray /A [/CalRGB << /Gamma [2.2 2.2 2.2] >>] /B [/CalRGB 5 0 R] "
+                  "/C [/CalGray << /A << /B [1] >> >>]",
+                  {"<< /Gamma [1 1 1] >>"});
+    std::string trace;
+    Kernel::SetTraceSink([&](std::string_view message) { trace += message; });
+    EXPECT_EQ(spaces.Get("A"), spaces.factory.deviceRgb);
+    EXPECT_EQ(spaces.Get("B"), spaces.factory.deviceRgb);
+    EXPECT_EQ(spaces.Get("C"), spaces.factory.deviceGray);
+    Kernel::SetTraceSink({});
+    EXPECT_EQ(trace, "Quillet: CalRGB\nQuillet: CalRGB\nQuillet: CalGray\n");
+    EXPECT_THAT(spaces.document.GetErrors(), IsEmpty());
+
+    const auto parser = Kernel::MakeCounted<Parser>(spaces.resources->GetColourSpaces()->GetRef("A"));
+    EXPECT_TRUE(spaces.factory.Make(parser, spaces.resources));
+    EXPECT_EQ(parser->tokenType, Token::TokenArrayEnd);
+}
+
+TEST(ColourSpaceFactoryTest, ReadsProfiledSpacesOnceAndThroughTheirAlternate)
+{
+    Spaces spaces("/A [/ICCBased 5 0 R] /B [/ICCBased 5 0 R] /C [/ICCBased 6 0 R] /D [/ICCBased 7 0 R] "
+                  "/E [/ICCBased 8 0 R] /F [/ICCBased]",
+                  {PdfBuilder::MakeStream("", "/N 4"), PdfBuilder::MakeStream("", "/N 3 /Alternate /DeviceGray"),
+                   PdfBuilder::MakeStream("", "/N 3 /Alternate [/ICCBased 8 0 R]"),
+                   PdfBuilder::MakeStream("", "/N 4 /Alternate [/ICCBased 7 0 R]")});
+    const auto a = spaces.Get("A");
+    ASSERT_TRUE(a);
+    EXPECT_EQ(a, spaces.Get("B"));
+    EXPECT_EQ(a->GetFormat(), 3);
+    EXPECT_TRUE(a->CanLoadAsCompressedImage());
+    EXPECT_FALSE(a->IsSpecial());
+    EXPECT_EQ(spaces.Get("C")->GetComponentCount(), 1);
+    EXPECT_THAT(spaces.document.GetErrors(), IsEmpty());
+    // A circle of alternates ends in a device; which of the two counts is taken is of no concern.
+    ASSERT_TRUE(spaces.Get("D"));
+    ASSERT_TRUE(spaces.Get("E"));
+    EXPECT_FALSE(spaces.Get("D")->IsSpecial());
+    EXPECT_FALSE(spaces.document.GetErrors().empty());
+    spaces.Get("F");
+}
+
+TEST(ColourSpaceFactoryTest, EndsDeepNesting)
+{
+    std::string nested;
+    for (int i = 0; i < 20'000; ++i)
+        nested += "[/Pattern ";
+    Spaces spaces("/A " + nested);
+    EXPECT_FALSE(spaces.Get("A"));
+    EXPECT_FALSE(spaces.document.GetErrors().empty());
+}
+
+TEST(PatternColourSpaceTest, FindsItsUnderlyingSpace)
+{
+    struct Case
+    {
+        const char* space;
+        int componentCount;
+        std::vector<int> errors;
+    };
+    const Case cases[] = {
+        {"/Pattern", 0, {}},
+        {"[/Pattern]", 0, {}},
+        {"[/Pattern /DeviceCMYK]", 4, {}},
+        {"[/Pattern [/DeviceRGB]]", 3, {}},
+        {"[/Pattern [/ICCBased 5 0 R]]", 3, {}},
+        {"[/Pattern 6 0 R]", 3, {}},
+        {"[/Pattern 7 0 R]", 4, {}},
+        {"[/Pattern /Other]", 1, {}},
+        {"[/Pattern /Unknown]", 0, {Error::General}},
+        {"[/Pattern /Pattern]", 0, {Error::General}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.space);
+        Spaces spaces("/Other /DeviceGray /X " + std::string(c.space) + " /Y /DeviceRGB",
+                      {PdfBuilder::MakeStream("", "/N 3"), "[/ICCBased 5 0 R]", "/DeviceCMYK"});
+        const auto space = spaces.Get("X");
+        ASSERT_TRUE(space);
+        EXPECT_TRUE(space->IsPattern());
+        EXPECT_EQ(space->GetComponentCount(), c.componentCount);
+        EXPECT_EQ(spaces.document.GetErrors(), c.errors);
+    }
+}
+
+} // namespace
+} // namespace Quillet

@@ -1,0 +1,280 @@
+#include "ContentRun.h"
+
+#include "text/TextHandler.h"
+
+#include <Renderer/FillDescriptor.h>
+#include <Renderer/LineStyle.h>
+#include <Renderer/LineStyleDescriptor.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace Quillet::Test {
+namespace {
+
+using Params = Raster::AffineTransform::Params;
+using Point = Kernel::PointT<double>;
+using Rect = Kernel::RectT<double>;
+using testing::DoubleEq;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pointwise;
+
+TEST(GraphicsStateTest, KeepsDashesInMultiplesOfTheWidth)
+{
+    struct Row
+    {
+        const char* content;
+        int dashKind;
+        std::vector<double> dashes;
+        double phase;
+    };
+    const Row rows[] = {
+        {"2 w [4 2] 1 d probe", 2, {2, 1}, 0.5},
+        {"2 w [4 2] 1 d 4 w probe", 2, {1, 0.5}, 0.25},
+        {"[4 [2]] 1 d probe", 2, {4, 2}, 1},
+        {"0 w [4 2] 1 d probe", 2, {4, 2}, 1},
+        {"[4] 1 d 2 0 w d [6] 0 d probe", 2, {6}, 0},
+        {"[] 0 d probe", 1, {}, 0},
+        {"q [4 2] 1 d Q probe", 1, {}, 0},
+    };
+    for (const Row& row : rows) {
+        const int calls = InspectState(row.content, {}, [&](const GraphicsState& state) {
+            EXPECT_EQ(state.lineStyle->dashKind, row.dashKind) << row.content;
+            EXPECT_THAT(state.lineStyle->dashes, Pointwise(DoubleEq(), row.dashes)) << row.content;
+            EXPECT_EQ(state.lineStyle->dashPhase, row.phase) << row.content;
+        });
+        EXPECT_EQ(calls, 1) << row.content;
+    }
+}
+
+TEST(GraphicsStateTest, MapsCapsAndJoins)
+{
+    using Style = Renderer::LineStyle;
+    struct Row
+    {
+        const char* content;
+        int cap;
+        int join;
+        std::size_t errors;
+    };
+    const Row rows[] = {
+        {"probe", Style::CapButt, Style::JoinMitre, 0},
+        {"0 J 0 j probe", Style::CapButt, Style::JoinMitre, 0},
+        {"1 J 1 j probe", Style::CapHalfCircle, Style::JoinRound, 0},
+        {"2 J 2 j probe", Style::CapProjectingSquare, Style::JoinBevel, 0},
+        {"1 J 3 J 1 j -1 j probe", Style::CapButt, Style::JoinMitre, 2},
+        {"1 J 2.5 J probe", Style::CapButt, Style::JoinMitre, 1},
+        // These two operators do nothing with a wrong number of operands.
+        {"1 J 0 2 J 1 j j probe", Style::CapHalfCircle, Style::JoinRound, 2},
+    };
+    for (const Row& row : rows) {
+        int calls = 0;
+        const ContentRun run(row.content, {}, [&](GraphicsStateStack& stack, const ArgVec&) {
+            ++calls;
+            EXPECT_EQ(stack.GetTop().lineStyle->cap, row.cap) << row.content;
+            EXPECT_EQ(stack.GetTop().lineStyle->join, row.join) << row.content;
+        });
+        EXPECT_EQ(calls, 1);
+        EXPECT_EQ(run.GetErrors().size(), row.errors) << row.content;
+    }
+}
+
+TEST(GraphicsStateTest, ScalesTheLineWidthToThePage)
+{
+    struct Row
+    {
+        const char* content;
+        Params transform;
+        double width;
+    };
+    const Row rows[] = {
+        {"3 w probe", {}, 3},
+        {"3 w probe", Params::Scale(2, -2), 6},
+        {"3 w probe", Params::FromPdf(0, 2, -2, 0, 7, 8), 6},
+        {"0 w probe", {}, 0.1},
+        {"-5 w probe", {}, 0.1},
+        {"0.0009 w probe", {}, 0.1},
+    };
+    for (const Row& row : rows) {
+        const int calls = InspectState(row.content, {}, [&](const GraphicsState& state) {
+            EXPECT_DOUBLE_EQ(state.MakeLineStyleDescriptor(row.transform)->lineStyle->width, row.width);
+        });
+        EXPECT_EQ(calls, 1);
+    }
+    InspectState("0 w probe", {}, [](const GraphicsState& state) { EXPECT_EQ(state.lineStyle->width, 1e-9); });
+}
+
+/// The corner of the trim box that comes to lie at the top left, and the one diagonally opposite.
+TEST(GraphicsStateTest, PlacesThePageByTrimBoxAndRotation)
+{
+    struct Row
+    {
+        const char* rotate;
+        Point topLeft;
+        Point bottomRight;
+        Point size;
+    };
+    const Row rows[] = {
+        {"", {10, 220}, {110, 20}, {100, 200}},
+        {"/Rotate 90", {10, 20}, {110, 220}, {200, 100}},
+        {"/Rotate 180", {110, 20}, {10, 220}, {100, 200}},
+        {"/Rotate 270", {110, 220}, {10, 20}, {200, 100}},
+        {"/Rotate -360", {10, 220}, {110, 20}, {100, 200}},
+    };
+    for (const Row& row : rows) {
+        PageParts parts;
+        parts.entries = std::string("/MediaBox [0 0 500 500] /TrimBox [10 20 110 220] ") + row.rotate;
+        const int calls = InspectState("probe", parts, [&](const GraphicsState& state) {
+            EXPECT_EQ(state.ltCurrent.ApplyTo(row.topLeft), (Point{0, 0})) << row.rotate;
+            EXPECT_EQ(state.ltCurrent.ApplyTo(row.bottomRight), row.size) << row.rotate;
+            EXPECT_EQ(state.ltDefault, state.ltCurrent);
+        });
+        EXPECT_EQ(calls, 1);
+    }
+}
+
+TEST(GraphicsStateTest, ClipsTheRootToTheDocumentsClipArea)
+{
+    PageParts parts;
+    parts.entries = "/MediaBox [0 0 100 100] /CropBox [10 20 60 70] /Rotate 90";
+    const ContentRun plain("", parts);
+    EXPECT_FALSE(plain.root->clipPath);
+    const ContentRun clipped("", parts, {},
+                             [](PdfDocument& document) { document.SetPageClipArea(PageClipArea::PageClipMedia); });
+    ASSERT_TRUE(clipped.root->clipPath);
+    // The trim box falls back on the crop box, and the media box lies around that.
+    EXPECT_EQ(clipped.root->clipPath->GetApproxBBox(), (Rect{-20, -10, 80, 90}));
+}
+
+TEST(GraphicsStateTest, AppliesTheNewestTransformFirst)
+{
+    EXPECT_EQ(InspectState("2 0 0 2 10 10 cm 1 0 0 1 5 0 cm probe", {},
+                           [](const GraphicsState& state) {
+                               EXPECT_EQ(state.ltCurrent.ApplyTo(Point{0, 0}), (Point{20, 90}));
+                               EXPECT_EQ(state.ltDefault.ApplyTo(Point{0, 0}), (Point{0, 100}));
+                           }),
+              1);
+    EXPECT_EQ(InspectState("0 0 0 0 5 6 cm probe", {},
+                           [](const GraphicsState& state) {
+                               EXPECT_NE(state.ltCurrent.GetDeterminant(), 0);
+                               EXPECT_EQ(state.ltCurrent.ApplyTo(Point{0, 0}), (Point{5, 94}));
+                           }),
+              1);
+}
+
+TEST(GraphicsStateTest, RestoresAllButThePath)
+{
+    double width = 0;
+    const ContentRun run("3 w 0 0 m q 9 w Q 10 0 l probe S", {},
+                         [&](GraphicsStateStack& stack, const ArgVec&) { width = stack.GetTop().lineStyle->width; });
+    EXPECT_EQ(width, 3);
+    ASSERT_EQ(run.GetCount(), 1U);
+    EXPECT_EQ(run.GetPath(0)->path->curves[0]->nodes.size(), 4U);
+    EXPECT_EQ(run.GetErrors().size(), 3U);
+}
+
+TEST(GraphicsStateTest, ClosesClipGroupsOnRestore)
+{
+    const ContentRun run("q 0 0 9 9 re W n 0 0 5 5 re W* n 1 1 2 2 re f Q 3 3 1 1 re f q 0 0 1 1 re W n 0 0 1 1 re f");
+    ASSERT_EQ(run.GetCount(), 3U);
+    ASSERT_TRUE(run.GetGroup(0));
+    EXPECT_EQ(run.GetGroup(0)->clipPath->GetApproxBBox(), (Rect{0, 91, 9, 100}));
+    const auto inner = Kernel::DynamicCast<GroupObject>(run.GetGroup(0)->children.at(0));
+    ASSERT_TRUE(inner);
+    EXPECT_EQ(inner->clipWinding, Geometry::WindingOrderMode::EvenOdd);
+    EXPECT_EQ(inner->children.size(), 1U);
+    EXPECT_TRUE(run.GetPath(1));
+    EXPECT_EQ(run.GetGroup(2)->children.size(), 1U);
+    EXPECT_THAT(run.GetErrors(), IsEmpty());
+}
+
+TEST(GraphicsStateTest, SurvivesDeepNesting)
+{
+    std::string content = "[1 2 3] 0 d ";
+    for (int i = 0; i < 50'000; ++i)
+        content += "q 0 0 9 9 re W n ";
+    const ContentRun run(content + "5 w probe", {}, [](GraphicsStateStack& stack, const ArgVec&) {
+        EXPECT_EQ(stack.states.size(), 50'001U);
+        EXPECT_EQ(stack.GetTop().GetPreviousObject(), stack.GetTop().currentGroup);
+    });
+    EXPECT_THAT(run.GetErrors(), IsEmpty());
+}
+
+TEST(GraphicsStateTest, LeavesWhatAFormLeftUnbalanced)
+{
+    PageParts parts;
+    parts.resources = "/XObject << /Open 5 0 R /Surplus 6 0 R >>";
+    const std::string entries = "/Type /XObject /Subtype /Form /BBox [0 0 9 9]";
+    parts.objects = {PdfBuilder::MakeStream("9 w q q 0 0 1 1 re", entries),
+                     PdfBuilder::MakeStream("Q Q Q 0 0 1 1 re f", entries)};
+    std::vector<std::size_t> depths;
+    const ContentRun run("3 w q /Open Do probe Q q q /Surplus Do probe Q Q probe", parts,
+                         [&](GraphicsStateStack& stack, const ArgVec&) {
+                             depths.push_back(stack.states.size());
+                             EXPECT_EQ(stack.currentCategory, OperatorCategory::Page);
+                             EXPECT_EQ(stack.xObjectDepth, 0);
+                             EXPECT_EQ(stack.GetTop().lineStyle->width, 3);
+                         });
+    EXPECT_THAT(depths, ElementsAre(2, 3, 1));
+    EXPECT_THAT(run.GetErrors(), IsEmpty());
+}
+
+TEST(GraphicsStateTest, GivesPaintsTheirAlpha)
+{
+    const int calls = InspectState("1 0 0 rg probe", {}, [](const GraphicsState& state) {
+        EXPECT_FALSE(state.FillRequiresOpacity(false));
+        const auto opaque = state.MakeFillDescriptorWithAlpha(false, 1, Params::Scale(2, 2));
+        EXPECT_EQ(opaque, state.fillDescriptor);
+        const auto half = state.MakeFillDescriptorWithAlpha(false, 0.5, {});
+        EXPECT_EQ(half->fill->GetColour()->GetAlpha(), 0.5F);
+        EXPECT_EQ(half->blendMode, state.fillDescriptor->blendMode);
+        EXPECT_EQ(state.fillDescriptor->fill->GetColour()->GetAlpha(), 1);
+    });
+    EXPECT_EQ(calls, 1);
+}
+
+TEST(GraphicsStateTest, FollowsTheTextMatrix)
+{
+    struct Row
+    {
+        const char* content;
+        Point pen;
+        double leading;
+    };
+    const Row rows[] = {
+        {"BT 10 20 Td probe ET", {10, 20}, 0},
+        {"BT 10 20 Td 5 -7 TD T* probe ET", {15, 6}, 7},
+        {"BT 2 0 0 2 10 20 Tm 3 4 Td probe ET", {16, 28}, 0},
+        {"BT 10 20 Td ET BT probe ET", {0, 0}, 0},
+        {"3 TL BT 1 2 (a) \" (b) ' probe ET", {0, -6}, 3},
+        // A matrix without an inverse keeps its translation.
+        {"BT 0 0 0 0 5 6 Tm probe ET", {5, 6}, 0},
+    };
+    for (const Row& row : rows) {
+        int calls = 0;
+        const ContentRun run(row.content, {}, [&](GraphicsStateStack& stack, const ArgVec&) {
+            ++calls;
+            EXPECT_EQ(stack.textHandler->GetLtText().ApplyTo(Point{0, 0}), row.pen) << row.content;
+            EXPECT_EQ(stack.GetTop().leading, row.leading) << row.content;
+        });
+        EXPECT_EQ(calls, 1) << row.content;
+    }
+}
+
+TEST(GraphicsStateTest, ReadsTextModes)
+{
+    const std::vector<std::pair<int, int>> flags{{2, 0}, {1, 0}, {3, 0}, {0, 0}, {2, 1}, {1, 1}, {3, 1}, {0, 1}};
+    for (std::size_t mode = 0; mode < flags.size(); ++mode) {
+        const int calls =
+            InspectState(std::to_string(mode) + " Tr 2 Tc 3 Tw 4 Ts 50 Tz probe", {}, [&](const GraphicsState& state) {
+                EXPECT_EQ(std::pair(state.renderFlags, state.isTextClip), flags[mode]) << mode;
+                EXPECT_THAT((std::vector{state.charSpace, state.wordSpace, state.textRise, state.textWidth}),
+                            ElementsAre(2, 3, 4, 50));
+            });
+        EXPECT_EQ(calls, 1);
+    }
+}
+
+} // namespace
+} // namespace Quillet::Test

@@ -1,0 +1,186 @@
+#include "content/OCProperties.h"
+
+#include "TreeText.h"
+#include "support/PdfBuilder.h"
+#include "support/TestDocument.h"
+
+#include <Quillet/LayerObject.h>
+#include <Renderer/ColourRGB.h>
+
+#include <gmock/gmock.h>
+
+namespace Quillet::Test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// A page with the groups A (object 5) and B (object 6), a membership dictionary M and a nameless group N.
+PageParts MakeParts()
+{
+    PageParts parts;
+    parts.entries = c_pageEntries;
+    parts.resources = "/Properties << /A 5 0 R /B 6 0 R /M 7 0 R /N << /Type /OCG >> /Gone 99 0 R >> "
+                      "/XObject << /Open 8 0 R /Inner 9 0 R >>";
+    parts.objects = {"<< /Type /OCG /Name (A) >>", "<< /Type /OCG /Name (B) >>", "<< /Type /OCMD /OCGs [5 0 R] >>",
+                     PdfBuilder::MakeStream("/OC /A BDC", "/Subtype /Form /BBox [0 0 300 100]"),
+                     PdfBuilder::MakeStream(ExpandContent("<b>"), "/Subtype /Form /BBox [0 0 300 100]")};
+    return parts;
+}
+
+TEST(MarkedContentTest, CutsLayersOutOfTheTree)
+{
+    struct Case
+    {
+        const char* content;
+        const char* tree;
+    };
+    const Case cases[] = {
+        {"/OC /A BDC <a> <b> EMC", "([A: a b])"},
+        {"<a> /OC /A BDC <b> <c> EMC <d>", "(a [A: b c] d)"},
+        {"<a> q /OC /A BDC <b> <c> EMC Q <d>", "(a [A: b c] d)"},
+        // A clip goes whole, with what it clips.
+        {"<a> /OC /A BDC q <clip> <b> Q EMC <c>", "(a [A: {b}] c)"},
+        {"<a> q <clip> /OC /A BDC <b> Q <c> EMC <d>", "(a [A: {b} c] d)"},
+        {"<a> q <clip> <b> /OC /A BDC <c> EMC <d> Q <e>", "(a {b [A: c] d} e)"},
+        // The clip was closed before anything came: it holds only what is older.
+        {"<a> q <clip> <b> /OC /A BDC Q <c> EMC", "(a {b} [A: c])"},
+        // Taking the rest of the clip and what follows would need two places.
+        {"<a> q <clip> <b> /OC /A BDC <c> Q <d> EMC", "(a {b c} d)"},
+        {"<a> /OC /A BDC EMC <b>", "(a [A: ] b)"},
+        {"q <clip> /OC /A BDC EMC <b> Q", "({[A: ] b})"},
+        {"/OC /A BDC <a> /OC /B BDC <b> EMC <c> EMC <d>", "([A: a [B: b] c] d)"},
+        {"/OC /A BDC <a> /Span BMC <b> EMC <c> EMC <d>", "([A: a b c] d)"},
+        {"/OC /A BDC <a> EMC /OC /A BDC <b> EMC", "([A: a] [A: b])"},
+        // Left open, or opened in a form and closed outside it.
+        {"/OC /A BDC <a>", "(a)"},
+        {"<a> /Open Do <b> EMC <c>", "(a [A: F({}) b] c)"},
+        {"<a> /OC /A BDC /Inner Do EMC", "(a [A: F({b})])"},
+        // Nothing that makes a layer; all of it in balance.
+        {"/OC /A BDC /OC /M BDC <a> EMC /OC /N BDC <b> EMC /OC /Gone BDC <c> EMC /OC /No BDC <d> EMC EMC",
+         "([A: a b c d])"},
+        {"/OC /A BDC /Other /B BDC <a> EMC /OC << /Type /OCG /Name (X) >> BDC <b> EMC EMC", "([A: a b])"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.content);
+        TestDocument document(MakePagePdf(ExpandContent(c.content), MakeParts()));
+        const auto root = document.Build();
+        ASSERT_TRUE(root);
+        EXPECT_EQ(PrintTree(*root), c.tree);
+    }
+}
+
+TEST(MarkedContentTest, ReportsOnlyBadCalls)
+{
+    struct Case
+    {
+        const char* content;
+        std::vector<int> errors;
+    };
+    const Case cases[] = {
+        {"EMC EMC <a>", {}},
+        {"BT /OC /A BDC EMC ET", {}},
+        {"/OC << /Name (X) >> BDC EMC /Foo /Bar BDC EMC", {}},
+        {"1 EMC", {Error::General}},
+        {"/OC BDC EMC", {Error::General}},
+        {"1 /A BDC EMC", {Error::General}},
+        {"0 0 m /OC /A BDC EMC n", {Error::General, Error::General}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.content);
+        TestDocument document(MakePagePdf(ExpandContent(c.content), MakeParts()));
+        ASSERT_TRUE(document.Build());
+        EXPECT_EQ(document.GetErrors(), c.errors);
+    }
+}
+
+Kernel::Counted<LayerObject> BuildLayer(const std::string& tag, const std::string& properties,
+                                        const std::string& catalog = "")
+{
+    PageParts parts;
+    parts.resources = "/Properties << /A 5 0 R >>";
+    parts.objects = {properties};
+    parts.catalog = catalog;
+    TestDocument document(MakePagePdf(tag + " /A BDC EMC", parts));
+    const auto root = document.Build();
+    if (!root || root->children.empty()) return nullptr;
+    return Kernel::DynamicCast<LayerObject>(root->children.front());
+}
+
+TEST(MarkedContentTest, TakesFlagsFromUsageAndConfiguration)
+{
+    struct Case
+    {
+        const char* usage;
+        const char* config;
+        bool isVisible;
+        bool isPrintable;
+        bool isEditable;
+    };
+    const Case cases[] = {
+        {"", "", true, true, true},
+        {"/Usage << /View << /ViewState /oFf >> >>", "", false, true, true},
+        {"/Usage << /View << /ViewState /OFFICE >> /Print << /PrintState /OFF >> >>", "", true, false, true},
+        {"", "/OFF [6 0 R 5 0 R]", false, true, true},
+        {"", "/OFF [5 0 R] /ON [5 0 R]", true, true, true},
+        {"", "/BaseState /OFF", false, true, true},
+        {"", "/BaseState /OFF /ON [5 0 R] /Locked [5 0 R]", true, true, false},
+        {"", "/BaseState /Unchanged /Locked 5 0 R", true, true, false},
+        // The configuration does not show what usage hides.
+        {"/Usage << /View << /ViewState /OFF >> >>", "/ON [5 0 R]", false, true, true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.usage) + " " + c.config);
+        const auto layer = BuildLayer("/OC", std::string("<< /Type /OCG /Name (A) ") + c.usage + " >>",
+                                      std::string("/OCProperties << /D << ") + c.config + " >> >>");
+        ASSERT_TRUE(layer);
+        EXPECT_EQ(layer->isVisible, c.isVisible);
+        EXPECT_EQ(layer->isPrintable, c.isPrintable);
+        EXPECT_EQ(layer->isEditable, c.isEditable);
+    }
+}
+
+TEST(MarkedContentTest, ReadsPrivateLayers)
+{
+    const auto layer = BuildLayer(
+        "/Layer", "<< /Title (Roads) /Visible false /Printed false /Editable false /Color [65535 0 13107] >>");
+    ASSERT_TRUE(layer);
+    EXPECT_EQ(layer->name, "Roads");
+    EXPECT_FALSE(layer->isVisible || layer->isPrintable || layer->isEditable);
+    EXPECT_EQ(layer->colour, Renderer::ColourRGB::Create(1.0f, 0.0f, 0.2f, 1.0f, ""));
+
+    const auto plain = BuildLayer("/Layer", "<< /Title (Roads) /Color [1 2] >>");
+    ASSERT_TRUE(plain);
+    EXPECT_TRUE(plain->isVisible && plain->isPrintable && plain->isEditable);
+    EXPECT_FALSE(plain->colour);
+
+    EXPECT_FALSE(BuildLayer("/Layer", "<< /Name (Roads) >>"));
+}
+
+TEST(OCPropertiesTest, WithoutAConfigurationHidesNothing)
+{
+    TestDocument document(MakePagePdf("", {.catalog = "/OCProperties << /OCGs [5 0 R] >>"}));
+    ASSERT_TRUE(document->ocProperties);
+    EXPECT_FALSE(document->ocProperties->IsHidden(document.GetRef(5)));
+    EXPECT_FALSE(OCProperties(Ref()).IsLocked(document.GetRef(5)));
+    EXPECT_THAT(document.GetErrors(), IsEmpty());
+}
+
+TEST(OCPropertiesTest, KeepsItsAnswersApart)
+{
+    PageParts parts;
+    parts.objects = {"<< >>", "<< >>", "<< >>"};
+    parts.catalog = "/OCProperties << /D << /OFF [5 0 R 6 0 R] /Locked [6 0 R] >> >>";
+    TestDocument document(MakePagePdf("", parts));
+    const OCProperties& properties = *document->ocProperties;
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_TRUE(properties.IsHidden(document.GetRef(5)));
+        EXPECT_FALSE(properties.IsLocked(document.GetRef(5)));
+        EXPECT_TRUE(properties.IsHidden(document.GetRef(6)));
+        EXPECT_TRUE(properties.IsLocked(document.GetRef(6)));
+        EXPECT_FALSE(properties.IsHidden(document.GetRef(7)));
+    }
+}
+
+} // namespace
+} // namespace Quillet::Test
