@@ -32,8 +32,9 @@ Kernel::Counted<const ColourSpace> ColourSpaceFactory::Make(Kernel::Counted<Pars
     parser = parser->OptionalDereference();
     if (parser->tokenType == Token::TokenName) {
         const std::string name = parser->GetTokenName();
-        // Behind a bare name stands what does not belong to it: no underlying space for a pattern.
-        return Make(name, name == "Pattern" ? nullptr : parser, resources);
+        // Behind a bare name stands what does not belong to it, up to the end of the file.
+        const bool readsOn = name == "Pattern" || name == "ICCBased" || name == "Indexed";
+        return Make(name, readsOn ? nullptr : parser, resources);
     }
     if (!parser->Check(parser->tokenType == Token::TokenArrayStart, parser->errorType)) return nullptr;
 

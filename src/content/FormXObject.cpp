@@ -11,6 +11,7 @@
 #include <Quillet/GroupObject.h>
 #include <Quillet/Page.h>
 
+#include <algorithm>
 #include <array>
 
 namespace Quillet {
@@ -19,6 +20,49 @@ namespace {
 
 /// An empty form still costs two groups, a decoder and a table of operators.
 constexpr long long c_formWork = 4 * Limits::c_objectWork;
+
+/// The longest content that a form keeps decoded. Symbols of a map are shorter and drawn by the thousand; files of many
+/// forms must not grow much in memory.
+constexpr std::size_t c_maxKeptContent = 4096;
+
+/// Bytes that outlive their reading.
+class KeptContentSource : public SequentialSource
+{
+public:
+    KeptContentSource(const std::vector<char>& content, const ErrorHandler* contentHandler)
+        : SequentialSource(contentHandler), bytes(content)
+    {}
+
+    bool AtEnd() const override { return position == bytes.size(); }
+    unsigned long long GetEstimatedLength() const override { return bytes.size() - position; }
+    using SequentialSource::Read;
+    int Read(char* buf, int size) override
+    {
+        const std::size_t count = std::min(bytes.size() - position, static_cast<std::size_t>(std::max(size, 0)));
+        std::copy_n(bytes.data() + position, count, buf);
+        position += count;
+        return static_cast<int>(count);
+    }
+
+private:
+    const std::vector<char>& bytes;
+    std::size_t position = 0;
+};
+
+/// Up to `limit` bytes.
+std::vector<char> ReadUpTo(SequentialSource& source, std::size_t limit)
+{
+    std::vector<char> bytes(limit);
+    std::size_t length = 0;
+    while (length < limit) {
+        const int count = source.Read(bytes.data() + length, static_cast<int>(limit - length));
+        if (count <= 0) break;
+        length += static_cast<std::size_t>(count);
+    }
+    bytes.resize(length);
+    bytes.shrink_to_fit();
+    return bytes;
+}
 
 /// Marks a form as being drawn over a stack.
 ///
@@ -71,6 +115,20 @@ void FormXObject::ReadMatrix(Dictionary& dictionary)
     matrix = Raster::AffineTransform::Params::FromPdf(values[0], values[1], values[2], values[3], values[4], values[5]);
 }
 
+Kernel::Counted<SequentialSource> FormXObject::OpenContent() const
+{
+    if (content == Content::Read) {
+        keptContent = ReadUpTo(*Kernel::MakeCounted<Stream>(streamRef), c_maxKeptContent + 1);
+        content = keptContent.size() <= c_maxKeptContent ? Content::Kept : Content::TooLong;
+        if (content == Content::TooLong) keptContent = {};
+    }
+    if (content == Content::Kept) {
+        return Kernel::MakeCounted<KeptContentSource>(keptContent, streamRef.GetErrorHandler());
+    }
+    if (content == Content::Unread) content = Content::Read;
+    return Kernel::MakeCounted<Stream>(streamRef);
+}
+
 bool FormXObject::Accept(Kernel::NonCounted<GraphicsStateStack> stack, bool noGroup) const
 {
     const Running running(*this, *stack);
@@ -95,7 +153,7 @@ void FormXObject::Draw(GraphicsStateStack& stack, bool noGroup) const
     state.SetLtCurrent(transform);
     state.SetLtDefault();
     state.PushClippingPath(bbox, transform);
-    StreamInterpreter interpreter(Kernel::Counted<GraphicsStateStack>(&stack), Kernel::MakeCounted<Stream>(streamRef));
+    StreamInterpreter interpreter(Kernel::Counted<GraphicsStateStack>(&stack), OpenContent());
     interpreter.Interpret();
 
     stack.RestoreForXObject();

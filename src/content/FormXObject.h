@@ -46,6 +46,8 @@ private:
     Kernel::Counted<SequentialSource> OpenContent() const;
     void ReadMatrix(Dictionary& dictionary);
 
+    /// A form that is drawn again keeps what its stream decodes to, if that is short: setting up the decoders would
+    /// cost more than the drawing.
     mutable Content content = Content::Unread;
     mutable std::vector<char> keptContent;
 };

@@ -144,11 +144,15 @@ void GraphicsState::AddObject(Counted<Object> object)
 Counted<Object> GraphicsState::GetPreviousObject() const
 {
     Object* object = currentGroup.Get();
+    long long depth = 0;
     while (object) {
         const GroupObject* group = object->AsGroup();
         if (!group || group->children.empty()) break;
         object = group->children.back().Get();
+        ++depth;
     }
+    // A page may nest deep and then ask a hundred thousand times.
+    Guard::Page::Spend(depth);
     return object;
 }
 

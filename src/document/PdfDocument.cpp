@@ -20,6 +20,13 @@
 
 namespace Quillet {
 
+namespace {
+
+/// A version that is far too high already, and that a float holds.
+constexpr double c_highestVersion = 1e6;
+
+} // namespace
+
 PdfDocument::PdfDocument()
     : ErrorForwarder(&defaultErrorHandler), xrefs(std::make_unique<XRefs>(this, this)),
       encrypt(std::make_unique<Encrypt>(this)), colourSpaceFactory(Kernel::MakeCounted<ColourSpaceFactory>(this))
@@ -150,7 +157,7 @@ void PdfDocument::ReadHeader()
         if (!candidate.starts_with(c_mark)) continue;
         const auto number = Kernel::NumberText::ParseReal(candidate.substr(c_mark.size()));
         if (!number) continue;
-        version = static_cast<float>(number.value);
+        version = static_cast<float>(std::min(number.value, c_highestVersion));
         source->SetBaseOffset(pos);
         CheckVersion();
         return;
@@ -227,9 +234,10 @@ void PdfDocument::ReadCatalog()
     Dictionary catalog(root, "Catalog", Error::Catalog);
     if (catalog.Has("Version")) {
         const std::string text = catalog.GetName("Version");
-        if (const auto number = Kernel::NumberText::ParseReal(text);
-            number && static_cast<float>(number.value) > version) {
-            version = static_cast<float>(number.value);
+        const auto number = Kernel::NumberText::ParseReal(text);
+        const auto claimed = static_cast<float>(std::min(number.value, c_highestVersion));
+        if (number && claimed > version) {
+            version = claimed;
             CheckVersion();
         }
     }

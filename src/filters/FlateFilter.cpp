@@ -47,19 +47,6 @@ int FlateFilter::Read(char* buf, int size)
     return produced;
 }
 
-void FlateFilter::ReadAll(std::vector<char>& out)
-{
-    // Each call of zlib saves up to 32 KB of its output as the window of the next one, so the steps are well above
-    // that.
-    constexpr int c_step = 1 << 18;
-    for (int count = c_step; count == c_step;) {
-        const std::size_t end = out.size();
-        out.resize(end + c_step);
-        count = Read(out.data() + end, c_step);
-        out.resize(end + static_cast<std::size_t>(count));
-    }
-}
-
 FlateFilter::Outcome FlateFilter::Inflate()
 {
     for (;;) {

@@ -23,7 +23,6 @@ public:
 
     using FilterWithPredictor::Read;
     int Read(char* buf, int size) override;
-    void ReadAll(std::vector<char>& out) override;
     bool AtEnd() const override { return !stream; }
     unsigned long long GetEstimatedLength() const override;
 

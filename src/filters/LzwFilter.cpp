@@ -40,7 +40,7 @@ private:
 class Appender
 {
 public:
-    explicit Appender(std::vector<char>& out, std::size_t expected) : out(out), start(out.size()), length(start)
+    explicit Appender(std::vector<char>& target, std::size_t expected) : out(target), start(out.size()), length(start)
     {
         out.resize(start + expected);
     }

@@ -143,7 +143,7 @@ TEST(XRefsTest, BrokenChainsAreFatal)
         {replace(" n \n", " x \n"), Error::XRefTable},
         {replace("trailer", "tracker"), Error::XRefTable},
         {replace("/Size 4", self), Error::XRefTable},
-        {replace("0 4\n", "0 9\n"), Error::XRefTable},
+        {replace("0 4\n", "0 5\n"), Error::XRefTable},
         {replace("/Root 1 0 R", ""), Error::Catalog},
         {replace("/Root 1 0 R", "/Root 3 0 R /Encrypt 3 0 R"), Error::UnimplementedEncryption},
     };

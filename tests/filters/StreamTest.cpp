@@ -52,7 +52,9 @@ TEST(StreamTest, FindsTheFirstByteBehindTheKeyword)
         const Decoded stream("<< /Length 3 >> stream" + std::string(lineEnd) + "abc\nendstream");
         EXPECT_EQ(stream.text, "abc");
         EXPECT_EQ(stream.document.GetErrors().empty(), isProper);
-        if (!isProper) EXPECT_THAT(stream.document.GetErrors(), Contains(Error::StreamLineEnd));
+        if (!isProper) {
+            EXPECT_THAT(stream.document.GetErrors(), Contains(Error::StreamLineEnd));
+        }
     }
 }
 
@@ -107,8 +109,10 @@ TEST(StreamTest, ParametersReachTheirFilter)
 TEST(StreamTest, FlateMendsAShortLength)
 {
     std::string text;
-    for (int i = 0; i < 5000; ++i)
-        text += static_cast<char>(i * 7919 >> 3);
+    for (unsigned i = 0, state = 1; i < 5000; ++i) {
+        state = state * 1664525 + 1013904223;
+        text += static_cast<char>(state >> 24);
+    }
     const std::string data = Deflate(text);
     ASSERT_GT(data.size(), 4200u);
     for (const std::size_t length : {std::size_t{0}, data.size() - 1, data.size() - 4150}) {
