@@ -24,10 +24,6 @@ ColourSpaceFactory::~ColourSpaceFactory() = default;
 Kernel::Counted<const ColourSpace> ColourSpaceFactory::Make(Kernel::Counted<Parser> parser,
                                                             Kernel::NonCounted<const Resources> resources) const
 {
-    // Spaces are defined through others, and a damaged file through each other.
-    const Guard::Descent descent;
-    if (!parser->Check(static_cast<bool>(descent), parser->errorType)) return nullptr;
-
     parser->NextToken();
     parser = parser->OptionalDereference();
     if (parser->tokenType == Token::TokenName) {
@@ -37,6 +33,15 @@ Kernel::Counted<const ColourSpace> ColourSpaceFactory::Make(Kernel::Counted<Pars
         return Make(name, readsOn ? nullptr : parser, resources);
     }
     if (!parser->Check(parser->tokenType == Token::TokenArrayStart, parser->errorType)) return nullptr;
+    return MakeFromArray(parser, resources);
+}
+
+Kernel::Counted<const ColourSpace>
+ColourSpaceFactory::MakeFromArray(Kernel::Counted<Parser> parser, Kernel::NonCounted<const Resources> resources) const
+{
+    // Spaces are defined through others, and in a damaged file through each other.
+    const Guard::Descent descent;
+    if (!parser->Check(static_cast<bool>(descent), parser->errorType)) return nullptr;
 
     const std::string name = parser->NextName();
     const unsigned long long position = parser->GetPosition();

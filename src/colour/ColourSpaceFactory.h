@@ -28,6 +28,9 @@ public:
     /// Reads a name, an array, or a reference to one of these.
     Kernel::Counted<const ColourSpace> Make(Kernel::Counted<Parser> parser,
                                             Kernel::NonCounted<const Resources> resources) const;
+    /// The same for an array whose opening bracket is the parser's current token; reads up to the closing one.
+    Kernel::Counted<const ColourSpace> MakeFromArray(Kernel::Counted<Parser> parser,
+                                                     Kernel::NonCounted<const Resources> resources) const;
     /// The space of a family or resource name. `parser` stands behind the name in an array, and is read up to its
     /// closing bracket, or not at all by a space that has no parameters; null where there is no array.
     Kernel::Counted<const ColourSpace> Make(const std::string& name, Kernel::Counted<Parser> parser,

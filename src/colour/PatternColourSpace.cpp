@@ -24,11 +24,10 @@ void PatternColourSpace::ReadUnderlying(Parser& array, Kernel::NonCounted<const 
     const Kernel::Counted<Parser> parser = array.OptionalDereference();
     if (parser->tokenType == Token::TokenName) {
         underlying = factory->Make(parser->GetTokenName(), nullptr, scope);
-    } else {
-        underlying = factory->Make(parser, scope);
+    } else if (parser->tokenType == Token::TokenArrayStart) {
+        underlying = factory->MakeFromArray(parser, scope);
     }
-    // Behind a name or a reference the array still goes on; one array in another has been read up to a closing bracket.
-    if (array.tokenType != Token::TokenArrayEnd) array.NextToken();
+    array.NextToken();
     array.Check(underlying && !underlying->IsPattern(), array.errorType);
 }
 

@@ -54,7 +54,7 @@ TEST(MarkedContentTest, CutsLayersOutOfTheTree)
         {"/OC /A BDC <a> EMC /OC /A BDC <b> EMC", "([A: a] [A: b])"},
         // Left open, or opened in a form and closed outside it.
         {"/OC /A BDC <a>", "(a)"},
-        {"<a> /Open Do <b> EMC <c>", "(a [A: F({}) b] c)"},
+        {"<a> /Open Do <b> EMC <c>", "(a F({}) [A: b] c)"},
         {"<a> /OC /A BDC /Inner Do EMC", "(a [A: F({b})])"},
         // Nothing that makes a layer; all of it in balance.
         {"/OC /A BDC /OC /M BDC <a> EMC /OC /N BDC <b> EMC /OC /Gone BDC <c> EMC /OC /No BDC <d> EMC EMC",

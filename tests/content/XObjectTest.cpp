@@ -53,8 +53,8 @@ TEST(XObjectTest, DrawsFormsIntoGroups)
         {"<a> /X5 Do <c>", "<b>", "(a F({b}) c)"},
         {"/X5 Do /X5 Do", "<b>", "(F({b}) F({b}))"},
         {"<a> /X5 Do <c>", "", "(a F({}) c)"},
-        // States that the form leaves open, or closes too often.
-        {"q 1 0 0 1 10 0 cm /X5 Do <a> Q <a>", "Q Q Q <b>", "(F({c}) b a)"},
+        // States that the form leaves open, or closes too often: that ends its own clip and nothing of the caller's.
+        {"q 1 0 0 1 10 0 cm /X5 Do <a> Q <a>", "Q Q Q <b>", "(F({} c) b a)"},
         {"q 1 0 0 1 10 0 cm /X5 Do <a> Q <a>", "q q 1 0 0 1 10 0 cm q <clip> <b>", "(F({{d}}) b a)"},
         // A path, a text object or a clip left open inside ends with the form.
         {"/X5 Do <a>", "BT", "(F({}) a)"},
@@ -66,6 +66,15 @@ TEST(XObjectTest, DrawsFormsIntoGroups)
         const auto root = document.Build();
         ASSERT_TRUE(root);
         EXPECT_EQ(PrintTree(*root), c.tree);
+    }
+}
+
+TEST(XObjectTest, DrawsLongAndShortFormsAlikeEachTime)
+{
+    for (const std::size_t padding : {std::size_t{0}, std::size_t{4000}, std::size_t{10'000}}) {
+        TestDocument document(MakeFile("/X5 Do /X5 Do /X5 Do", {MakeForm("<a> " + std::string(padding, ' ') + "<b>")}));
+        EXPECT_EQ(PrintTree(*document.Build()), "(F({a b}) F({a b}) F({a b}))") << padding;
+        EXPECT_THAT(document.GetErrors(), IsEmpty());
     }
 }
 
