@@ -1,0 +1,28 @@
+#pragma once
+
+#include "ExitStatus.h"
+#include "Options.h"
+#include "Problems.h"
+
+#include <Quillet/PdfDocument.h>
+
+#include <Kernel/Counted.h>
+
+namespace Host {
+
+/// A document on its way through the command, with a handler that counts its faults.
+struct OpenedDocument
+{
+    /// Opens it; `status` tells whether that went well, and `problems` what was found.
+    explicit OpenedDocument(const InputOptions& input);
+
+    ProblemCounter counter;
+    Kernel::Counted<Quillet::PdfDocument> document;
+    ExitStatus status;
+    Problems problems;
+};
+
+/// Prints what was found while opening: the fatal kind, and the others unless the user wants quiet.
+void PrintProblems(const InputOptions& input, int page, const Problems& problems);
+
+} // namespace Host

@@ -1,0 +1,239 @@
+#include "exporters/JsonExporter.h"
+
+#include "exporters/ColourValues.h"
+#include "exporters/NumberText.h"
+#include "exporters/PathData.h"
+
+#include <Quillet/BitmapObject.h>
+#include <Quillet/LayerObject.h>
+#include <Quillet/Page.h>
+#include <Quillet/PathObject.h>
+#include <Quillet/PdfDocument.h>
+
+#include <pixels/DynamicBitmap.h>
+
+#include <nlohmann/json.hpp>
+
+namespace Host {
+
+namespace {
+
+using namespace Quillet;
+using Json = nlohmann::ordered_json;
+using Geometry::WindingOrderMode;
+using Rect = Kernel::RectT<double>;
+using Params = Geometry::AffineTransform::Params;
+
+std::string Dump(const Json& json)
+{
+    // Texts of a file are UTF-8 by then, but a broken one must not end the export.
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+Json MakeBox(const Rect& box)
+{
+    return {Tidy(box.left), Tidy(box.top), Tidy(box.right), Tidy(box.bottom)};
+}
+
+Json MakeTransform(const Params& transform)
+{
+    return {Tidy(transform.a), Tidy(transform.b), Tidy(transform.c),
+            Tidy(transform.d), Tidy(transform.e), Tidy(transform.f)};
+}
+
+const char* GetWindingName(WindingOrderMode winding)
+{
+    return winding == WindingOrderMode::EvenOdd ? "evenodd" : "nonzero";
+}
+
+Json MakeColour(const Renderer::Colour& colour)
+{
+    const ColourValues components(colour);
+    Json values = Json::array();
+    for (const double value : components.values)
+        values.push_back(Tidy(value));
+    return {{"model", components.model},
+            {"values", std::move(values)},
+            {"alpha", Tidy(colour.GetAlpha())},
+            {"name", colour.GetName()}};
+}
+
+Json MakeFill(const Renderer::FillDescriptor& descriptor)
+{
+    const auto colour = descriptor.IsEmpty() ? nullptr : descriptor.fill->GetColour();
+    if (!colour) return nullptr;
+    return {{"kind", "solid"}, {"colour", MakeColour(*colour)}};
+}
+
+Json MakeLine(const Renderer::LineStyleDescriptor& descriptor)
+{
+    static constexpr const char* c_caps[] = {"butt", "square", "round"};
+    static constexpr const char* c_joins[] = {"mitre", "mitre", "round", "bevel"};
+    const Renderer::LineStyle& style = *descriptor.lineStyle;
+    const bool isDashed = style.dashKind == Renderer::LineStyle::DashDashed;
+    Json dashes = Json::array();
+    if (isDashed) {
+        for (const double dash : style.dashes)
+            dashes.push_back(Tidy(dash * style.width));
+    }
+    return {{"width", Tidy(style.width)},           {"cap", c_caps[style.cap]},
+            {"join", c_joins[style.join]},          {"mitreLimit", Tidy(style.mitreLimit)},
+            {"dashes", std::move(dashes)},          {"dashPhase", isDashed ? Tidy(style.dashPhase * style.width) : 0.0},
+            {"behindFill", descriptor.isBehindFill}};
+}
+
+void AddBlending(Json& json, double opacity, Renderer::FillBlendMode::BlendMode mode)
+{
+    if (opacity != 1) json["opacity"] = Tidy(opacity);
+    if (mode != Renderer::FillBlendMode::Normal) json["blendMode"] = Renderer::FillBlendMode::GetName(mode);
+}
+
+void AddGroup(Json& json, const GroupObject& group)
+{
+    json["name"] = group.name;
+    AddBlending(json, group.opacity, group.blendMode);
+    if (group.isIsolated) json["isolated"] = true;
+    if (group.isKnockout) json["knockout"] = true;
+    if (group.isXObject) json["xobject"] = true;
+    const auto* layer = dynamic_cast<const LayerObject*>(&group);
+    if (!layer) return;
+    json["type"] = "layer";
+    if (!layer->isVisible) json["visible"] = false;
+    if (!layer->isPrintable) json["printable"] = false;
+    if (!layer->isEditable) json["editable"] = false;
+    json["colour"] = layer->colour ? MakeColour(*layer->colour) : Json();
+}
+
+void AddPath(Json& json, const PathObject& path)
+{
+    json["path"] = path.path ? MakePathData(*path.path, path.transform) : std::string();
+    json["winding"] = GetWindingName(path.winding);
+    json["fill"] = MakeFill(*path.GetBrushDescriptor());
+    const bool isStroked = path.IsStroked();
+    json["stroke"] = isStroked ? MakeFill(*path.penDescriptor) : Json();
+    json["line"] = isStroked ? MakeLine(*path.lineStyleDescriptor) : Json();
+    AddBlending(json, path.opacity, path.blendMode);
+    if (path.isRectangle)
+        json["shape"] = "rectangle";
+    else if (path.isEllipse)
+        json["shape"] = "ellipse";
+    else if (path.isStraightLine)
+        json["shape"] = "line";
+}
+
+void AddBitmap(Json& json, const BitmapObject& bitmap)
+{
+    json["width"] = bitmap.bitmap ? bitmap.bitmap->GetWidth() : 0;
+    json["height"] = bitmap.bitmap ? bitmap.bitmap->GetHeight() : 0;
+    json["fill"] = MakeFill(*bitmap.GetBrushDescriptor());
+    AddBlending(json, static_cast<double>(bitmap.opacity), bitmap.blendMode);
+}
+
+/// A node without its children, and without the closing brace.
+std::string MakeNode(const Object& object, long long firstId)
+{
+    const auto* group = object.AsGroup();
+    const auto* path = group ? nullptr : dynamic_cast<const PathObject*>(&object);
+    const auto* bitmap = group || path ? nullptr : dynamic_cast<const BitmapObject*>(&object);
+    Json json{{"type", group  ? "group"
+                       : path ? "path"
+                              : "bitmap"},
+              {"id", object.id < 0 ? -1 : object.id + firstId},
+              {"bbox", MakeBox(object.bbox)},
+              {"box", MakeBox(object.transformedBBox)}};
+    if (!object.transform.IsIdentity(0)) json["transform"] = MakeTransform(object.transform);
+    if (object.clipPath) {
+        json["clip"] = {{"path", MakePathData(*object.clipPath, object.transform)},
+                        {"winding", GetWindingName(object.clipWinding)}};
+    }
+    if (object.softMask) json["softMask"] = true;
+    if (group) AddGroup(json, *group);
+    if (path) AddPath(json, *path);
+    if (bitmap) AddBitmap(json, *bitmap);
+    std::string text = Dump(json);
+    text.pop_back();
+    return text;
+}
+
+/// The tree as text. Trees may be deeper than the stack, so the walk keeps its own.
+std::string MakeTree(const GroupObject& root, long long firstId)
+{
+    struct Level
+    {
+        const GroupObject* group;
+        std::size_t next;
+    };
+    std::string text;
+    std::vector<Level> levels;
+    const auto open = [&](const GroupObject& group) {
+        text += MakeNode(group, firstId) + ",\"children\":[";
+        levels.push_back({&group, 0});
+    };
+    open(root);
+    while (!levels.empty()) {
+        Level& level = levels.back();
+        if (level.next == level.group->children.size()) {
+            text += "]}";
+            levels.pop_back();
+            continue;
+        }
+        if (level.next > 0) text += ",\n";
+        const Object& child = *level.group->children[level.next++];
+        if (const GroupObject* group = child.AsGroup()) {
+            open(*group);
+        } else {
+            text += MakeNode(child, firstId) + "}";
+        }
+    }
+    return text;
+}
+
+} // namespace
+
+std::string MakeDocumentJson(const PdfDocument& document)
+{
+    Json json{{"name", document.GetDocName()},
+              {"version", document.GetVersionString()},
+              {"title", document.GetTitle()},
+              {"author", document.GetAuthor()},
+              {"subject", document.GetSubject()},
+              {"keywords", document.GetKeywords()},
+              {"creator", document.GetCreator()},
+              {"producer", document.GetProducer()},
+              {"pageCount", document.GetPageCount()},
+              {"decryptLevel", static_cast<int>(document.decryptLevel)},
+              {"hasUserPermissions", document.HasUserPermissions()},
+              {"hasOwnerPermissions", document.HasOwnerPermissions()},
+              {"isRestricted", document.IsRestricted()}};
+    return Dump(json);
+}
+
+std::string MakePageHeaderJson(const Page& page, int index)
+{
+    const Rect size = PageBase::ApplyRotate(page.GetTrimBox(), page.GetRotate());
+    const Json json{{"index", index},
+                    {"boxes",
+                     {{"media", MakeBox(page.GetMediaBox())},
+                      {"crop", MakeBox(page.GetCropBox())},
+                      {"bleed", MakeBox(page.GetBleedBox())},
+                      {"trim", MakeBox(page.GetTrimBox())},
+                      {"art", MakeBox(page.GetArtBox())}}},
+                    {"rotate", page.GetRotate()},
+                    {"size", {Tidy(size.GetWidth()), Tidy(size.GetHeight())}}};
+    std::string text = Dump(json);
+    text.pop_back();
+    return text;
+}
+
+std::string MakePageJson(const Page& page, int index, const GroupObject& root, const Problems& problems,
+                         long long firstId)
+{
+    Json errors = Json::array();
+    for (const auto& [type, count] : problems) {
+        errors.push_back({{"kind", static_cast<int>(type)}, {"name", GetErrorName(type)}, {"count", count}});
+    }
+    return MakePageHeaderJson(page, index) + ",\"errors\":" + Dump(errors) + ",\n\"root\":" + MakeTree(root, firstId) +
+           "}";
+}
+
+} // namespace Host

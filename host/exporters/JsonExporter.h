@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Problems.h"
+
+#include <string>
+
+namespace Quillet {
+class GroupObject;
+class Page;
+class PdfDocument;
+} // namespace Quillet
+
+namespace Host {
+
+/// The keys of "document", as a JSON object.
+std::string MakeDocumentJson(const Quillet::PdfDocument& document);
+
+/// A page without its content: "index", "boxes", "rotate" and "size", without the closing brace.
+std::string MakePageHeaderJson(const Quillet::Page& page, int index);
+
+/// A page with its tree. Ids count from `firstId`, where the page's objects counted from 0.
+std::string MakePageJson(const Quillet::Page& page, int index, const Quillet::GroupObject& root,
+                         const Problems& problems, long long firstId);
+
+} // namespace Host

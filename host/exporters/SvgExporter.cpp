@@ -1,0 +1,322 @@
+#include "exporters/SvgExporter.h"
+
+#include "exporters/NumberText.h"
+#include "exporters/PathData.h"
+
+#include <Quillet/LayerObject.h>
+#include <Quillet/Page.h>
+#include <Quillet/PathObject.h>
+
+#include <Renderer/Colour.h>
+
+#include <pugixml.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+namespace Host {
+
+namespace {
+
+using namespace Quillet;
+using Geometry::WindingOrderMode;
+using Params = Geometry::AffineTransform::Params;
+
+std::string MakeNumber(double value, int decimals = 6)
+{
+    std::string text;
+    AppendNumber(text, value, decimals);
+    return text;
+}
+
+/// The bytes of the character at a place in UTF-8 text, and its code; no bytes for what is no UTF-8.
+std::pair<std::size_t, char32_t> ReadCharacter(std::string_view text)
+{
+    const auto lead = static_cast<unsigned char>(text.front());
+    const std::size_t size = lead < 0x80   ? 1
+                             : lead < 0xC0 ? 0
+                             : lead < 0xE0 ? 2
+                             : lead < 0xF0 ? 3
+                             : lead < 0xF8 ? 4
+                                           : 0;
+    if (size < 2 || size > text.size()) return {size == 1, lead};
+    char32_t code = lead & (0x7Fu >> size);
+    for (const char next : text.substr(1, size - 1)) {
+        if ((next & 0xC0) != 0x80) return {0, 0};
+        code = code << 6 | (static_cast<unsigned char>(next) & 0x3F);
+    }
+    static constexpr char32_t c_smallest[] = {0, 0, 0x80, 0x800, 0x10000};
+    return {code >= c_smallest[size] ? size : 0, code};
+}
+
+/// The characters of a text that XML can hold (XML 1.0, 2.2).
+std::string MakeXmlText(std::string_view text)
+{
+    std::string clean;
+    while (!text.empty()) {
+        const auto [size, code] = ReadCharacter(text);
+        const bool isControl = code < 0x20 && code != '\t' && code != '\n' && code != '\r';
+        const bool isCharacter =
+            code < 0xD800 || (code >= 0xE000 && code < 0xFFFE) || (code > 0xFFFF && code < 0x110000);
+        if (size > 0 && isCharacter && !isControl) clean += text.substr(0, size);
+        text.remove_prefix(std::max<std::size_t>(size, 1));
+    }
+    return clean;
+}
+
+std::string MakeTransform(const Params& transform)
+{
+    std::string text = "matrix(";
+    for (const double value : {transform.a, transform.b, transform.c, transform.d}) {
+        const double size = std::abs(value);
+        // Nine digits that count, however small the scale.
+        AppendNumber(text, value, size > 0 && size < 1 ? std::min(15, 9 - static_cast<int>(std::log10(size))) : 9);
+        text += ' ';
+    }
+    return text + MakeNumber(transform.e) + " " + MakeNumber(transform.f) + ")";
+}
+
+/// Turns and mirrors, and scales both directions alike.
+bool IsSimilarity(const Params& transform)
+{
+    const double x = std::hypot(transform.a, transform.b);
+    const double y = std::hypot(transform.c, transform.d);
+    const double skew = transform.a * transform.c + transform.b * transform.d;
+    return x > 0 && std::abs(x - y) <= 1e-4 * x && std::abs(skew) <= 1e-4 * x * y;
+}
+
+class SvgWriter
+{
+public:
+    SvgWriter(const Page& page, const std::string& title)
+    {
+        const auto size = PageBase::ApplyRotate(page.GetTrimBox(), page.GetRotate());
+        const std::string width = MakeNumber(size.GetWidth());
+        const std::string height = MakeNumber(size.GetHeight());
+        svg = document.append_child("svg");
+        Set(svg, "xmlns", "http://www.w3.org/2000/svg");
+        Set(svg, "xmlns:inkscape", "http://www.inkscape.org/namespaces/inkscape");
+        Set(svg, "xmlns:sodipodi", "http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd");
+        Set(svg, "version", "1.1");
+        Set(svg, "width", width + "pt");
+        Set(svg, "height", height + "pt");
+        Set(svg, "viewBox", "0 0 " + width + " " + height);
+        if (!title.empty()) svg.append_child("title").text().set(MakeXmlText(title).c_str());
+        defs = svg.append_child("defs");
+    }
+
+    std::string Write(const GroupObject& root)
+    {
+        AddTree(root);
+        if (!defs.first_child()) svg.remove_child(defs);
+        struct Text : pugi::xml_writer
+        {
+            void write(const void* data, std::size_t size) override
+            {
+                text.append(static_cast<const char*>(data), size);
+            }
+            std::string text;
+        } out;
+        document.save(out, "", pugi::format_raw, pugi::encoding_utf8);
+        return std::move(out.text) + "\n";
+    }
+
+private:
+    static void Set(pugi::xml_node node, const char* name, const std::string& value)
+    {
+        node.append_attribute(name).set_value(value.c_str());
+    }
+
+    static void AddStyle(std::string& style, const char* declaration)
+    {
+        if (!style.empty()) style += ';';
+        style += declaration;
+    }
+
+    /// Trees may be deeper than the stack, so the walk keeps its own.
+    void AddTree(const GroupObject& root)
+    {
+        struct Level
+        {
+            const GroupObject* group;
+            pugi::xml_node node;
+            std::size_t next = 0;
+        };
+        std::vector<Level> levels{{&root, IsPlain(root) ? svg : AddGroup(svg, root)}};
+        while (!levels.empty()) {
+            Level& level = levels.back();
+            if (level.next == level.group->children.size()) {
+                levels.pop_back();
+                continue;
+            }
+            const Object& child = *level.group->children[level.next++];
+            const pugi::xml_node parent = level.node;
+            if (const GroupObject* group = child.AsGroup()) {
+                levels.push_back({group, AddGroup(parent, *group)});
+            } else if (const auto* path = dynamic_cast<const PathObject*>(&child)) {
+                AddPath(parent, *path);
+            }
+        }
+    }
+
+    /// A group that the SVG element itself can stand for.
+    static bool IsPlain(const GroupObject& group) { return !group.clipPath && !group.IsPreserve(); }
+
+    pugi::xml_node AddGroup(pugi::xml_node parent, const GroupObject& group)
+    {
+        pugi::xml_node node = parent.append_child("g");
+        std::string style;
+        if (const auto* layer = dynamic_cast<const LayerObject*>(&group)) {
+            Set(node, "inkscape:groupmode", "layer");
+            if (!layer->isEditable) Set(node, "sodipodi:insensitive", "true");
+            if (!layer->isVisible) AddStyle(style, "display:none");
+        }
+        if (!group.name.empty()) Set(node, "inkscape:label", MakeXmlText(group.name));
+        if (group.clipPath) SetClip(node, *group.clipPath, group.clipWinding, group.transform);
+        if (group.opacity != 1) Set(node, "opacity", MakeNumber(group.opacity));
+        if (group.isIsolated) AddStyle(style, "isolation:isolate");
+        AddBlendMode(style, group.blendMode);
+        if (!style.empty()) Set(node, "style", style);
+        return node;
+    }
+
+    static void AddBlendMode(std::string& style, Renderer::FillBlendMode::BlendMode mode)
+    {
+        if (mode == Renderer::FillBlendMode::Normal) return;
+        // "ColorDodge" is "color-dodge" in CSS.
+        std::string name;
+        for (const char* letter = Renderer::FillBlendMode::GetName(mode); *letter; ++letter) {
+            const bool isCapital = *letter >= 'A' && *letter <= 'Z';
+            if (isCapital && !name.empty()) name += '-';
+            name += static_cast<char>(isCapital ? *letter - 'A' + 'a' : *letter);
+        }
+        AddStyle(style, ("mix-blend-mode:" + name).c_str());
+    }
+
+    /// `path` is in the space of the element that it clips, from which `toPage` leads to the page.
+    void SetClip(pugi::xml_node node, const Geometry::PolyCurveDbl& path, WindingOrderMode winding,
+                 const Params& toPage)
+    {
+        // Runs of objects share one clip.
+        const std::string data = MakePathData(path, toPage);
+        const bool isEvenOdd = winding == WindingOrderMode::EvenOdd;
+        const std::string key = data + (isEvenOdd ? "*" : "");
+        const auto [found, isNew] = clips.emplace(key, "clip-" + std::to_string(clips.size() + 1));
+        if (isNew) {
+            pugi::xml_node clip = defs.append_child("clipPath");
+            Set(clip, "id", found->second);
+            Set(clip, "clipPathUnits", "userSpaceOnUse");
+            pugi::xml_node shape = clip.append_child("path");
+            Set(shape, "d", data);
+            if (isEvenOdd) Set(shape, "clip-rule", "evenodd");
+        }
+        Set(node, "clip-path", "url(#" + found->second + ")");
+    }
+
+    static void SetPaint(pugi::xml_node node, const char* name, const char* opacityName,
+                         const Renderer::FillDescriptor& descriptor)
+    {
+        const auto colour = descriptor.IsEmpty() ? nullptr : descriptor.fill->GetColour();
+        if (!colour) {
+            Set(node, name, "none");
+            return;
+        }
+        const auto pixel = colour->GetRgbaPixel();
+        char text[8] = "#";
+        const float channels[] = {pixel.red, pixel.green, pixel.blue};
+        for (int i = 0; i < 3; ++i) {
+            const auto value = static_cast<unsigned>(std::clamp(channels[i], 0.0f, 1.0f) * 255.0f + 0.5f);
+            text[1 + 2 * i] = "0123456789abcdef"[value >> 4];
+            text[2 + 2 * i] = "0123456789abcdef"[value & 15];
+        }
+        text[7] = 0;
+        Set(node, name, text);
+        const double alpha = std::clamp(static_cast<double>(colour->GetAlpha()), 0.0, 1.0);
+        if (alpha != 1) Set(node, opacityName, MakeNumber(alpha));
+    }
+
+    /// `scale` leads from the space of the path data to the page, on which the style's lengths are points.
+    static void SetLine(pugi::xml_node node, const Renderer::LineStyleDescriptor& descriptor, double scale)
+    {
+        const Renderer::LineStyle& style = *descriptor.lineStyle;
+        const int decimals = GetDecimals(scale, 1e-4);
+        const double width = style.width / scale;
+        Set(node, "stroke-width", MakeNumber(width, decimals));
+        if (style.cap != Renderer::LineStyle::CapButt) {
+            Set(node, "stroke-linecap", style.cap == Renderer::LineStyle::CapHalfCircle ? "round" : "square");
+        }
+        if (style.join == Renderer::LineStyle::JoinRound)
+            Set(node, "stroke-linejoin", "round");
+        else if (style.join == Renderer::LineStyle::JoinBevel)
+            Set(node, "stroke-linejoin", "bevel");
+        else
+            Set(node, "stroke-miterlimit", MakeNumber(std::max(style.mitreLimit, 1.0)));
+        if (style.dashKind == Renderer::LineStyle::DashDashed) {
+            std::string dashes;
+            for (const double dash : style.dashes) {
+                if (!dashes.empty()) dashes += ' ';
+                AppendNumber(dashes, dash * width, decimals);
+            }
+            Set(node, "stroke-dasharray", dashes);
+            if (style.dashPhase != 0) Set(node, "stroke-dashoffset", MakeNumber(style.dashPhase * width, decimals));
+        }
+        if (descriptor.isBehindFill) Set(node, "paint-order", "stroke");
+    }
+
+    static Kernel::Counted<Geometry::PolyCurveDbl> MakeMoved(const Geometry::PolyCurveDbl& path,
+                                                             const Params& transform)
+    {
+        auto moved = path.Clone();
+        moved->Transform(transform);
+        return moved;
+    }
+
+    void AddPath(pugi::xml_node parent, const PathObject& object)
+    {
+        if (!object.path) return;
+        pugi::xml_node node = parent.append_child("path");
+        const bool isStroked = object.IsStroked();
+        // A line has one width on the page, which SVG can say only where x and y are scaled alike; elsewhere the path
+        // itself moves to the page, and its clip with it.
+        const bool isOnPage = isStroked && !IsSimilarity(object.transform);
+        if (isOnPage) {
+            Set(node, "d", MakePathData(*MakeMoved(*object.path, object.transform), Params()));
+        } else {
+            Set(node, "d", MakePathData(*object.path, object.transform));
+            if (!object.transform.IsIdentity(0)) Set(node, "transform", MakeTransform(object.transform));
+        }
+        SetPaint(node, "fill", "fill-opacity", *object.GetBrushDescriptor());
+        if (object.IsFilled() && object.winding == WindingOrderMode::EvenOdd) Set(node, "fill-rule", "evenodd");
+        if (isStroked) {
+            SetPaint(node, "stroke", "stroke-opacity", *object.penDescriptor);
+            const double scale = isOnPage ? 1 : GetScale(object.transform);
+            SetLine(node, *object.lineStyleDescriptor, scale > 0 ? scale : 1);
+        }
+        if (object.clipPath && isOnPage) {
+            SetClip(node, *MakeMoved(*object.clipPath, object.transform), object.clipWinding, Params());
+        } else if (object.clipPath) {
+            SetClip(node, *object.clipPath, object.clipWinding, object.transform);
+        }
+        if (object.opacity != 1) Set(node, "opacity", MakeNumber(object.opacity));
+        std::string style;
+        AddBlendMode(style, object.blendMode);
+        if (!style.empty()) Set(node, "style", style);
+    }
+
+    pugi::xml_document document;
+    pugi::xml_node svg;
+    pugi::xml_node defs;
+    std::unordered_map<std::string, std::string> clips;
+};
+
+} // namespace
+
+std::string MakeSvg(const Page& page, const GroupObject& root, const std::string& title)
+{
+    return SvgWriter(page, title).Write(root);
+}
+
+} // namespace Host

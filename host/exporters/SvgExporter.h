@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace Quillet {
+class GroupObject;
+class Page;
+} // namespace Quillet
+
+namespace Host {
+
+/// A page as an SVG document that a vector editor opens with its structure: layers as layers, groups as groups, clips
+/// as clip paths, transforms kept on their objects. A unit is a point.
+std::string MakeSvg(const Quillet::Page& page, const Quillet::GroupObject& root, const std::string& title);
+
+} // namespace Host

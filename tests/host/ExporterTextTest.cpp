@@ -1,0 +1,165 @@
+#include "Problems.h"
+#include "exporters/ColourValues.h"
+#include "exporters/NumberText.h"
+#include "exporters/PathData.h"
+
+#include <Kernel/Consolidated.h>
+#include <Renderer/ColourCMYK.h>
+#include <Renderer/ColourGrayscale.h>
+#include <Renderer/ColourLAB.h>
+#include <Renderer/ColourNamed.h>
+#include <Renderer/ColourRGB.h>
+#include <Renderer/ColourRegistration.h>
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+namespace Host::Test {
+namespace {
+
+using Geometry::CurveDbl;
+using Params = Geometry::AffineTransform::Params;
+
+TEST(NumberText, IsShortAndPlain)
+{
+    const struct
+    {
+        double value;
+        int decimals;
+        const char* text;
+    } rows[] = {
+        {0, 3, "0"},
+        {-0.0, 3, "0"},
+        {1.5, 3, "1.5"},
+        {-1.25, 1, "-1.3"},
+        {0.0004, 3, "0"},
+        {-0.0004, 3, "0"},
+        {0.05, 3, "0.05"},
+        {-0.5, 3, "-0.5"},
+        {100, 3, "100"},
+        {100, 0, "100"},
+        {0.9996, 3, "1"},
+        {99.9996, 3, "100"},
+        {1e-15, 15, "0.000000000000001"},
+        {123456.789, 6, "123456.789"},
+        {1e20, 3, "100000000000000000000"},
+        {-1e16 - 2, 2, "-10000000000000002"},
+        {NAN, 3, "0"},
+        {-INFINITY, 3, "0"},
+    };
+    for (const auto& row : rows) {
+        std::string text;
+        AppendNumber(text, row.value, row.decimals);
+        EXPECT_EQ(text, row.text) << row.value << " " << row.decimals;
+    }
+}
+
+TEST(NumberText, HasTheDecimalsThatShowOnThePage)
+{
+    EXPECT_EQ(GetDecimals(1, 1e-4), 4);
+    EXPECT_EQ(GetDecimals(1000, 1e-4), 7);
+    EXPECT_EQ(GetDecimals(1e-4, 1e-4), 0);
+    EXPECT_EQ(GetDecimals(1e-9, 1e-4), 0);
+    EXPECT_EQ(GetDecimals(1e300, 1e-4), 15);
+    for (const double scale : {0.0, -1.0, double{NAN}, double{INFINITY}})
+        EXPECT_EQ(GetDecimals(scale, 1e-4), 6) << scale;
+}
+
+TEST(NumberText, TidiesWhatArithmeticLeaves)
+{
+    EXPECT_EQ(Tidy(0.1 + 0.2), 0.3);
+    EXPECT_EQ(Tidy(1.23e-7), 1.23e-7);
+    EXPECT_EQ(Tidy(NAN), 0);
+    EXPECT_FALSE(std::signbit(Tidy(-0.0)));
+}
+
+TEST(PathData, WritesCurvesAsSvgDoes)
+{
+    const auto line = Kernel::MakeCounted<CurveDbl>();
+    line->AddLine({0, 0}, {1.00004, -2});
+    line->AddLine({1.00004, -2}, {3, 4});
+    const auto arc = Kernel::MakeCounted<CurveDbl>();
+    arc->AddNode({0, 0});
+    arc->AddBezierCurve({3, 3}, {1, 0}, {3, 1.5});
+    arc->AddBezierCurve({0, 0}, {4, 4}, {5, 5});
+    arc->MakeClosed();
+    const auto triangle = Kernel::MakeCounted<CurveDbl>();
+    for (const CurveDbl::Point point : {CurveDbl::Point{0, 0}, {2, 0}, {2, 2}, {0, 0}})
+        triangle->AddNode(point);
+    triangle->MakeClosed();
+    const auto implied = triangle->nodes;
+    const auto open = Kernel::MakeCounted<CurveDbl>();
+    open->nodes.assign(implied.begin(), implied.begin() + 7);
+    open->MakeClosed();
+
+    const struct
+    {
+        Kernel::Counted<CurveDbl> curve;
+        const char* data;
+    } rows[] = {
+        {line, "M 0 0 L 1 -2 3 4"},  {arc, "M 0 0 C 1 0 3 1.5 3 3 4 4 5 5 0 0 Z"}, {triangle, "M 0 0 L 2 0 2 2 Z"},
+        {open, "M 0 0 L 2 0 2 2 Z"}, {Kernel::MakeCounted<CurveDbl>(), ""},
+    };
+    Geometry::PolyCurveDbl all;
+    std::string allData;
+    for (const auto& row : rows) {
+        Geometry::PolyCurveDbl path;
+        path.AddCurve(row.curve);
+        EXPECT_EQ(MakePathData(path, Params()), row.data);
+        all.AddCurve(row.curve);
+        allData += (allData.empty() || !*row.data ? "" : " ") + std::string(row.data);
+    }
+    EXPECT_EQ(MakePathData(all, Params()), allData);
+}
+
+TEST(PathData, KeepsDetailThatATransformMagnifies)
+{
+    const Geometry::PolyCurveDbl path(Kernel::RectT<double>{0, 0, 0.00001234, 1234.56789});
+    EXPECT_EQ(MakePathData(path, Params::FromPdf(1e4, 0, 0, 1e-4, 0, 0)),
+              "M 0 0 L 0.00001234 0 0.00001234 1234.56789 0 1234.56789 Z");
+    EXPECT_EQ(MakePathData(path, Params::FromPdf(0.01, 0, 0, 0.01, 0, 0)), "M 0 0 L 0 0 0 1234.57 0 1234.57 Z");
+}
+
+TEST(ColourValues, AreThoseOfTheModel)
+{
+    using namespace Renderer;
+    using testing::DoubleNear;
+    const auto gray = ColourGrayscale::Create(0.25, 1, 1, "");
+    const auto lab = Kernel::ConsolidateObjectPostAlloc(ColourLAB(Raster::PixelLab16{65535, 0x8000, 0, 65535}));
+    const struct
+    {
+        Kernel::Consolidated<Colour> colour;
+        const char* model;
+        std::vector<double> values;
+    } rows[] = {
+        {gray, "gray", {0.25}},
+        {Kernel::ConsolidateObjectPostAlloc(ColourRGB(Raster::PixelRgbF{1, 0.5F, 0, 1})), "rgb", {1, 0.5, 0}},
+        {Kernel::ConsolidateObjectPostAlloc(ColourCMYK(Raster::PixelCmykF{0, 0.25F, 0.5F, 1, 1})),
+         "cmyk",
+         {0, 0.25, 0.5, 1}},
+        {lab, "lab", {100, -0.498, -128}},
+        {Kernel::ConsolidateObjectPostAlloc(ColourNamed("Gold", true, gray, 0.4)), "named", {0.4}},
+        {ColourRegistration::Create(0.75), "registration", {0.75}},
+    };
+    for (const auto& row : rows) {
+        const ColourValues found(*row.colour);
+        EXPECT_EQ(found.model, row.model);
+        EXPECT_THAT(found.values, testing::Pointwise(testing::DoubleNear(1e-3), row.values)) << row.model;
+    }
+}
+
+TEST(Problems, AreOneLineEach)
+{
+    using namespace Quillet;
+    EXPECT_EQ(FormatProblem("a b.pdf", 3, Error::XRefTable), "quillet: a b.pdf: page 3: XRef table (5)");
+    EXPECT_EQ(FormatProblem("a.pdf", 0, Error::General, 7), "quillet: a.pdf: general (12), 7 times");
+    for (int type = 0; type < Error::None; ++type) {
+        EXPECT_EQ(FormatProblem("", 0, static_cast<Error::Type>(type)).find(":  ("), std::string::npos) << type;
+    }
+    EXPECT_FALSE(HasFatal({{Error::Password, 1}, {Error::General, 2}}));
+    EXPECT_TRUE(HasFatal({{Error::PageTree, 1}, {Error::General, 2}}));
+}
+
+} // namespace
+} // namespace Host::Test
