@@ -31,6 +31,15 @@ Kernel::Counted<PdfDocument> OpenDocument(benchmark::State& state, const std::st
     return document;
 }
 
+/// Four sizes, each twice the one before.
+template <int last>
+void DoubleTo(benchmark::internal::Benchmark* bench)
+{
+    for (int size = last / 8; size <= last; size *= 2)
+        bench->Arg(size);
+    bench->Unit(benchmark::kMillisecond)->Complexity();
+}
+
 void ShowRates(benchmark::State& state, const std::string& file)
 {
     state.SetBytesProcessed(static_cast<std::int64_t>(file.size()) * state.iterations());
@@ -69,18 +78,10 @@ void OpenAndFind(benchmark::State& state, MakeFile makeFile)
     state.counters["peakMB"] = peak.GetMegabytes();
 }
 
-BENCHMARK_CAPTURE(Open, Classic, MakeClassicFile)->RangeMultiplier(2)->Range(25000, 100000)->Complexity();
-BENCHMARK_CAPTURE(Open, Compressed, MakeCompressedFile)->RangeMultiplier(2)->Range(25000, 100000)->Complexity();
-BENCHMARK_CAPTURE(OpenAndFind, Classic, MakeClassicFile)
-    ->RangeMultiplier(2)
-    ->Range(12500, 100000)
-    ->Unit(benchmark::kMillisecond)
-    ->Complexity();
-BENCHMARK_CAPTURE(OpenAndFind, Compressed, MakeCompressedFile)
-    ->RangeMultiplier(2)
-    ->Range(12500, 100000)
-    ->Unit(benchmark::kMillisecond)
-    ->Complexity();
+BENCHMARK_CAPTURE(Open, Classic, MakeClassicFile)->Apply(DoubleTo<100000>);
+BENCHMARK_CAPTURE(Open, Compressed, MakeCompressedFile)->Apply(DoubleTo<100000>);
+BENCHMARK_CAPTURE(OpenAndFind, Classic, MakeClassicFile)->Apply(DoubleTo<100000>);
+BENCHMARK_CAPTURE(OpenAndFind, Compressed, MakeCompressedFile)->Apply(DoubleTo<100000>);
 
 // Dictionaries
 
@@ -107,7 +108,7 @@ void IndexDictionary(benchmark::State& state)
     }
     ShowRates(state, document.bytes);
 }
-BENCHMARK(IndexDictionary)->RangeMultiplier(2)->Range(6250, 50000)->Unit(benchmark::kMillisecond)->Complexity();
+BENCHMARK(IndexDictionary)->Apply(DoubleTo<50000>);
 
 void LookUpKeys(benchmark::State& state)
 {
@@ -120,7 +121,7 @@ void LookUpKeys(benchmark::State& state)
     state.SetItemsProcessed(GetSize(state) * state.iterations());
     state.SetComplexityN(GetSize(state));
 }
-BENCHMARK(LookUpKeys)->RangeMultiplier(2)->Range(6250, 50000)->Unit(benchmark::kMillisecond)->Complexity();
+BENCHMARK(LookUpKeys)->Apply(DoubleTo<50000>);
 
 // Page trees
 
@@ -157,25 +158,9 @@ void GetAllPages(benchmark::State& state, MakeFile makeFile)
     ShowRates(state, file);
 }
 
-BENCHMARK_CAPTURE(GetLastPage, Balanced, MakeBalancedTree)
-    ->RangeMultiplier(2)
-    ->Range(6250, 50000)
-    ->Unit(benchmark::kMillisecond)
-    ->Complexity();
-BENCHMARK_CAPTURE(GetLastPage, Flat, MakeFlatTree)
-    ->RangeMultiplier(2)
-    ->Range(6250, 50000)
-    ->Unit(benchmark::kMillisecond)
-    ->Complexity();
-BENCHMARK_CAPTURE(GetAllPages, Balanced, MakeBalancedTree)
-    ->RangeMultiplier(2)
-    ->Range(6250, 50000)
-    ->Unit(benchmark::kMillisecond)
-    ->Complexity();
-BENCHMARK_CAPTURE(GetAllPages, Flat, MakeFlatTree)
-    ->RangeMultiplier(2)
-    ->Range(6250, 50000)
-    ->Unit(benchmark::kMillisecond)
-    ->Complexity();
+BENCHMARK_CAPTURE(GetLastPage, Balanced, MakeBalancedTree)->Apply(DoubleTo<50000>);
+BENCHMARK_CAPTURE(GetLastPage, Flat, MakeFlatTree)->Apply(DoubleTo<50000>);
+BENCHMARK_CAPTURE(GetAllPages, Balanced, MakeBalancedTree)->Apply(DoubleTo<50000>);
+BENCHMARK_CAPTURE(GetAllPages, Flat, MakeFlatTree)->Apply(DoubleTo<50000>);
 
 } // namespace

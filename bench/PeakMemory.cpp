@@ -1,41 +1,60 @@
 #include "PeakMemory.h"
 
-#include <cstdlib>
-#include <fstream>
-#include <string>
-
-#ifdef __GLIBC__
 #include <malloc.h>
-#endif
 
-namespace Quillet {
+#include <algorithm>
+#include <cstdlib>
+#include <new>
 
 namespace {
 
-/// A line of /proc/self/status, in kilobytes; 0 where there is none.
-long long ReadStatus(const std::string& name)
-{
-    std::ifstream file("/proc/self/status");
-    for (std::string line; std::getline(file, line);)
-        if (line.compare(0, name.size(), name) == 0) return std::atoll(line.c_str() + name.size());
-    return 0;
-}
+bool isCounting = false;
+long long heldBytes = 0;
+long long peakBytes = 0;
 
 } // namespace
 
+// In a program these take the place of the libraries' own. The other forms of new and delete come down to them.
+
+void* operator new(std::size_t size)
+{
+    void* const memory = std::malloc(std::max<std::size_t>(size, 1));
+    if (!memory) throw std::bad_alloc();
+    if (isCounting) {
+        heldBytes += static_cast<long long>(malloc_usable_size(memory));
+        peakBytes = std::max(peakBytes, heldBytes);
+    }
+    return memory;
+}
+
+void operator delete(void* memory) noexcept
+{
+    if (isCounting) heldBytes -= static_cast<long long>(malloc_usable_size(memory));
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept
+{
+    operator delete(memory);
+}
+
+namespace Quillet {
+
 PeakMemory::PeakMemory()
 {
-#ifdef __GLIBC__
-    // What earlier rounds gave back would be used again unseen.
-    malloc_trim(0);
-#endif
-    std::ofstream("/proc/self/clear_refs") << "5"; // The peak starts anew.
-    start = ReadStatus("VmRSS:");
+    heldBytes = 0;
+    peakBytes = 0;
+    isCounting = true;
+}
+
+PeakMemory::~PeakMemory()
+{
+    isCounting = false;
 }
 
 double PeakMemory::GetMegabytes() const
 {
-    return static_cast<double>(ReadStatus("VmHWM:") - start) / 1024;
+    return static_cast<double>(peakBytes) / (1024 * 1024);
 }
 
 } // namespace Quillet

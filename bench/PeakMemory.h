@@ -2,21 +2,22 @@
 
 namespace Quillet {
 
-/// How much memory a piece of work takes at its worst, beyond what the process held before.
+/// How much memory a piece of work holds at its worst, counted at every `new`; one measurement at a time.
 ///
-///     PeakMemory peak;
+///     const PeakMemory peak;
 ///     work();
 ///     state.counters["peakMB"] = peak.GetMegabytes();
 ///
-/// Only Linux tells; elsewhere the answer is 0. Benchmarks that run many rounds measure one round more for it.
+/// Counting slows the work down, so it stays outside of what is timed.
 class PeakMemory
 {
 public:
     PeakMemory();
-    double GetMegabytes() const;
+    ~PeakMemory();
+    PeakMemory(const PeakMemory&) = delete;
+    PeakMemory& operator=(const PeakMemory&) = delete;
 
-private:
-    long long start;
+    double GetMegabytes() const;
 };
 
 } // namespace Quillet

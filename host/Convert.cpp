@@ -26,10 +26,6 @@ namespace {
 
 using namespace Quillet;
 
-/// A claim of pages that the file does not have ends the run after this many in a row: a page count is only a number in
-/// the file, and may be billions.
-constexpr int c_maxMissingPages = 100;
-
 /// What a worker makes of one page.
 struct PageResult
 {
@@ -151,8 +147,10 @@ private:
         const auto way = progress.MakeWay();
         PrintProblems(options.input, index + 1, result.problems);
         if (result.root || HasFatal(result.problems)) return;
-        // Memory ran out, which the library has no kind for.
-        std::fprintf(stderr, "%s\n", FormatProblem(options.input.file, index + 1, Error::General).c_str());
+        // A page that stands in the tree twice is found once, without a word; and the library has none for want of
+        // memory.
+        const Error::Type type = result.page ? Error::General : Error::PageTree;
+        std::fprintf(stderr, "%s\n", FormatProblem(options.input.file, index + 1, type).c_str());
     }
 
     void GiveUp()

@@ -6,8 +6,8 @@
 
 #include <Quillet/Page.h>
 
-#include <algorithm>
 #include <cstdio>
+#include <functional>
 #include <utility>
 
 namespace Host {
@@ -19,9 +19,14 @@ using namespace Quillet;
 void PrintLine(const char* label, const std::string& value)
 {
     // A line is one fact, and what a file says of itself is not for the terminal to obey.
-    std::string line = value;
-    std::ranges::replace_if(
-        line, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == 0x7F; }, ' ');
+    std::string line;
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(value[i]);
+        // The controls from U+0080 to U+009F have two bytes.
+        const bool isUpperControl = byte == 0xC2 && static_cast<unsigned char>(value.c_str()[i + 1]) < 0xA0;
+        if (isUpperControl) ++i;
+        line += byte < ' ' || byte == 0x7F || isUpperControl ? ' ' : value[i];
+    }
     if (!line.empty()) std::printf("%-13s%s\n", label, line.c_str());
 }
 
@@ -75,37 +80,57 @@ const char* GetProtection(const PdfDocument& document)
                                           : "opened as user";
 }
 
-/// One line for a run of pages of the same size.
-void PrintPages(OpenedDocument& opened, const InfoOptions& options, int& status)
+/// Hands over each page that is there; false if any is not.
+bool VisitPages(OpenedDocument& opened, const InfoOptions& options,
+                const std::function<void(const Page& page, int index)>& visit)
 {
     const int count = opened.document->GetPageCount();
-    std::string size;
-    int first = 0;
-    const auto printRun = [&](int end) {
-        if (size.empty()) return;
-        std::string label = "  page " + std::to_string(first + 1);
-        if (end - first > 1) label.append("-").append(std::to_string(end));
-        PrintLine(label.c_str(), "  " + size);
-    };
-    for (int index = 0; index < count; ++index) {
-        std::string next;
+    bool isComplete = true;
+    int missingCount = 0;
+    for (int index = 0; index < count && missingCount < c_maxMissingPages; ++index) {
+        bool isThere = false;
         try {
-            next = MakeSizeText(*opened.document->GetPage(index));
+            if (const auto page = opened.document->GetPage(index)) {
+                visit(*page, index);
+                isThere = true;
+            }
         } catch (Error::Type) {
-            PrintProblems(options.input, index + 1, opened.counter.Take());
-            status = ExitPageFailed;
-            printRun(index);
-            return;
         }
-        if (next == size) continue;
-        printRun(index);
-        size = next;
-        first = index;
+        Problems problems = opened.counter.Take();
+        if (!isThere && !HasFatal(problems)) problems[Error::PageTree] = 1;
+        PrintProblems(options.input, index + 1, problems);
+        missingCount = isThere ? 0 : missingCount + 1;
+        isComplete = isComplete && isThere;
     }
-    printRun(count);
+    return isComplete;
 }
 
-void PrintText(OpenedDocument& opened, const InfoOptions& options, int& status)
+/// One line for a run of pages of the same size.
+bool PrintPages(OpenedDocument& opened, const InfoOptions& options)
+{
+    std::string size;
+    int first = 0;
+    int last = 0;
+    const auto printRun = [&] {
+        if (size.empty()) return;
+        std::string label = "  page " + std::to_string(first + 1);
+        if (last > first) label.append("-").append(std::to_string(last + 1));
+        PrintLine(label.c_str(), "  " + size);
+    };
+    const bool isComplete = VisitPages(opened, options, [&](const Page& page, int index) {
+        const std::string next = MakeSizeText(page);
+        if (next != size || index != last + 1) {
+            printRun();
+            size = next;
+            first = index;
+        }
+        last = index;
+    });
+    printRun();
+    return isComplete;
+}
+
+bool PrintText(OpenedDocument& opened, const InfoOptions& options)
 {
     const PdfDocument& document = *opened.document;
     PrintLine("file", document.GetDocName());
@@ -118,24 +143,19 @@ void PrintText(OpenedDocument& opened, const InfoOptions& options, int& status)
     PrintLine("producer", document.GetProducer());
     PrintLine("protection", GetProtection(document));
     PrintLine("pages", std::to_string(document.GetPageCount()));
-    PrintPages(opened, options, status);
+    return PrintPages(opened, options);
 }
 
-void PrintJson(OpenedDocument& opened, const InfoOptions& options, int& status)
+bool PrintJson(OpenedDocument& opened, const InfoOptions& options)
 {
     std::printf("{\"document\":%s,\n\"pages\":[", MakeDocumentJson(*opened.document).c_str());
-    const int count = opened.document->GetPageCount();
-    for (int index = 0; index < count; ++index) {
-        try {
-            const std::string page = MakePageHeaderJson(*opened.document->GetPage(index), index);
-            std::printf("%s%s}", index == 0 ? "" : ",\n", page.c_str());
-        } catch (Error::Type) {
-            PrintProblems(options.input, index + 1, opened.counter.Take());
-            status = ExitPageFailed;
-            break;
-        }
-    }
+    const char* separator = "";
+    const bool isComplete = VisitPages(opened, options, [&](const Page& page, int index) {
+        std::printf("%s%s}", separator, MakePageHeaderJson(page, index).c_str());
+        separator = ",\n";
+    });
     std::printf("]}\n");
+    return isComplete;
 }
 
 } // namespace
@@ -145,9 +165,8 @@ int RunInfo(const InfoOptions& options)
     OpenedDocument opened(options.input);
     PrintProblems(options.input, 0, opened.problems);
     if (opened.status != ExitDone) return opened.status;
-    int status = ExitDone;
-    (options.isJson ? PrintJson : PrintText)(opened, options, status);
-    if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return status;
+    const bool isComplete = (options.isJson ? PrintJson : PrintText)(opened, options);
+    if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return isComplete ? ExitDone : ExitPageFailed;
     std::fputs("quillet: standard output cannot be written\n", stderr);
     return ExitNotWritten;
 }

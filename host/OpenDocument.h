@@ -10,6 +10,10 @@
 
 namespace Host {
 
+/// A claim of pages that the file does not have ends the run after this many in a row: a page count is only a number in
+/// the file, and may be billions.
+constexpr int c_maxMissingPages = 100;
+
 /// A document on its way through the command, with a handler that counts its faults.
 struct OpenedDocument
 {

@@ -23,7 +23,10 @@ Progress::~Progress()
 void Progress::Show()
 {
     std::unique_lock lock(mutex);
+    long long shown = -1;
     for (auto pause = 1000ms; !stopping.wait_for(lock, pause, [this] { return isStopped; }); pause = 100ms) {
+        if (isOnLine && shown == done) continue;
+        shown = done;
         std::fprintf(stderr, "\rpage %lld of %lld", std::min(done + 1, total), total);
         std::fflush(stderr);
         isOnLine = true;

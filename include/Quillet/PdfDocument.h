@@ -10,6 +10,9 @@
 #include <Kernel/Abortable.h>
 #include <Kernel/Counted.h>
 #include <Kernel/NonCounted.h>
+#include <pixels/ColourSpace.h>
+#include <pixels/Format.h>
+#include <pixels/ICCManager.h>
 
 #include <memory>
 #include <string>
@@ -47,6 +50,12 @@ public:
     void SetPageClipArea(PageClipArea value) { pageClipArea = value; }
     /// BCP 47 tag of imported text.
     void SetLanguageId(const std::string& tag) { languageId = tag; }
+    /// The colour model that the host would like bitmaps to have; `None` leaves it to the pages.
+    void SetRequestedColourSpace(Raster::ColourSpace model) { requestedColourSpace = model; }
+    /// The host's profiles for colours that come without one.
+    void SetDefaultProfiles(const Raster::ICCManager::ICCProfileSet& profiles) { defaultProfiles = profiles; }
+    /// Fixes the pixel format of the import, so that none is chosen page by page.
+    void SetFormat(Raster::Format format, const Raster::ICCManager::ICCProfileSet& profiles);
     /// Before an open call the text is kept for it, up to the next `Close`; after, it is tried at once, and the
     /// document's `decryptLevel` stays.
     void SetPassword(const std::string& password);
@@ -111,6 +120,7 @@ public:
     std::unique_ptr<XRefs> xrefs;
     float version = 0;
     long long xrefPos = 0;
+    Raster::ICCManager::ICCProfileSet defaultProfiles;
     DefaultErrorHandler defaultErrorHandler;
     Ref trailer;
     Ref root;
@@ -124,6 +134,11 @@ public:
     mutable int nextObjectId = 0;
     Kernel::Counted<ColourSpaceFactory> colourSpaceFactory;
     Kernel::Counted<const OCProperties> ocProperties;
+    Raster::ColourSpace requestedColourSpace = Raster::ColourSpace::None;
+    Raster::Format rasterFormat = Raster::Format::None;
+    /// Page that the format was chosen for; -2 for none yet, -1 for a choice of the host.
+    int rasterFormatPage = -2;
+    Raster::ICCManager::ICCProfileSet rasterProfiles;
 
 private:
     bool Open(Kernel::Counted<PdfSource> newSource, const std::string& name);

@@ -9,12 +9,15 @@ namespace Detail {
 
 enum Class : unsigned char { Regular, Space, Delimiter };
 
+inline constexpr unsigned char c_spaces[] = {0, 9, 10, 12, 13, 32};
+inline constexpr unsigned char c_delimiters[] = {'%', '(', ')', '/', '<', '>', '[', ']', '{', '}'};
+
 constexpr std::array<Class, 256> MakeClasses()
 {
     std::array<Class, 256> classes{};
-    for (const std::size_t byte : {0, 9, 10, 12, 13, 32})
+    for (const unsigned char byte : c_spaces)
         classes[byte] = Space;
-    for (const std::size_t byte : {'%', '(', ')', '/', '<', '>', '[', ']', '{', '}'})
+    for (const unsigned char byte : c_delimiters)
         classes[byte] = Delimiter;
     return classes;
 }

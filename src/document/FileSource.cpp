@@ -1,5 +1,6 @@
 #include "document/FileSource.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace Quillet {
@@ -7,7 +8,7 @@ namespace Quillet {
 void FileSource::Open(const std::string& path)
 {
     if (!Check(file.Open(path, "rb"), Error::Fopen)) return;
-    size = Kernel::File::GetSize(path);
+    size = static_cast<unsigned long long>(std::max(Kernel::File::GetSize(path), 0LL));
     name = path;
     baseOffset = 0;
 }

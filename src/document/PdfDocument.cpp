@@ -39,6 +39,13 @@ PdfDocument::~PdfDocument()
     Close();
 }
 
+void PdfDocument::SetFormat(Raster::Format format, const Raster::ICCManager::ICCProfileSet& profiles)
+{
+    rasterFormat = format;
+    rasterProfiles = profiles;
+    rasterFormatPage = -1;
+}
+
 void PdfDocument::SetPassword(const std::string& password)
 {
     encrypt->SetPassword(password);

@@ -26,7 +26,7 @@ bool ReadRowBytes(Filter& source, std::vector<unsigned char>& row, int offset, i
     constexpr int c_step = 1 << 20;
     for (int pos = offset; pos < rowSize;) {
         const int size = std::min(c_step, rowSize - pos);
-        const auto end = static_cast<std::size_t>(pos + size);
+        const std::size_t end = static_cast<std::size_t>(pos) + static_cast<std::size_t>(size);
         if (row.size() < end) row.resize(end);
         if (source.Read(reinterpret_cast<char*>(row.data()) + pos, size) < size) return false;
         pos += size;

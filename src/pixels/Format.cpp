@@ -16,10 +16,10 @@ ColourSpace GetColourSpaceOf(Format format)
         return ColourSpace::Cmyk;
     case Format::Lab16:
         return ColourSpace::Lab;
-    case Format::Alpha8:
-    case Format::Alpha16:
+    case Format::AlphaOnly8:
+    case Format::AlphaOnly16:
     case Format::None:
-    case Format::AlphaFloat:
+    case Format::AlphaOnlyFloat:
         break;
     }
     return ColourSpace::None;

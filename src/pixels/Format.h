@@ -13,13 +13,13 @@ enum class Format : int {
     Gray16 = 3,
     Cmyk8 = 4,
     Lab16 = 5,
-    Alpha8 = 6,
-    Alpha16 = 7,
+    AlphaOnly8 = 6,
+    AlphaOnly16 = 7,
     /// Nothing chosen yet.
     None = 8,
     /// 32-bit float; colours may leave 0 to 1.
     RgbFloat = 9,
-    AlphaFloat = 10,
+    AlphaOnlyFloat = 10,
 };
 
 /// The model of the colour channels; `None` for alpha alone and for numbers that are no format.

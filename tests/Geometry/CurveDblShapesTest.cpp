@@ -93,27 +93,16 @@ TEST(CurveDblShapes, RectangleTable)
     } cases[] = {
         {"a corner off by less", MakePolygon({{0, 0}, {20.06, -0.06}, {20, 10}, {0, 10}, {0, 0}}), true},
         {"a corner off by more", MakePolygon({{0, 0}, {20.07, 0}, {20, 10}, {0, 10}, {0, 0}}), false},
-        {"end off its start", MakePolygon({{0, 0}, {20, 0}, {20, 10}, {0, 10}, {0, 0.07}}), false},
         {"bow tie", MakePolygon({{0, 0}, {20, 10}, {20, 0}, {0, 10}, {0, 0}}), false},
-        {"there and back", MakePolygon({{0, 0}, {20, 0}, {20, 10}, {20, 0}, {0, 0}}), false},
         {"parallelogram", MakePolygon({{0, 0}, {20, 0}, {25, 10}, {5, 10}, {0, 0}}), false},
-        {"turned by a degree", MakeTransformed(written, Rotation(1)), false},
-        {"turned by a quarter", MakeTransformed(written, Rotation(90)), true},
         {"sides written as curves", written, true},
         {"a control beside its side", bulging, false},
         {"a control beyond its side", overshooting, false},
-        {"circle", MakeTransformed(MakeCircle(), Params::Scale(10, 10)), false},
         {"thin rule", MakePolygon({{0, 0}, {200, 0}, {200, 0.01}, {0, 0.01}, {0, 0}}), true},
         {"thin wedge", MakePolygon({{0, 0}, {200, 0.005}, {200, 0.01}, {0, 0.01}, {0, 0}}), false},
-        {"high thin wedge", MakePolygon({{0, 0}, {0.005, 200}, {0.01, 200}, {0.01, 0}, {0, 0}}), false},
         {"small square", MakePolygon({{0, 0}, {0.001, 0}, {0.001, 0.001}, {0, 0.001}, {0, 0}}), true},
         {"small round dot", MakeTransformed(MakeCircle(), Params::Scale(0.03, 0.03)), false},
-        {"small round dot from a diagonal", MakeTransformed(MakeCircle(), Params::Scale(0.03, 0.03) * Rotation(45)),
-         false},
         {"no height", MakePolygon({{0, 5}, {20, 5}, {20, 5}, {0, 5}, {0, 5}}), true},
-        {"no size", MakePolygon({{1, 5}, {1, 5}, {1, 5}, {1, 5}, {1, 5}}), true},
-        {"triangle", MakePolygon({{0, 0}, {20, 0}, {20, 10}, {0, 0}}), false},
-        {"nothing", CurveDbl{}, false},
     };
     for (const auto& [name, curve, expected] : cases)
         EXPECT_EQ(curve.IsRectangle(c_tolerance), expected) << name;
@@ -127,19 +116,14 @@ TEST(CurveDblShapes, StraightSegments)
         Point control1, control2, end;
         bool expected;
     } cases[] = {
-        {"written as a line", {0, 0}, {30, 40}, {30, 40}, true},
         {"controls at thirds", {10, 13.3333}, {20, 26.6667}, {30, 40}, true},
-        {"controls swapped", {20, 26.6667}, {10, 13.3333}, {30, 40}, true},
         {"within the tolerance", {10.04, 13.29}, {30, 40}, {30, 40}, true},
         {"beside the chord", {10.08, 13.24}, {30, 40}, {30, 40}, false},
         {"control before the start", {-3, -4}, {30, 40}, {30, 40}, false},
         {"control beyond the end", {0, 0}, {33, 44}, {30, 40}, false},
-        {"beyond the end, within the tolerance", {0, 0}, {30.03, 40.04}, {30, 40}, true},
         {"three equal points", {0, 0}, {0, 0}, {0, 0}, true},
         {"a loop", {10, 0}, {0, 10}, {0, 0}, false},
         {"control that is no number", {c_nan, 0}, {30, 40}, {30, 40}, false},
-        {"end that is no number", {0, 0}, {c_nan, 40}, {c_nan, 40}, false},
-        {"infinite end", {0, 0}, {c_infinity, 40}, {c_infinity, 40}, false},
     };
     for (const auto& [name, control1, control2, end, expected] : cases) {
         CurveDbl curve;
@@ -151,7 +135,6 @@ TEST(CurveDblShapes, StraightSegments)
         EXPECT_FALSE(curve.IsStraightLine(c_tolerance)) << name;
     }
     EXPECT_FALSE(MakePolygon({{0, 0}, {10, 0}, {20, 0}}).IsStraightLine(c_tolerance));
-    EXPECT_FALSE(MakePolygon({{0, 0}}).IsStraightLine(c_tolerance));
 }
 
 TEST(CurveDblShapes, EllipseTable)
@@ -159,53 +142,27 @@ TEST(CurveDblShapes, EllipseTable)
     const CurveDbl circle = MakeCircle();
     const Params place = Params::Translation(300, 200);
     const auto at = [&](const Params& transform) { return MakeTransformed(circle, place * transform); };
-    CurveDbl dented = at(Params::Scale(10, 10));
-    dented.nodes[4].point.y -= 1;
-    CurveDbl open = at(Params::Scale(10, 10));
-    open.nodes[12].point.y -= 0.07;
     CurveDbl offset = at(Params::Scale(10, 10));
     offset.nodes[9].point.y -= 0.08;
     CurveDbl longWay = MakeCircle();
     longWay.nodes[1].point = {1, -3.2};
     longWay.nodes[2].point = {-3.2, 1};
-    CurveDbl flagless = at(Params::Scale(10, 10));
-    flagless.SetClosed(false);
-    CurveDbl segment = at(Params::Scale(10, 10));
-    segment.nodes.resize(10);
-
     const struct
     {
         const char* name;
         CurveDbl curve;
-        bool upright;
-        bool rotated;
+        bool upright, rotated;
     } cases[] = {
         {"circle", at(Params::Scale(10, 10)), true, true},
-        {"circle, other direction", at(Params::Scale(10, -10)), true, true},
-        {"circle from the top", at(Params::Scale(10, 10) * Rotation(90)), true, true},
         {"circle from a diagonal", at(Params::Scale(10, 10) * Rotation(45)), false, true},
-        {"wide ellipse", at(Params::Scale(40, 3)), true, true},
-        {"high ellipse from the left", at(Params::Scale(3, 40) * Rotation(180)), true, true},
         {"hair-thin ellipse", at(Params::Scale(100, 0.02)), true, true},
         {"ellipse turned", at(Rotation(30) * Params::Scale(40, 3)), false, true},
-        {"ellipse turned by a quarter", at(Rotation(90) * Params::Scale(40, 3)), true, true},
-        {"ellipse with nodes off its axes", at(Params::Scale(40, 20) * Rotation(45)), false, false},
-        {"sheared circle", at(Params::FromPdf(10, 0, 3, 10, 0, 0)), false, false},
-        {"large circle, handles 0.55", MakeTransformed(MakeCircle(0.55), Params::Scale(40, 40)), true, true},
         {"large circle, handles 0.5", MakeTransformed(MakeCircle(0.5), Params::Scale(40, 40)), false, false},
         {"small circle, handles 0.5", MakeTransformed(MakeCircle(0.5), Params::Scale(2, 2)), true, true},
-        {"rounded square", MakeTransformed(MakeCircle(0.8), Params::Scale(10, 10)), false, false},
-        {"diamond", MakeTransformed(MakeCircle(0), Params::Scale(10, 10)), false, false},
         {"small diamond", MakeTransformed(MakeCircle(0), Params::Scale(0.01, 0.01)), false, false},
-        {"small circle", at(Params::Scale(0.01, 0.01)), true, true},
-        {"dented", dented, false, false},
-        {"ends apart on the circle", open, false, false},
         {"a node off the circle", offset, false, false},
         {"an arc the long way round", MakeTransformed(longWay, Params::Scale(0.2, 0.2)), false, false},
-        {"no closed flag", flagless, true, true},
-        {"three quarters", segment, false, false},
         {"no height", at(Params::Scale(10, 0)), false, false},
-        {"no size", at(Params::Scale(0, 0)), false, false},
     };
     for (const auto& [name, curve, upright, rotated] : cases) {
         EXPECT_EQ(curve.IsEllipse(c_tolerance, CurveDbl::c_uprightOnly), upright) << name;
@@ -220,18 +177,12 @@ TEST(CurveDblShapes, NoShapeHasPointsThatAreNotFinite)
             CurveDbl rectangle;
             rectangle.AddRectangle({0, 0, 20, 10});
             rectangle.nodes[index].point.y = bad;
-            EXPECT_FALSE(rectangle.IsRectangle(c_tolerance)) << index;
             EXPECT_FALSE(rectangle.IsRectangle(c_infinity)) << index;
             CurveDbl circle = MakeCircle();
             circle.nodes[index].point.y = bad;
-            EXPECT_FALSE(circle.IsEllipse(c_tolerance, CurveDbl::c_rotatedToo)) << index;
             EXPECT_FALSE(circle.IsEllipse(c_infinity, CurveDbl::c_rotatedToo)) << index;
         }
     }
-    CurveDbl rectangle;
-    rectangle.AddRectangle({0, 0, 20, 10});
-    rectangle.nodes[3].point.x += 1e-9;
-    EXPECT_FALSE(rectangle.IsRectangle(c_nan));
 }
 
 } // namespace

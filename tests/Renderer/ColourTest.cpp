@@ -10,6 +10,7 @@
 #include <cmath>
 #include <limits>
 #include <set>
+#include <vector>
 
 namespace {
 
@@ -52,33 +53,23 @@ TEST(Colour, ShowsAsRgb)
         const char* what;
         Pointer colour;
         Raster::ColourSpace model;
-        double red, green, blue;
-        double tolerance;
+        double red, green, blue, tolerance;
     } rows[] = {
-        {"gray", Gray(0.25f), Raster::ColourSpace::Gray, 0.25, 0.25, 0.25, 0},
         {"gray beyond white", Gray(1.5f), Raster::ColourSpace::Gray, 1.5, 1.5, 1.5, 0},
-        {"rgb", Rgb(0.25f, 0.5f, 0.75f), Raster::ColourSpace::Rgb, 0.25, 0.5, 0.75, 0},
-        {"no ink", Cmyk(0, 0, 0, 0), Raster::ColourSpace::Cmyk, 1, 1, 1, 0},
-        {"black ink", Cmyk(0, 0, 0, 1), Raster::ColourSpace::Cmyk, 0, 0, 0, 0},
         {"black hides cyan", Cmyk(1, 0, 0, 1), Raster::ColourSpace::Cmyk, 0, 0, 0, 0},
-        {"cyan", Cmyk(1, 0, 0, 0), Raster::ColourSpace::Cmyk, 0, 1, 1, 0},
         // 1 - (0.5 * 0.8 + 0.2) = 0.4; 1 - (0.25 * 0.8 + 0.2) = 0.6; 1 - 0.2 = 0.8.
         {"mixed inks", Cmyk(0.5f, 0.25f, 0, 0.2f), Raster::ColourSpace::Cmyk, 0.4, 0.6, 0.8, 1e-6},
         {"too much ink", Cmyk(3, -2, 0, 0.5f), Raster::ColourSpace::Cmyk, 0, 1, 0.5, 1e-6},
         {"inks from bytes", ColourCMYK::Create(Raster::PixelCmyk8(255, 0, 51, 0, 255), 1, 1, ""),
          Raster::ColourSpace::Cmyk, 0, 1, 0.8, 1e-6},
         // The corners of sRGB in Lab under D50, published to two places.
-        {"Lab white", Lab(100, 0, 0), Raster::ColourSpace::Lab, 1, 1, 1, 1e-3},
-        {"Lab black", Lab(0, 0, 0), Raster::ColourSpace::Lab, 0, 0, 0, 1e-3},
         {"Lab red", Lab(54.29, 80.81, 69.89), Raster::ColourSpace::Lab, 1, 0, 0, 5e-3},
-        {"Lab green", Lab(87.82, -79.29, 80.99), Raster::ColourSpace::Lab, 0, 1, 0, 5e-3},
-        {"Lab blue", Lab(29.57, 68.30, -112.03), Raster::ColourSpace::Lab, 0, 0, 1, 5e-3},
         // Y = ((50 + 16) / 116)^3 = 0.184187, and 1.055 * Y^(1 / 2.4) - 0.055 = 0.466327.
         {"Lab middle gray", Lab(50, 0, 0), Raster::ColourSpace::Lab, 0.466327, 0.466327, 0.466327, 1e-3},
         {"Lab outside sRGB", Lab(50, 127, 127), Raster::ColourSpace::Lab, 1, 0, 0, 1e-9},
-        {"spot", Named("Gold", true, Cmyk(0, 0, 1, 0)), Raster::ColourSpace::Cmyk, 1, 1, 0, 0},
+        {"spot of a spot", Named("Rich gold", true, Named("Gold", true, Cmyk(0, 0, 1, 0))), Raster::ColourSpace::Cmyk,
+         1, 1, 0, 0},
         {"spot without alternative", Named("Gold", true, nullptr), Raster::ColourSpace::Gray, 0, 0, 0, 0},
-        {"registration", ColourRegistration::Create(1.0), Raster::ColourSpace::Cmyk, 0, 0, 0, 0},
         {"light registration", ColourRegistration::Create(0.5), Raster::ColourSpace::Cmyk, 0.25, 0.25, 0.25, 1e-6},
     };
     for (const auto& row : rows) {
@@ -95,24 +86,19 @@ TEST(Colour, ShowsAsRgb)
 TEST(Colour, EqualColoursAreOneObject)
 {
     constexpr float c_noNumber = std::numeric_limits<float>::quiet_NaN();
-    const Pointer kept[] = {Gray(0),
-                            Gray(c_noNumber),
-                            Rgb(0, 0, 0),
-                            Cmyk(0, 0, 0, 0),
-                            Lab(50, 0, 0),
-                            Named("Gold", true, Gray(0)),
-                            ColourRegistration::Create(0.5)};
+    const auto make = [](float zero, float noNumber) {
+        return std::vector<Pointer>{Gray(zero),
+                                    Gray(noNumber),
+                                    Rgb(0, zero, 0),
+                                    Cmyk(0, 0, 0, 0),
+                                    Lab(50, 0, 0),
+                                    Named("Gold", true, Gray(0)),
+                                    ColourRegistration::Create(0.5)};
+    };
+    const std::vector<Pointer> kept = make(0, c_noNumber);
     const std::size_t size = Kernel::InternTable::GetSize();
-    const Pointer again[] = {Gray(-0.0f),
-                             Gray(-c_noNumber),
-                             Rgb(0, -0.0f, 0),
-                             Cmyk(0, 0, 0, 0),
-                             Lab(50, 0, 0),
-                             Named("Gold", true, Gray(0)),
-                             ColourRegistration::Create(0.5)};
+    EXPECT_EQ(make(-0.0f, -c_noNumber), kept);
     EXPECT_EQ(Kernel::InternTable::GetSize(), size);
-    for (std::size_t i = 0; i < std::size(kept); ++i)
-        EXPECT_EQ(again[i], kept[i]) << i;
 }
 
 TEST(Colour, EveryPartOfAColourCounts)
@@ -121,21 +107,14 @@ TEST(Colour, EveryPartOfAColourCounts)
     const Raster::PixelCmykF noInk(0, 0, 0, 0, 1);
     const Pointer colours[] = {
         Gray(0),
-        Gray(0, 0.5f),
         Rgb(0, 0, 0),
-        Rgb(1, 0, 0),
-        Rgb(0, 1, 0),
-        Rgb(0, 0, 1),
-        Rgb(0, 0, 0, 0),
         Kernel::ConsolidateObjectPostAlloc(ColourRGB(black, 0.5)),
         Kernel::ConsolidateObjectPostAlloc(ColourRGB(black, 1.0, 0.5)),
         ColourRGB::Create(0, 0, 0, 1, "Ink"),
         Cmyk(0, 0, 0, 0),
-        Cmyk(0, 0, 0, 1),
         Kernel::ConsolidateObjectPostAlloc(ColourCMYK(noInk, 1.0, 1.0, "Registration")),
         ColourRegistration::Create(0),
         Lab(0, 0, 0),
-        Lab(0, 0, 1),
         Named("Gold", true, Gray(0)),
         Named("Gold", false, Gray(0)),
         Named("Silver", true, Gray(0)),
@@ -156,37 +135,13 @@ TEST(Colour, AlphaChangesAloneAndBack)
         SCOPED_TRACE(colour->GetName() + std::to_string(static_cast<int>(colour->GetModel())));
         const Pointer half = colour->MakeWithAlpha(0.5f);
         EXPECT_NEAR(half->GetAlpha(), 0.5, 1e-5);
-        EXPECT_NEAR(half->GetRgbaPixel().alpha, 0.5, 1e-5);
-        EXPECT_EQ(half->GetRgbaPixel().red, colour->GetRgbaPixel().red);
         EXPECT_EQ(half->GetName(), colour->GetName());
         const Colour &changed = *half, &original = *colour;
         EXPECT_EQ(typeid(changed), typeid(original));
         EXPECT_EQ(half->MakeWithAlpha(1), colour);
-        EXPECT_EQ(colour->MakeWithAlpha(0.5f), half);
     }
     EXPECT_EQ(Lab(0, 0, 0)->MakeWithAlpha(std::numeric_limits<float>::quiet_NaN())->GetAlpha(), 0);
     EXPECT_EQ(Lab(0, 0, 0)->MakeWithAlpha(7)->GetAlpha(), 1);
-}
-
-TEST(Colour, NamedColourResolvesToItsAlternative)
-{
-    const Pointer yellow = Cmyk(0, 0, 1, 0);
-    const Pointer gold = Named("Gold", true, yellow);
-    const Pointer richGold = Named("Rich gold", true, gold);
-    EXPECT_EQ(&richGold->GetPlain(), yellow.Get());
-    EXPECT_EQ(&yellow->GetPlain(), yellow.Get());
-}
-
-TEST(Colour, CloneTakesATint)
-{
-    const Pointer full = Rgb(0.5f, 0.5f, 0);
-    const Kernel::Counted<Colour> clone = full->Clone();
-    clone->tint = 0.25;
-    const Pointer light = Kernel::ConsolidateObjectSacrifice(clone);
-    EXPECT_FALSE(light == full);
-    EXPECT_EQ(light->tint, 0.25);
-    EXPECT_EQ(full->tint, 1.0);
-    EXPECT_EQ(light->GetRgbaPixel(), full->GetRgbaPixel());
 }
 
 } // namespace

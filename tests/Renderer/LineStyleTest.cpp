@@ -38,16 +38,6 @@ LineStyle Dashed(LineStyle style, std::vector<double> dashes)
     return style;
 }
 
-TEST(LineStyle, DefaultIsTheOneOfPdf)
-{
-    const LineStyle style;
-    EXPECT_EQ(style.cap, 0);
-    EXPECT_EQ(style.join, 1);
-    EXPECT_EQ(style.dashKind, 1);
-    EXPECT_EQ(style.width, 1.0);
-    EXPECT_EQ(style.mitreLimit, 10.0);
-}
-
 TEST(LineStyle, DashesCountOnlyInDashedLines)
 {
     const auto solid = Intern(LineStyle());
@@ -59,66 +49,18 @@ TEST(LineStyle, DashesCountOnlyInDashedLines)
     EXPECT_EQ(Intern(Dashed(LineStyle(), {3, 1})), dashed);
     EXPECT_FALSE(dashed == solid);
     EXPECT_FALSE(Intern(Dashed(LineStyle(), {1, 3})) == dashed);
-    EXPECT_FALSE(Intern(Dashed(LineStyle(), {3})) == dashed);
-    LineStyle shifted = Dashed(LineStyle(), {3, 1});
-    shifted.dashPhase = 1;
-    EXPECT_FALSE(Intern(shifted) == dashed);
-    LineStyle fitted = Dashed(LineStyle(), {3, 1});
-    fitted.isDashScaledToFit = true;
-    EXPECT_FALSE(Intern(fitted) == dashed);
-
-    const LineStyle base = MakeStyle(LineStyle::JoinRound, LineStyle::CapButt, 2);
-    const auto kept = Intern(base);
-    for (const LineStyle& other : {MakeStyle(LineStyle::JoinBevel, LineStyle::CapButt, 2),
-                                   MakeStyle(LineStyle::JoinRound, LineStyle::CapHalfCircle, 2),
-                                   MakeStyle(LineStyle::JoinRound, LineStyle::CapButt, 3),
-                                   MakeStyle(LineStyle::JoinRound, LineStyle::CapButt, 2, 4)}) {
-        EXPECT_FALSE(Intern(other) == kept);
-    }
-}
-
-TEST(LineStyle, CloneIsASeparateObject)
-{
-    const auto style = Kernel::MakeCounted<LineStyle>();
-    const auto clone = style->Clone();
-    clone->width = 5;
-    EXPECT_EQ(style->width, 1.0);
-    EXPECT_EQ(style->GetReferenceCount(), 1);
 }
 
 TEST(LineStyleDescriptor, NeedsAWidthAndAPen)
 {
     const auto pen = Kernel::MakeCounted<FillDescriptor>(
         Kernel::ConsolidateObjectPostAlloc(FillSolid(ColourGrayscale::Create(0, 1, 1, ""))), FillBlendMode::Normal);
-    const auto line = Kernel::MakeCounted<LineStyleDescriptor>(Intern(LineStyle()));
-    LineStyle undashed;
-    undashed.dashKind = LineStyle::DashNone;
-    LineStyle thin;
-    thin.width = 0;
-    const Kernel::NonCounted<const FillDescriptor> noPen;
-
-    EXPECT_TRUE(line->IsLineStyleVisible(pen));
-    EXPECT_FALSE(line->IsLineStyleVisible(FillDescriptor::CreateNone()));
-    EXPECT_FALSE(line->IsLineStyleVisible(noPen));
-    EXPECT_FALSE(LineStyleDescriptor(Intern(undashed)).IsLineStyleVisible(pen));
-    EXPECT_FALSE(LineStyleDescriptor(Intern(thin)).IsLineStyleVisible(pen));
+    const LineStyleDescriptor line(Intern(LineStyle()));
+    EXPECT_TRUE(line.IsLineStyleVisible(pen));
+    EXPECT_FALSE(line.IsLineStyleVisible(FillDescriptor::CreateNone()));
+    EXPECT_FALSE(
+        LineStyleDescriptor(Intern(MakeStyle(LineStyle::JoinRound, LineStyle::CapButt, 0))).IsLineStyleVisible(pen));
     EXPECT_FALSE(LineStyleDescriptor(nullptr).IsLineStyleVisible(pen));
-    EXPECT_FALSE(LineStyleDescriptor::CreateNone()->IsLineStyleVisible(pen));
-    EXPECT_EQ(LineStyleDescriptor::CreateNone(), LineStyleDescriptor::CreateNone());
-
-    EXPECT_TRUE(LineStyleDescriptor::IsLineStyleVisible(line, pen));
-    EXPECT_FALSE(LineStyleDescriptor::IsLineStyleVisible(nullptr, pen));
-}
-
-TEST(LineStyleDescriptor, CloneGoesBehindItsFillAlone)
-{
-    const auto line = Kernel::MakeCounted<LineStyleDescriptor>(Intern(LineStyle()));
-    const auto clone = line->Clone();
-    EXPECT_TRUE(clone->IsEqual(*line));
-    clone->isBehindFill = true;
-    EXPECT_FALSE(line->isBehindFill);
-    EXPECT_FALSE(clone->IsEqual(*line));
-    EXPECT_EQ(clone->lineStyle, line->lineStyle);
 }
 
 // What follows outlines strokes point by point and compares that with the boxes, which look at the style alone.
@@ -205,20 +147,17 @@ Rect BoxOf(const std::vector<Point>& points)
 }
 
 const Polyline c_shapes[] = {
-    {{{0, 0}, {10, 0}}, false},                             // a line along x
-    {{{0, 0}, {10, 10}}, false},                            // a diagonal
-    {{{0, 0}, {10, 0}, {10, 10}, {0, 10}}, true},           // a square
-    {{{0, 0}, {10, 0}, {10, 10}, {0, 10}}, false},          // the same, open
-    {{{0, 0}, {20, 1}, {0, 2}}, false},                     // an acute corner just at a mitre limit of 20.05
-    {{{0, 0}, {20, 2}, {0, 4}}, true},                      // an acute corner with others
-    {{{-5, -5}, {5, 5}, {-5, 4}, {7, -9}, {0, 30}}, false}, // a zigzag
+    {{{0, 0}, {10, 0}}, false},                   // a line along x
+    {{{0, 0}, {10, 10}}, false},                  // a diagonal
+    {{{0, 0}, {10, 0}, {10, 10}, {0, 10}}, true}, // a square
+    {{{0, 0}, {20, 1}, {0, 2}}, false},           // an acute corner just at a mitre limit of 20.05
+    {{{0, 0}, {20, 2}, {0, 4}}, true},            // an acute corner with others
 };
 
 TEST(LineStyleDescriptor, BoxesHoldTheStroke)
 {
     const Params transforms[] = {
         {},
-        Params::Scale(0.1, 0.1),
         Params::Scale(3, -0.25),
         Params::FromPdf(std::cos(0.5), std::sin(0.5), -std::sin(0.5), std::cos(0.5), 100, -40),
         Params::FromPdf(2, 0.5, -3, 0.25, -7, 7),
@@ -227,7 +166,6 @@ TEST(LineStyleDescriptor, BoxesHoldTheStroke)
         MakeStyle(LineStyle::JoinMitre, LineStyle::CapButt, 2),
         MakeStyle(LineStyle::JoinMitre, LineStyle::CapProjectingSquare, 2, 1),
         MakeStyle(LineStyle::JoinMitre, LineStyle::CapHalfCircle, 1, 20.1),
-        MakeStyle(LineStyle::JoinMitre, LineStyle::CapHalfCircle, 1, 0),
         MakeStyle(LineStyle::JoinRound, LineStyle::CapHalfCircle, 3),
         MakeStyle(LineStyle::JoinBevel, LineStyle::CapProjectingSquare, 0.5),
     };
@@ -247,7 +185,6 @@ TEST(LineStyleDescriptor, BoxesHoldTheStroke)
                 const std::vector<bool> areClosed{shape.isClosed};
                 const Rect spread = descriptor.InflateSpreadRect(BoxOf(onPage.points), areClosed);
                 EXPECT_TRUE(spread.Inflated(c_rounding).Contains(BoxOf(outline)));
-                EXPECT_EQ(descriptor.InflateSpreadRect(BoxOf(onPage.points), shape.isClosed), spread);
                 const Rect base = descriptor.InflateBaseRect(BoxOf(shape.points), transform, transform, areClosed);
                 EXPECT_TRUE(base.Inflated(c_rounding).Contains(BoxOf(ownOutline)));
             }
@@ -257,27 +194,22 @@ TEST(LineStyleDescriptor, BoxesHoldTheStroke)
 
 TEST(LineStyleDescriptor, ReachIsAttained)
 {
-    const LineStyle mitred = MakeStyle(LineStyle::JoinMitre, LineStyle::CapButt, 2, std::sqrt(401.0));
-    const LineStyle square = MakeStyle(LineStyle::JoinRound, LineStyle::CapProjectingSquare, 2);
-    const LineStyle round = MakeStyle(LineStyle::JoinRound, LineStyle::CapHalfCircle, 2);
-    const struct
-    {
-        const char* what;
-        const Polyline& shape;
-        const LineStyle& style;
-    } rows[] = {{"acute corner", c_shapes[4], mitred}, {"diagonal", c_shapes[1], square}, {"line", c_shapes[0], round}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        LineStyle widest = row.style;
+    // The limit of the acute corner is just enough; the outline gets a little more, against rounding.
+    const std::pair<const Polyline&, LineStyle> rows[] = {
+        {c_shapes[3], MakeStyle(LineStyle::JoinMitre, LineStyle::CapButt, 2, std::sqrt(401.0))},
+        {c_shapes[1], MakeStyle(LineStyle::JoinRound, LineStyle::CapProjectingSquare, 2)},
+        {c_shapes[0], MakeStyle(LineStyle::JoinRound, LineStyle::CapHalfCircle, 2)},
+    };
+    for (const auto& [shape, style] : rows) {
+        LineStyle widest = style;
         widest.mitreLimit += 1e-9;
-        const Rect outline = BoxOf(Outline(row.shape, widest));
-        const LineStyleDescriptor descriptor(Intern(row.style));
-        EXPECT_NEAR(descriptor.InflateSpreadRect(BoxOf(row.shape.points), false).right, outline.right, 1e-6);
+        const Rect own = BoxOf(shape.points);
+        const double right = BoxOf(Outline(shape, widest)).right;
+        const LineStyleDescriptor descriptor(Intern(style));
+        EXPECT_NEAR(descriptor.InflateSpreadRect(own, false).right, right, 1e-6);
         // On an object at half size the same stroke is twice as wide.
         const Params scale = Params::Scale(0.5, 0.5);
-        const Rect own = BoxOf(row.shape.points);
-        EXPECT_NEAR(descriptor.InflateBaseRect(own, scale, scale, {false}).right,
-                    own.right + 2 * (outline.right - own.right), 1e-6);
+        EXPECT_NEAR(descriptor.InflateBaseRect(own, scale, scale, {false}).right, 2 * right - own.right, 1e-6);
     }
 }
 
@@ -288,16 +220,10 @@ TEST(LineStyleDescriptor, LineEndsCountWhereThereAreEnds)
     const LineStyleDescriptor solid(Intern(square));
     EXPECT_EQ(solid.InflateSpreadRect(rect, {true, true}), rect.Inflated(1));
     EXPECT_EQ(solid.InflateSpreadRect(rect, {true, false}), rect.Inflated(std::numbers::sqrt2));
-    EXPECT_EQ(solid.InflateSpreadRect(rect, std::vector<bool>{}), rect.Inflated(1));
+    EXPECT_EQ(solid.InflateBaseRect(rect, Params::Scale(10, 10), Params{}, {true}), (Rect{-1, -1, 11, 11}))
+        << "the result in another space";
     const LineStyleDescriptor dashed(Intern(Dashed(square, {1})));
     EXPECT_EQ(dashed.InflateSpreadRect(rect, {true, true}), rect.Inflated(std::numbers::sqrt2));
-}
-
-TEST(LineStyleDescriptor, ResultMayBeInAnotherSpace)
-{
-    const LineStyleDescriptor descriptor(Intern(MakeStyle(LineStyle::JoinRound, LineStyle::CapButt, 2)));
-    const Rect rect{0, 0, 4, 4};
-    EXPECT_EQ(descriptor.InflateBaseRect(rect, Params::Scale(10, 10), Params{}, {true}), (Rect{-1, -1, 41, 41}));
 }
 
 TEST(LineStyleDescriptor, OddInputStaysFinite)
@@ -318,8 +244,6 @@ TEST(LineStyleDescriptor, OddInputStaysFinite)
     }
     const LineStyleDescriptor line(Intern(LineStyle()));
     EXPECT_TRUE(line.InflateSpreadRect(Rect::MakeEmpty(), false).IsEmpty());
-    EXPECT_TRUE(line.InflateBaseRect(Rect::MakeEmpty(), Params{}, Params::Scale(2, 2), {}).IsEmpty());
-    EXPECT_EQ(LineStyleDescriptor::CreateNone()->InflateSpreadRect(rect, false), rect);
 }
 
 } // namespace

@@ -40,52 +40,37 @@ TEST(Ascii85Filter, DecodesGroups)
         {"whole groups", "87cURD]j7BEbo7~>", "Hello world"},
         {"white space anywhere", "87 c\nU\rR\tD]\fj7B" + Zeros(1) + "Ebo7~>", "Hello world"},
         {"two digits", "5l~>", "A"},
-        {"three digits", "5sb~>", "AB"},
-        {"four digits", "5sdp~>", "ABC"},
         {"one digit", "87cUR5~>", "Hell", 1},
-        {"z", "zz~>", Zeros(8)},
         {"z within a group loses it", "87cURD]z87cUR~>", "Hell" + Zeros(4) + "Hell", 1},
-        {"the largest group", "s8W-!~>", "\xff\xff\xff\xff"},
         {"one above the largest wraps", "s8W-\"~>", Zeros(4)},
         {"stops behind its end marker", "5l~> EI", "A", 0, " EI"},
         {"half an end marker takes one byte more", "5l~x EI", "A", 1, " EI"},
         {"a tilde at the very end", "5l~", "A", 1},
         {"no end marker", "87cUR5l", "HellA", 0, "", false},
-        {"bytes out of place are skipped",
-         "87v{\xe4"
-         "cUR~>",
-         "Hell", 3},
-        {"nothing", "", "", 0, "", false},
+        {"bytes out of place are skipped", "87v{\xe4 cUR~>", "Hell", 3},
     });
 }
 
 TEST(AsciiHexFilter, DecodesPairs)
 {
     ExpectRows<AsciiHexFilter>({
-        {"both cases", "4a4B>", "JK"},
         {"white space anywhere", " 4\n1\r4\t\f2" + Zeros(1) + ">", "AB"},
         {"an odd count ends with a low half of 0", "415>", "AP"},
         {"a letter g counts as 0", "g14G>", "\x01@", 2},
         {"stops behind its end marker", "41> EI", "A", 0, " EI"},
-        {"no end marker", "4142", "AB"},
         {"no end marker, odd", "414", "A@"},
-        {"nothing", "", ""},
     });
 }
 
 TEST(RunLengthFilter, DecodesRuns)
 {
-    const std::string longest(128, 'x');
     ExpectRows<RunLengthFilter>({
         {"copies and repeats",
          "\2abc\xfe"
          "d\x80",
          "abcddd"},
-        {"127 copies 128 bytes", "\x7f" + longest + "\x80", longest},
-        {"129 repeats 128 times", "\x81x\x80", longest},
         {"255 repeats twice", "\xffx\x80", "xx"},
         {"stops behind its end marker", "\xffx\x80 EI", "xx", 0, " EI"},
-        {"no end marker", "\xffx", "xx", 0, "", false},
         {"a copy cut off", "\4ab", "ab", 1, "", false},
         {"a repeat cut off gives zeros", "\xfe", Zeros(3), 1, "", false},
         {"nothing", "", "", 0, "", false},
@@ -101,18 +86,6 @@ TEST(RunLengthFilter, EndsWhereAStreamMayHoldNoMore)
     EXPECT_EQ(Drain(filter, 50).size(), 128u);
     EXPECT_EQ(recorder.kinds, std::vector<int>{Error::General});
     EXPECT_TRUE(filter.AtEnd());
-}
-
-TEST(AsciiFilters, EstimateTheirLength)
-{
-    Ascii85Filter ascii85;
-    ascii85.SetSource(Kernel::MakeCounted<BytesFilter>("87cURD]j7BEbo7~>"));
-    char byte;
-    ASSERT_EQ(ascii85.Read(&byte, 1), 1);
-    EXPECT_EQ(ascii85.GetEstimatedLength(), 11u + 3u);
-    AsciiHexFilter hex;
-    hex.SetSource(Kernel::MakeCounted<BytesFilter>("41424>"));
-    EXPECT_EQ(hex.GetEstimatedLength(), 3u);
 }
 
 } // namespace

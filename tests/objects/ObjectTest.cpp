@@ -18,28 +18,20 @@ using Geometry::WindingOrderMode;
 
 TEST(Object, ComparesItsBoxWithARectangle)
 {
-    struct Row
+    const struct
     {
         const char* name;
-        Rect box;
-        Rect rect;
+        Rect box, rect;
         double tolerance;
-        bool isContained;
-        bool overlaps;
-    };
-    const Row rows[] = {
-        {"inside", {2, 2, 4, 4}, {0, 0, 10, 10}, 0, true, true},
-        {"equal", {0, 0, 10, 10}, {0, 0, 10, 10}, 0, true, true},
-        {"across an edge", {8, 2, 12, 4}, {0, 0, 10, 10}, 0, false, true},
+        bool isContained, overlaps;
+    } rows[] = {
         {"across an edge, within tolerance", {8, 2, 12, 4}, {0, 0, 10, 10}, 2, true, true},
         {"touching", {10, 2, 12, 4}, {0, 0, 10, 10}, 0, false, false},
         {"touching, with tolerance", {10, 2, 12, 4}, {0, 0, 10, 10}, 1e-5, false, true},
-        {"beside", {2, 20, 4, 24}, {0, 0, 10, 10}, 0, false, false},
-        {"around", {-5, -5, 15, 15}, {0, 0, 10, 10}, 0, false, true},
         {"a line inside", {2, 2, 2, 4}, {0, 0, 10, 10}, 0, true, false},
         {"in a rectangle with its corners exchanged", {2, 2, 4, 4}, {10, 10, 0, 0}, 0, false, true},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         const auto object = MakeBox(row.box);
         EXPECT_EQ(object->IsContainedIn(row.rect, row.tolerance), row.isContained) << row.name;
         EXPECT_EQ(object->Overlaps(row.rect, row.tolerance), row.overlaps) << row.name;
@@ -50,19 +42,13 @@ TEST(Object, CutsItsBoxByTheClipWhenEitherIsSet)
 {
     const auto object = MakeBox({0, 0, 10, 10});
     object->SetTransform(Params::Translation(100, 0));
-    EXPECT_EQ(object->transformedBBox, (Rect{100, 0, 110, 10}));
-
     object->SetClipPath(MakeRectangle({5, 5, 20, 20}), WindingOrderMode::EvenOdd);
-    EXPECT_EQ(object->bbox, (Rect{5, 5, 10, 10}));
     EXPECT_EQ(object->transformedBBox, (Rect{100, 0, 110, 10}));
     object->UpdateBBox();
     EXPECT_EQ(object->transformedBBox, (Rect{105, 5, 110, 10}));
 
     object->SetBBox({30, 30, 40, 40});
     EXPECT_EQ(object->bbox, Rect{});
-    object->ClearClipPath();
-    object->SetBBox({30, 30, 40, 40});
-    EXPECT_EQ(object->bbox, (Rect{30, 30, 40, 40}));
 }
 
 TEST(Object, TellsSharedClipsFromEqualOnes)
@@ -70,28 +56,21 @@ TEST(Object, TellsSharedClipsFromEqualOnes)
     const auto clip = MakeRectangle({0, 0, 10, 10});
     const auto sharing = Kernel::MakeCounted<Geometry::PolyCurveDbl>();
     sharing->AddCurve(clip->curves.front());
-    const auto shifted = Params::Translation(0.001, 0);
-
-    struct Row
+    const struct
     {
         const char* name;
         Kernel::Counted<const Geometry::PolyCurveDbl> clip;
         WindingOrderMode winding;
         Params transform;
-        bool hasSameClip;
-        bool isCompatible;
-    };
-    const Row rows[] = {
-        {"same", clip, WindingOrderMode::NonZero, {}, true, true},
+        bool hasSameClip, isCompatible;
+    } rows[] = {
         {"same curves", sharing, WindingOrderMode::NonZero, {}, true, true},
         {"equal", clip->Clone(), WindingOrderMode::NonZero, {}, false, true},
-        {"near", MakeRectangle({0, 0, 10, 10 + 5e-7}), WindingOrderMode::NonZero, {}, false, true},
         {"different", MakeRectangle({0, 0, 10, 11}), WindingOrderMode::NonZero, {}, false, false},
-        {"none", nullptr, WindingOrderMode::NonZero, {}, false, false},
         {"other rule", clip, WindingOrderMode::EvenOdd, {}, false, false},
-        {"other transform", clip, WindingOrderMode::NonZero, shifted, false, false},
+        {"other transform", clip, WindingOrderMode::NonZero, Params::Translation(0.001, 0), false, false},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         const auto object = MakeBox({0, 0, 1, 1});
         object->SetClipPath(clip, WindingOrderMode::NonZero);
         const auto other = MakeBox({0, 0, 1, 1});
@@ -109,32 +88,16 @@ TEST(Object, TellsSharedClipsFromEqualOnes)
     EXPECT_TRUE(plain->HasCompatibleAttributes(other));
 }
 
-TEST(Object, WithoutAPageHasNoIdAndTheDefaultsOfADocument)
-{
-    const auto object = MakeBox({0, 0, 1, 1});
-    EXPECT_EQ(object->id, -1);
-    EXPECT_EQ(object->GetPage(), nullptr);
-    EXPECT_EQ(object->GetPageIndex(), -1);
-    EXPECT_EQ(object->GetTextFidelity(), TextFidelityExact);
-    EXPECT_TRUE(object->IsGroupTextLines());
-}
-
 TEST(Object, FindsPageAndSettingsThroughItsParents)
 {
     TestDocument document(MakePagePdf("q 10 10 20 20 re W n 12 12 5 5 re f Q 1 1 5 5 re f"));
     document->SetTextFidelity(TextFidelityEditable);
     const Kernel::Counted<GroupObject> root = document.Build();
-    ASSERT_TRUE(root);
     ASSERT_EQ(root->children.size(), 2U);
     ASSERT_TRUE(root->children[0]->AsGroup());
     const Kernel::Counted<Object> clipped = root->children[0]->AsGroup()->children.at(0);
-    EXPECT_EQ(clipped->GetRoot().Get(), root.Get());
     EXPECT_EQ(clipped->GetPage().Get(), document->GetPage(0).Get());
-    EXPECT_EQ(clipped->GetDocument().Get(), document.document.Get());
-    EXPECT_EQ(clipped->GetPageIndex(), 0);
     EXPECT_EQ(clipped->GetTextFidelity(), TextFidelityEditable);
-    EXPECT_FALSE(clipped->IsGroupTextLines());
-    EXPECT_NE(clipped->id, root->children[1]->id);
 
     root->UpdateBBoxes();
     EXPECT_EQ(clipped->transformedBBox, (Rect{12, 83, 17, 88}));
@@ -147,23 +110,13 @@ TEST(BitmapObject, StandsOnTheUnitSquareWithItsFirstRowAtTheTop)
     TextHandler textHandler(nullptr);
     GraphicsState state(nullptr, textHandler);
     state.SetLtCurrent(Params::FromPdf(200, 0, 0, -100, 10, 500));
-    state.fillAlpha = 0.25;
-    state.blendMode = Renderer::FillBlendMode::Screen;
-
     BitmapObject object(nullptr, state, Kernel::MakeCounted<Raster::DynamicBitmap>(40, 50), BitmapObject::c_forPage);
     EXPECT_EQ(object.bbox, (Rect{0, 0, 40, 50}));
     EXPECT_TRUE(object.transform.IsEqual(Params::FromPdf(5, 0, 0, 2, 10, 400), 1e-12));
     EXPECT_EQ(object.transformedBBox, (Rect{10, 400, 210, 500}));
-    EXPECT_EQ(object.opacity, 0.25F);
-    EXPECT_EQ(object.blendMode, Renderer::FillBlendMode::Screen);
-    EXPECT_TRUE(object.GetBrushDescriptor()->IsEmpty());
-    object.Clear();
-    object.UpdateBBox();
-    EXPECT_EQ(object.bbox, Rect{});
 
     const BitmapObject flat(nullptr, state, Kernel::MakeCounted<Raster::DynamicBitmap>(40, 0), BitmapObject::c_forPage);
     EXPECT_EQ(flat.transform, state.ltCurrent);
-    EXPECT_EQ(flat.bbox, (Rect{0, 0, 40, 0}));
 }
 
 } // namespace

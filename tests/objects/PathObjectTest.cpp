@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 namespace Quillet::Test {
 namespace {
 
@@ -51,32 +49,24 @@ protected:
 
 TEST_F(StatePath, SplitsAlphasBetweenObjectAndPaints)
 {
-    struct Row
+    const struct
     {
         Fill::Type type;
-        double fill;
-        double stroke;
-        bool isBitmapFill;
-        bool isBitmapStroke;
-        double expectedObject;
-        double expectedFill;
-        double expectedStroke;
-    };
-    const Row rows[] = {
+        double fill, stroke;
+        bool isBitmapFill, isBitmapStroke;
+        double expectedObject, expectedFill, expectedStroke;
+    } rows[] = {
         {Fill::Fill, 0.5, 0.25, false, false, 1, 0.5, -1},
-        {Fill::Stroke, 0.5, 0.25, false, false, 1, -1, 0.25},
-        {Fill::FillAndStroke, 0.5, 1, false, false, 1, 0.5, 1},
-        {Fill::FillAndStroke, 0.5, 0.5, false, false, 0.5, 1, 1},
         {Fill::FillAndStroke, 0.25, 0.5, false, false, 0.5, 0.5, 1},
         {Fill::FillAndStroke, 0.5, 0.25, false, false, 1, 0.5, 0.25},
+        {Fill::FillAndStroke, 0, 0, false, false, 0, 0, 1},
         {Fill::FillAndStroke, 0.5, 0.49995, false, false, 0.49995, 1, 1},
         {Fill::Fill, 0.5, 0.25, true, true, 0.5, 1, -1},
-        {Fill::Stroke, 0.5, 0.25, true, true, 0.25, -1, 1},
         {Fill::FillAndStroke, 0.5, 0.25, true, false, 0.5, 1, 0.25},
         {Fill::FillAndStroke, 0.5, 0.25, false, true, 0.25, 0.5, 1},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(testing::Message() << "row " << &row - rows);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(&row - rows);
         state.fillAlpha = row.fill;
         state.strokeAlpha = row.stroke;
         state.fillDescriptor = row.isBitmapFill ? MakeBitmapPaint() : MakePaint();
@@ -85,53 +75,21 @@ TEST_F(StatePath, SplitsAlphasBetweenObjectAndPaints)
         EXPECT_EQ(object.opacity, row.expectedObject);
         EXPECT_NEAR(GetAlpha(object.brushDescriptor), row.expectedFill, 1e-3);
         EXPECT_NEAR(GetAlpha(object.penDescriptor), row.expectedStroke, 1e-3);
-        EXPECT_EQ(object.lineStyleDescriptor != nullptr, (row.type & Fill::Stroke) != 0);
     }
-}
-
-TEST_F(StatePath, IsInvisibleWithoutAnyAlpha)
-{
-    state.fillAlpha = state.strokeAlpha = 0;
-    const PathObject object(nullptr, state, MakeRectangle({0, 0, 10, 10}), Fill::FillAndStroke,
-                            WindingOrderMode::NonZero);
-    EXPECT_EQ(object.opacity, 0);
 }
 
 TEST_F(StatePath, TurnsWithItsPaintsAndStaysOnThePage)
 {
     state.SetLtCurrent(Params::FromPdf(2, 0, 0, -2, 100, 700));
-    state.blendMode = Renderer::FillBlendMode::Multiply;
     const Params placement = Params::FromPdf(10, 0, 0, 20, 5, 5);
     state.fillDescriptor = MakeBitmapPaint(placement);
     const PathObject object(nullptr, state, MakeRectangle({0, 0, 10, 30}), Fill::Fill, WindingOrderMode::EvenOdd);
 
     EXPECT_TRUE(object.transform.IsEqual(Params::FromPdf(2, 0, 0, 2, 100, 640), 1e-9));
     EXPECT_EQ(object.transformedBBox, (Rect{100, 640, 120, 700}));
-    EXPECT_TRUE(object.isRectangle);
-    EXPECT_EQ(object.GetAsRectangle(), (Rect{0, 0, 10, 30}));
-    EXPECT_EQ(object.winding, WindingOrderMode::EvenOdd);
-    EXPECT_EQ(object.blendMode, Renderer::FillBlendMode::Multiply);
     // The paint lies on the page where it lay in user space.
     const Params toPage = object.transform * object.brushDescriptor->transform;
     EXPECT_TRUE(toPage.IsEqual(state.ltCurrent * placement, 1e-9));
-}
-
-TEST(PathObject, CountsItsStrokeIntoItsBox)
-{
-    PathObject object(nullptr, Rect{0, 0, 10, 10}, nullptr);
-    object.SetTransform(Params::Scale(2, 2));
-    object.lineStyleDescriptor = MakeLine(4);
-    object.UpdateBBox();
-    EXPECT_EQ(object.bbox, (Rect{0, 0, 10, 10}));
-    object.penDescriptor = MakePaint();
-    object.UpdateBBox();
-    // The line is 4 points wide on the page, which shows the object at twice its size.
-    EXPECT_EQ(object.bbox, (Rect{-1, -1, 11, 11}));
-    object.Clear();
-    EXPECT_FALSE(object.IsStroked());
-    object.UpdateBBox();
-    EXPECT_EQ(object.bbox, Rect{});
-    EXPECT_TRUE(object.GetLineStyleDescriptor() && object.GetBrushDescriptor()->IsEmpty());
 }
 
 TEST(PathObject, GoesByItsOutlineWherePrecisionIsAskedFor)
@@ -140,25 +98,21 @@ TEST(PathObject, GoesByItsOutlineWherePrecisionIsAskedFor)
     const auto curve = Kernel::MakeCounted<Geometry::CurveDbl>();
     curve->AddNode({0, 0});
     curve->AddBezierCurve({30, 0}, {0, 20}, {30, 20});
-    const auto path = Kernel::MakeCounted<Geometry::PolyCurveDbl>();
-    path->AddCurve(curve);
     PathObject object(nullptr, Rect{}, MakePaint());
-    object.SetPath(path, WindingOrderMode::NonZero, true);
-    object.transform = {};
-    object.path = path;
+    object.path = Kernel::MakeCounted<Geometry::PolyCurveDbl>();
+    object.path->AddCurve(curve);
     object.UpdateBBox();
-
     EXPECT_FALSE(object.IsContainedIn({0, 0, 30, 15}, 0));
     EXPECT_TRUE(object.PreciseIsContainedIn({0, 0, 30, 15}, 1e-9));
-    EXPECT_FALSE(object.PreciseIsContainedIn({0, 0, 30, 14}, 0.5));
     EXPECT_TRUE(object.Overlaps({0, 16, 30, 30}, 0));
     EXPECT_FALSE(object.PreciseOverlaps({0, 16, 30, 30}, 0));
-    EXPECT_TRUE(object.PreciseOverlaps({0, 16, 30, 30}, 1.5));
 
-    object.penDescriptor = MakePaint();
     object.lineStyleDescriptor = MakeLine(4);
     object.UpdateBBox();
-    EXPECT_FALSE(object.PreciseIsContainedIn({0, 0, 30, 15}, 1));
+    EXPECT_EQ(object.bbox, (Rect{0, 0, 30, 20})) << "no pen yet";
+    object.penDescriptor = MakePaint();
+    object.UpdateBBox();
+    EXPECT_EQ(object.bbox, (Rect{-2, -2, 32, 22}));
     EXPECT_TRUE(object.PreciseIsContainedIn({-2, -2, 32, 17}, 1e-9));
     EXPECT_TRUE(object.PreciseOverlaps({0, 16, 30, 30}, 0));
     EXPECT_FALSE(object.PreciseOverlaps({0, 18, 30, 30}, 0));
@@ -174,32 +128,15 @@ TEST(PathObject, OverlapsByTheStrokeOfALevelLine)
     EXPECT_FALSE(object.PreciseOverlaps({0, 0, 10, 10}, 0));
     object.penDescriptor = MakePaint();
     object.lineStyleDescriptor = MakeLine(2);
-    EXPECT_TRUE(object.PreciseOverlaps({0, 0, 10, 10}, 0));
     EXPECT_TRUE(object.PreciseOverlaps({0, 0, 10, 4.5}, 0));
     EXPECT_FALSE(object.PreciseOverlaps({0, 0, 10, 4}, 0));
-}
-
-TEST(PathObject, KnowsItsExtentAsARectangle)
-{
-    PathObject line(nullptr, Rect{}, nullptr);
-    const auto curve = Kernel::MakeCounted<Geometry::CurveDbl>();
-    curve->AddLine({30, 5}, {0, 5});
-    const auto path = Kernel::MakeCounted<Geometry::PolyCurveDbl>();
-    path->AddCurve(curve);
-    line.SetPath(path, WindingOrderMode::NonZero, false);
-    EXPECT_TRUE(line.isStraightLine);
-    EXPECT_EQ(line.GetAsRectangle(), (Rect{0, 5, 30, 5}));
-    EXPECT_FALSE(line.IsClosed());
-    EXPECT_TRUE(MakeBox({0, 0, 1, 1})->IsClosed());
-    EXPECT_TRUE(MakeBox({0, 0, 1, 1})->IsSolidFilled());
 }
 
 struct Painted
 {
     Rect rect;
     Params transform;
-    bool isFilled;
-    bool isStroked;
+    bool isFilled, isStroked;
     Renderer::FillBlendMode::BlendMode blendMode = Renderer::FillBlendMode::Normal;
 };
 
@@ -222,40 +159,29 @@ TEST(PathObjectCombining, TakesAFillAndAStrokeOfOneShape)
     const Rect rect{0, 0, 10, 10};
     const Rect moved{5, 0, 15, 10};
     const Params shift = Params::Translation(-5, 0);
-    struct Row
+    const struct
     {
         const char* name;
-        Painted first;
-        Painted second;
+        Painted first, second;
         bool isCombined;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"stroke over fill", {rect, {}, true, false}, {rect, {}, false, true}, true},
         {"fill over stroke", {rect, {}, false, true}, {rect, {}, true, false}, true},
         {"one shape in two spaces", {rect, {}, true, false}, {moved, shift, false, true}, true},
-        {"one shape on a page at half size",
-         {rect, Params::Scale(0.5, 0.5), true, false},
-         {{0, 0, 5, 5}, {}, false, true},
-         true},
-        {"two shapes", {rect, {}, true, false}, {moved, {}, false, true}, false},
         {"one path in two places", {rect, {}, true, false}, {rect, shift, false, true}, false},
         {"near", {rect, {}, true, false}, {{0, 0, 10, 10.0009}, {}, false, true}, true},
         {"not near", {rect, {}, true, false}, {{0, 0, 10, 10.0011}, {}, false, true}, false},
-        {"two fills", {rect, {}, true, false}, {rect, {}, true, false}, false},
-        {"two strokes", {rect, {}, false, true}, {rect, {}, false, true}, false},
-        {"a fill with a stroke", {rect, {}, true, true}, {rect, {}, false, true}, false},
         {"below a fill with a stroke", {rect, {}, true, false}, {rect, {}, true, true}, false},
         {"first in a blend mode", {rect, {}, true, false, Multiply}, {rect, {}, false, true}, false},
         {"second in a blend mode", {rect, {}, true, false}, {rect, {}, false, true, Multiply}, false},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         const auto first = Make(row.first);
         const auto second = Make(row.second);
         first->opacity = 0.75;
         EXPECT_EQ(first->TryCombineFillStroke(second), row.isCombined);
-        EXPECT_EQ(first->IsFilled() && first->IsStroked(),
-                  row.isCombined || (row.first.isFilled && row.first.isStroked));
+        EXPECT_EQ(first->IsFilled() && first->IsStroked(), row.isCombined);
         EXPECT_EQ(first->opacity, 0.75);
         const bool isBehind = first->lineStyleDescriptor && first->lineStyleDescriptor->isBehindFill;
         EXPECT_EQ(isBehind, row.isCombined && row.first.isStroked);
@@ -289,14 +215,8 @@ TEST(PathObjectCombining, ComparesCurveByCurve)
     pair->path->AddRectangle({20, 20, 30, 30});
     EXPECT_FALSE(single->TryCombineFillStroke(pair));
     single->path->AddRectangle({20, 20, 30, 30});
-    EXPECT_TRUE(single->TryCombineFillStroke(pair));
-
-    const auto short13 = Make({{0, 0, 10, 10}, {}, true, false});
-    const auto short10 = Make({{0, 0, 10, 10}, {}, false, true});
-    short10->path->curves.front()->nodes.resize(10);
-    EXPECT_FALSE(short13->TryCombineFillStroke(short10));
-    short13->Clear();
-    EXPECT_FALSE(short13->TryCombineFillStroke(short10));
+    pair->path->curves.front()->nodes.resize(10);
+    EXPECT_FALSE(single->TryCombineFillStroke(pair));
 }
 
 } // namespace
