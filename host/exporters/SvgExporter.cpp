@@ -101,6 +101,9 @@ public:
         Set(svg, "xmlns:inkscape", "http://www.inkscape.org/namespaces/inkscape");
         Set(svg, "xmlns:sodipodi", "http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd");
         Set(svg, "version", "1.1");
+        // A page is an isolated group that is painted before it is put on paper (ISO 32000-2, 11.4.7): its blend modes
+        // never see the paper.
+        Set(svg, "style", "isolation:isolate");
         Set(svg, "width", width + "pt");
         Set(svg, "height", height + "pt");
         Set(svg, "viewBox", "0 0 " + width + " " + height);

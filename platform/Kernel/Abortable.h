@@ -6,8 +6,8 @@ namespace Kernel {
 
 /// Base of long work that its caller can stop.
 ///
-/// The caller owns a flag and gives its address; the work reads it at safe points and stops early, without an error, once
-/// it is true. Any thread, or a signal handler, may set it.
+/// The caller owns a flag and gives its address; the work reads it at safe points and stops early, without an error,
+/// once it is true. Any thread, or a signal handler, may set it.
 class QUILLET_API Abortable
 {
 public:

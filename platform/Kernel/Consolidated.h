@@ -66,8 +66,8 @@ private:
     Counted<const T> value;
 };
 
-/// Interns an object that the caller gives up: it becomes the shared one, or goes if an equal one exists. No other thread
-/// may hold the object yet.
+/// Interns an object that the caller gives up: it becomes the shared one, or goes if an equal one exists. No other
+/// thread may hold the object yet.
 template <typename T>
 Consolidated<std::remove_const_t<T>> ConsolidateObjectSacrifice(Counted<T> object)
 {

@@ -10,8 +10,9 @@ namespace Kernel {
 
 /// An upright rectangle by its corners, kept in order: `left` <= `right`, `top` <= `bottom`.
 ///
-/// `top` is the smaller y whatever the direction of y: on a page with y upward it is the lower edge. The empty rectangle
-/// holds the lowest value in all four places and means "no rectangle"; a rectangle of zeros has a place but no extent.
+/// `top` is the smaller y whatever the direction of y: on a page with y upward it is the lower edge. The empty
+/// rectangle holds the lowest value in all four places and means "no rectangle"; a rectangle of zeros has a place but
+/// no extent.
 template <typename T>
 struct RectT
 {

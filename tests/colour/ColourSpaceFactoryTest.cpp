@@ -19,7 +19,6 @@
 namespace Quillet {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 /// A document whose page has the colour spaces `spaces` by name; further objects count from 5.

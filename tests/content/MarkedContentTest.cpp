@@ -12,7 +12,6 @@
 namespace Quillet::Test {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 /// A page with the groups A (object 5) and B (object 6), a membership dictionary M and a nameless group N.

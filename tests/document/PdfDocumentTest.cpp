@@ -17,9 +17,7 @@
 namespace Quillet {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 const std::string c_content = "0 0 10 10 re f";
 

@@ -190,7 +190,7 @@ TEST(XRefsTest, ObjectStreamInItselfIsEmpty)
 {
     std::string file = MakeBuilder().BuildCompressed();
     // Object 4 is the object stream: give it an entry that says it lies in itself.
-    const std::size_t record = file.rfind("stream\n", file.rfind("endstream")) + 7 + 4 * 7;
+    const std::size_t record = file.rfind("stream\n", file.rfind("endstream")) + 7 + 4u * 7;
     file.replace(record, 7, std::string("\2\0\0\0\4\0\0", 7));
     TestDocument document(file);
     EXPECT_FALSE(document.isOpen);

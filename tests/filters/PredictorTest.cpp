@@ -40,7 +40,10 @@ std::string FilterAsPng(const std::string& rows, const Picture& picture, const s
 {
     const int width = picture.RowBytes();
     const auto at = [&](int x, int y) {
-        return x < 0 || y < 0 ? 0 : static_cast<unsigned char>(rows[static_cast<std::size_t>(y * width + x)]);
+        return x < 0 || y < 0
+                   ? 0
+                   : static_cast<unsigned char>(rows[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                                                     static_cast<std::size_t>(x)]);
     };
     std::string out;
     for (int y = 0; y < static_cast<int>(rows.size()) / width; ++y) {

@@ -13,7 +13,7 @@ public:
     void OnError(Error::Type type) const override
     {
         kinds.push_back(type);
-        ErrorHandler::OnError(type);
+        ErrorForwarder::OnError(type);
     }
 
     mutable std::vector<int> kinds;
