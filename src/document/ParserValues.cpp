@@ -237,9 +237,9 @@ std::string Parser::GetSimpleTokenAsString()
     case TokenReal:
         return Kernel::FormatString("%1", tokenReal);
     case TokenName:
-        return "/" + tokenText;
+        return std::string("/").append(tokenText);
     case TokenString:
-        return "(" + GetTokenString() + ")";
+        return std::string("(").append(GetTokenString()).append(")");
     case TokenArrayStart:
         break;
     default:
@@ -255,7 +255,7 @@ std::string Parser::GetSimpleTokenAsString()
         if (!elements.empty()) elements += ' ';
         elements += element;
     }
-    return "[" + elements + "]";
+    return std::string("[").append(elements).append("]");
 }
 
 Kernel::Counted<Parser> Parser::Dereference()
