@@ -70,7 +70,8 @@ class Conversion
 public:
     Conversion(const ConvertOptions& usedOptions, const PdfDocument& document, PageRange pageRange)
         : options(usedOptions), range(std::move(pageRange)), queue(range.GetLength(), usedOptions.jobs + 2),
-          progress(!options.input.isQuiet, range.GetLength()), title(document.GetTitle())
+          progress(!options.input.isQuiet, range.GetLength()), title(document.GetTitle()),
+          profiles(document.GetICCProfiles(-1))
     {
         std::error_code error;
         if (std::filesystem::is_directory(options.out, error)) {
@@ -115,7 +116,7 @@ private:
     {
         if (!result.root || Interrupt::IsSet()) return {};
         try {
-            if (options.format == Format::Svg) return MakeSvg(*result.page, *result.root, title);
+            if (options.format == Format::Svg) return MakeSvg(*result.page, *result.root, title, profiles);
             return MakePageJson(*result.page, index, *result.root, result.problems, firstId);
         } catch (const std::exception&) {
             result.root = nullptr;
@@ -199,6 +200,7 @@ private:
     PageQueue idTurns{0, 0};
     Progress progress;
     std::string title;
+    const Raster::ICCManager::ICCProfileSet profiles;
     std::unique_ptr<OutputFile> json;
     long long nextId = 0;
     std::atomic<bool> isStopped = false;

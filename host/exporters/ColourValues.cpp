@@ -31,7 +31,8 @@ ColourValues::ColourValues(const Colour& colour)
         values = {cmyk->pixel.cyan, cmyk->pixel.magenta, cmyk->pixel.yellow, cmyk->pixel.black};
     } else if (const auto* lab = dynamic_cast<const ColourLAB*>(any)) {
         model = "lab";
-        values = {lab->pixel.lightness / 655.35, lab->pixel.a / 257.0 - 128, lab->pixel.b / 257.0 - 128};
+        const ColourLAB::LabValues components = lab->GetLab();
+        values = {components.lightness, components.a, components.b};
     }
 }
 

@@ -14,7 +14,7 @@ struct ColourValues
 
     /// "gray", "rgb", "cmyk", "lab", "named" or "registration".
     std::string_view model;
-    /// 0 to 1 each; L from 0 to 100 and a, b from -128 to 127 for Lab; of a named colour, its tint.
+    /// 0 to 1 each; L from 0 to 100 and a, b in their own units for Lab; of a named colour, its tint.
     std::vector<double> values;
 };
 

@@ -91,7 +91,8 @@ bool IsSimilarity(const Params& transform)
 class SvgWriter
 {
 public:
-    SvgWriter(const Page& page, const std::string& title)
+    SvgWriter(const Page& page, const std::string& title, const Raster::ICCManager::ICCProfileSet& usedProfiles)
+        : profiles(usedProfiles)
     {
         const auto size = PageBase::ApplyRotate(page.GetTrimBox(), page.GetRotate());
         const std::string width = MakeNumber(size.GetWidth());
@@ -219,15 +220,15 @@ private:
         Set(node, "clip-path", "url(#" + found->second + ")");
     }
 
-    static void SetPaint(pugi::xml_node node, const char* name, const char* opacityName,
-                         const Renderer::FillDescriptor& descriptor)
+    void SetPaint(pugi::xml_node node, const char* name, const char* opacityName,
+                  const Renderer::FillDescriptor& descriptor)
     {
         const auto colour = descriptor.IsEmpty() ? nullptr : descriptor.fill->GetColour();
         if (!colour) {
             Set(node, name, "none");
             return;
         }
-        const auto pixel = colour->GetRgbaPixel();
+        const auto pixel = colour->GetRgbaPixel(profiles);
         char text[8] = "#";
         const float channels[] = {pixel.red, pixel.green, pixel.blue};
         for (int i = 0; i < 3; ++i) {
@@ -309,6 +310,7 @@ private:
         if (!style.empty()) Set(node, "style", style);
     }
 
+    const Raster::ICCManager::ICCProfileSet& profiles;
     pugi::xml_document document;
     pugi::xml_node svg;
     pugi::xml_node defs;
@@ -317,9 +319,10 @@ private:
 
 } // namespace
 
-std::string MakeSvg(const Page& page, const GroupObject& root, const std::string& title)
+std::string MakeSvg(const Page& page, const GroupObject& root, const std::string& title,
+                    const Raster::ICCManager::ICCProfileSet& profiles)
 {
-    return SvgWriter(page, title).Write(root);
+    return SvgWriter(page, title, profiles).Write(root);
 }
 
 } // namespace Host

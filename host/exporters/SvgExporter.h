@@ -1,5 +1,7 @@
 #pragma once
 
+#include <pixels/ICCManager.h>
+
 #include <string>
 
 namespace Quillet {
@@ -10,7 +12,8 @@ class Page;
 namespace Host {
 
 /// A page as an SVG document that a vector editor opens with its structure: layers as layers, groups as groups, clips
-/// as clip paths, transforms kept on their objects. A unit is a point.
-std::string MakeSvg(const Quillet::Page& page, const Quillet::GroupObject& root, const std::string& title);
+/// as clip paths, transforms kept on their objects. A unit is a point. Colours become sRGB by way of `profiles`.
+std::string MakeSvg(const Quillet::Page& page, const Quillet::GroupObject& root, const std::string& title,
+                    const Raster::ICCManager::ICCProfileSet& profiles);
 
 } // namespace Host

@@ -109,6 +109,9 @@ public:
     int GetDefaultPageIndex() const { return 0; }
     /// The index of a page of this document; -1 if it is none.
     int GetPageIndex(Kernel::NonCounted<const Page> page) const;
+    /// By which profiles the colours of a page are meant, -1 being the whole document: that of the document's output
+    /// intent for its model, then the host's defaults, then the machine's. So far all pages have the same.
+    Raster::ICCManager::ICCProfileSet GetICCProfiles(int pageIndex) const;
     int MakeObjectId() const { return nextObjectId++; }
 
     // Members, which other classes of the library read.

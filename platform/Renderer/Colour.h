@@ -2,7 +2,7 @@
 
 #include <Kernel/Consolidated.h>
 #include <Kernel/Export.h>
-#include <pixels/ColourSpace.h>
+#include <pixels/ICCManager.h>
 #include <pixels/Pixel.h>
 
 #include <string>
@@ -28,9 +28,13 @@ public:
     virtual float GetAlpha() const = 0;
     const std::string& GetName() const { return name; }
 
-    /// The colour in sRGB with its alpha, without profiles. Gray and RGB components come as they are, even outside 0 to
-    /// 1; other models give 0 to 1.
-    virtual Raster::PixelRgbF GetRgbaPixel() const = 0;
+    /// The colour in its own model; of a named colour, its alternative.
+    virtual Raster::ModelPixel GetModelPixel() const = 0;
+    /// The colour in sRGB with its alpha, as `Raster::ICCManager::MakeRgba` has it. An empty set converts by formula.
+    Raster::PixelRgbF GetRgbaPixel(const Raster::ICCManager::ICCProfileSet& profiles) const
+    {
+        return Raster::ICCManager::GetInstance().MakeRgba(GetModelPixel(), profiles);
+    }
 
     /// The colour by components that shows this one: itself, or a named colour's alternative. Lives as long as this.
     virtual const Colour& GetPlain() const { return *this; }

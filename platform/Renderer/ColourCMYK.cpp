@@ -1,8 +1,6 @@
 #include <Renderer/ColourCMYK.h>
 #include <Renderer/ValueKey.h>
 
-#include <algorithm>
-
 namespace Renderer {
 
 namespace {
@@ -17,13 +15,6 @@ auto GetKey(const ColourCMYK& colour)
 float FromByte(std::uint8_t sample)
 {
     return static_cast<float>(sample) / 255.0f;
-}
-
-/// The light that an ink leaves when black lies over it. Black takes its share first, so full black is black whatever
-/// else is printed.
-float GetLight(float ink, float black)
-{
-    return 1.0f - std::clamp(ink * (1.0f - black) + black, 0.0f, 1.0f);
 }
 
 } // namespace
@@ -41,10 +32,9 @@ Kernel::Consolidated<Colour> ColourCMYK::Create(const Raster::PixelCmyk8& pixel,
     return Kernel::ConsolidateObjectPostAlloc(ColourCMYK(inks, tint, intensity, std::move(name)));
 }
 
-Raster::PixelRgbF ColourCMYK::GetRgbaPixel() const
+Raster::ModelPixel ColourCMYK::GetModelPixel() const
 {
-    return Raster::PixelRgbF(GetLight(pixel.cyan, pixel.black), GetLight(pixel.magenta, pixel.black),
-                             GetLight(pixel.yellow, pixel.black), pixel.alpha);
+    return {GetModel(), {pixel.cyan, pixel.magenta, pixel.yellow, pixel.black}, pixel.alpha};
 }
 
 Kernel::Consolidated<Colour> ColourCMYK::MakeWithAlpha(float alpha) const

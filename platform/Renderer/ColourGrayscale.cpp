@@ -24,9 +24,9 @@ Kernel::Consolidated<Colour> ColourGrayscale::Create(double gray, double tint, d
         ColourGrayscale(Raster::PixelGrayF(static_cast<float>(gray), 1.0f), tint, intensity, std::move(name)));
 }
 
-Raster::PixelRgbF ColourGrayscale::GetRgbaPixel() const
+Raster::ModelPixel ColourGrayscale::GetModelPixel() const
 {
-    return Raster::PixelRgbF(pixel.intensity, pixel.intensity, pixel.intensity, pixel.alpha);
+    return {GetModel(), {pixel.intensity}, pixel.alpha};
 }
 
 Kernel::Consolidated<Colour> ColourGrayscale::MakeWithAlpha(float alpha) const

@@ -17,7 +17,7 @@ public:
 
     Raster::ColourSpace GetModel() const override { return Raster::ColourSpace::Gray; }
     float GetAlpha() const override { return pixel.alpha; }
-    Raster::PixelRgbF GetRgbaPixel() const override;
+    Raster::ModelPixel GetModelPixel() const override;
     Kernel::Consolidated<Colour> MakeWithAlpha(float alpha) const override;
     Kernel::Counted<Colour> Clone() const override;
 

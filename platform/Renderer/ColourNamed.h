@@ -19,7 +19,7 @@ public:
 
     Raster::ColourSpace GetModel() const override { return alternative->GetModel(); }
     float GetAlpha() const override { return alternative->GetAlpha(); }
-    Raster::PixelRgbF GetRgbaPixel() const override { return alternative->GetRgbaPixel(); }
+    Raster::ModelPixel GetModelPixel() const override { return alternative->GetModelPixel(); }
     const Colour& GetPlain() const override { return alternative->GetPlain(); }
     Kernel::Consolidated<Colour> MakeWithAlpha(float alpha) const override;
     Kernel::Counted<Colour> Clone() const override;

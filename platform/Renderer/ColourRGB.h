@@ -16,7 +16,10 @@ public:
 
     Raster::ColourSpace GetModel() const override { return Raster::ColourSpace::Rgb; }
     float GetAlpha() const override { return pixel.alpha; }
-    Raster::PixelRgbF GetRgbaPixel() const override { return pixel; }
+    Raster::ModelPixel GetModelPixel() const override
+    {
+        return {GetModel(), {pixel.red, pixel.green, pixel.blue}, pixel.alpha};
+    }
     Kernel::Consolidated<Colour> MakeWithAlpha(float alpha) const override;
     Kernel::Counted<Colour> Clone() const override;
 

@@ -41,10 +41,25 @@ void OpSetColour::Execute(const ArgVec& args) const
     state.SetFillDescriptor(isStroke, current->MakePatternFillDescriptor(GetColour(args, count), name, stack));
 }
 
+void OpSetColour::AddRasterFormats(RasterFormatPicker& picker, const ArgVec&) const
+{
+    if (space) space->AddRasterFormats(picker, false);
+}
+
+Kernel::Counted<const ColourSpace> OpSetColourSpace::MakeSpace(const ArgVec& args) const
+{
+    return GetColourSpaceFactory()->Make(args.GetName(0), nullptr, GetResources());
+}
+
+void OpSetColourSpace::AddRasterFormats(RasterFormatPicker& picker, const ArgVec& args) const
+{
+    if (const auto space = MakeSpace(args)) space->AddRasterFormats(picker, false);
+}
+
 void OpSetColourSpace::Execute(const ArgVec& args) const
 {
     CheckCall(c_category, args, 1);
-    const auto space = GetColourSpaceFactory()->Make(args.GetName(0), nullptr, GetResources());
+    const auto space = MakeSpace(args);
     if (!space) return;
     GetState().SetColourSpace(isStroke, space);
     GetState().SetFillDescriptor(isStroke, space->MakeDefaultFillDescriptor());

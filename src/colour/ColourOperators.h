@@ -13,6 +13,7 @@ public:
     OpSetColour(bool isForStroke, Kernel::Counted<const ColourSpace> fixedSpace);
 
     void Execute(const ArgVec& args) const override;
+    void AddRasterFormats(RasterFormatPicker& picker, const ArgVec& args) const override;
 
     bool isStroke;
     Kernel::Counted<const ColourSpace> space;
@@ -25,8 +26,12 @@ public:
     explicit OpSetColourSpace(bool isForStroke) : isStroke(isForStroke) {}
 
     void Execute(const ArgVec& args) const override;
+    void AddRasterFormats(RasterFormatPicker& picker, const ArgVec& args) const override;
 
     bool isStroke;
+
+private:
+    Kernel::Counted<const ColourSpace> MakeSpace(const ArgVec& args) const;
 };
 
 } // namespace Quillet

@@ -1,5 +1,9 @@
 #include "colour/ColourSpace.h"
 
+#include "colour/Function.h"
+#include "colour/MultitoneBitmap.h"
+#include "document/Dictionary.h"
+
 #include <Renderer/FillSolid.h>
 
 namespace Quillet {
@@ -7,6 +11,30 @@ namespace Quillet {
 bool ColourSpace::IsColouredPattern(const std::string&) const
 {
     return false;
+}
+
+Kernel::Counted<const MultitoneBitmap> ColourSpace::LoadRawBitmap(Kernel::Counted<Dictionary>, Kernel::SizeT<int>,
+                                                                  const ImageDecode&) const
+{
+    return nullptr;
+}
+
+Kernel::Counted<Raster::DynamicBitmap> ColourSpace::LoadBitmap(Kernel::Counted<const MultitoneBitmap>,
+                                                               const Kernel::Counted<const Function>&) const
+{
+    return nullptr;
+}
+
+Kernel::Counted<Raster::DynamicBitmap> ColourSpace::LoadBitmap(Kernel::Counted<const MultitoneBitmap>,
+                                                               const std::vector<Colour>&) const
+{
+    return nullptr;
+}
+
+Kernel::Counted<Raster::DynamicBitmap> ColourSpace::LoadBitmap(const unsigned char*, unsigned long, Kernel::SizeT<int>,
+                                                               const ImageDecode&) const
+{
+    return nullptr;
 }
 
 Kernel::Counted<Renderer::FillDescriptor> ColourSpace::MakeFillDescriptor(const Colour& colour) const

@@ -5,14 +5,59 @@
 #include "colour/DeviceRgbColourSpace.h"
 #include "colour/IccBasedColourSpace.h"
 #include "colour/IndexedColourSpace.h"
+#include "colour/LabColourSpace.h"
+#include "colour/MultitoneColourSpace.h"
 #include "colour/PatternColourSpace.h"
 #include "content/Resources.h"
+#include "document/Dictionary.h"
 #include "document/Guard.h"
-#include "document/Parser.h"
+#include "document/Limits.h"
 
 #include <Kernel/Trace.h>
+#include <pixels/ICCManager.h>
+
+#include <algorithm>
+#include <iterator>
 
 namespace Quillet {
+
+namespace {
+
+struct StandardOutputIntent
+{
+    std::string_view identifier;
+    const char* profileName;
+};
+
+/// Printing conditions by the names of the characterisation registry, and the profiles that hosts have for them.
+constexpr StandardOutputIntent c_standardOutputIntents[] = {
+    {"CGATS TR 001", "U.S. Web Coated (SWOP) v2"},
+    {"FOGRA27", "Coated FOGRA27 (ISO 12647-2:2004)"},
+    {"FOGRA28", "Web Coated FOGRA28 (ISO 12647-2:2004)"},
+    {"FOGRA29", "Uncoated FOGRA28 (ISO 12647-2:2004)"},
+    {"FOGRA39", "Coated FOGRA39 (ISO 12647-2:2004)"},
+    {"JC200103", "Japan Color 2001 Coated"},
+    {"JC200104", "Japan Color 2001 Uncoated"},
+    {"JCN2002", "Japan Color 2002 Newspaper"},
+};
+
+Kernel::Consolidated<Raster::ICCProfile> FindProfile(const std::string& conditionIdentifier)
+{
+    auto& manager = Raster::ICCManager::GetInstance();
+    if (auto profile = manager.GetProfileForString(conditionIdentifier)) return profile;
+    const auto* row =
+        std::ranges::find(c_standardOutputIntents, conditionIdentifier, &StandardOutputIntent::identifier);
+    return row != std::end(c_standardOutputIntents) ? manager.GetProfileForString(row->profileName) : nullptr;
+}
+
+/// Spaces that are defined by the rest of their array, which a bare name does not have.
+bool HasParameters(const std::string& name)
+{
+    constexpr std::string_view c_names[] = {"Pattern", "ICCBased", "Indexed", "Separation", "DeviceN", "Lab"};
+    return std::ranges::find(c_names, name) != std::end(c_names);
+}
+
+} // namespace
 
 ColourSpaceFactory::ColourSpaceFactory(const ErrorHandler* documentHandler)
     : ErrorForwarder(documentHandler), deviceGray(Kernel::MakeCounted<DeviceGrayColourSpace>()),
@@ -29,8 +74,7 @@ Kernel::Counted<const ColourSpace> ColourSpaceFactory::Make(Kernel::Counted<Pars
     if (parser->tokenType == Token::TokenName) {
         const std::string name = parser->GetTokenName();
         // Behind a bare name stands what does not belong to it, up to the end of the file.
-        const bool readsOn = name == "Pattern" || name == "ICCBased" || name == "Indexed";
-        return Make(name, readsOn ? nullptr : parser, resources);
+        return Make(name, HasParameters(name) ? nullptr : parser, resources);
     }
     if (!parser->Check(parser->tokenType == Token::TokenArrayStart, parser->errorType)) return nullptr;
     return MakeFromArray(parser, resources);
@@ -48,6 +92,8 @@ ColourSpaceFactory::MakeFromArray(Kernel::Counted<Parser> parser, Kernel::NonCou
     auto space = Make(name, parser, resources);
     if (parser->GetPosition() == position) parser->NextToken();
     if (!parser->Check(parser->tokenType == Token::TokenArrayEnd, parser->errorType)) return nullptr;
+    // Spaces that are kept can be built upon one by one, without ever going deep here.
+    if (!parser->Check(!space || space->nesting <= Limits::c_maxDescent, parser->errorType)) return nullptr;
     return space;
 }
 
@@ -65,6 +111,11 @@ Kernel::Counted<const ColourSpace> ColourSpaceFactory::Make(const std::string& n
             return Kernel::MakeCounted<const IndexedColourSpace>(parser, owned,
                                                                  Kernel::Counted<const ColourSpaceFactory>(this));
         }
+        if (name == "Separation" || name == "DeviceN") {
+            return Kernel::MakeCounted<const MultitoneColourSpace>(parser, owned,
+                                                                   Kernel::Counted<const ColourSpaceFactory>(this));
+        }
+        if (name == "Lab") return LabColourSpace::Make(parser, resources, this);
         if (name == "CalGray") return MakeCalibrated("Quillet: CalGray\n", parser, deviceGray);
         if (name == "CalRGB") return MakeCalibrated("Quillet: CalRGB\n", parser, deviceRgb);
     }
@@ -125,6 +176,58 @@ Kernel::Counted<const ColourSpace> ColourSpaceFactory::MakeCalibrated(const char
     if (parser->NextToken() == Token::TokenDictStart) parser->SkipToDictionaryEnd();
     parser->NextToken();
     return device;
+}
+
+void ColourSpaceFactory::ReadOutputIntents(const Ref& ref)
+{
+    // What an earlier file of the same document object asked for is forgotten.
+    outputProfile = nullptr;
+    outputComponents = 0;
+    for (DeviceColourSpace* device :
+         {static_cast<DeviceColourSpace*>(deviceGray.Get()), static_cast<DeviceColourSpace*>(deviceRgb.Get()),
+          static_cast<DeviceColourSpace*>(deviceCmyk.Get())}) {
+        device->SetICCProfile(nullptr);
+    }
+    if (ref.IsNull()) return;
+    Parser parser(ref);
+    if (!parser.Skip(Token::TokenArrayStart)) return;
+    while (parser.NextToken() != Token::TokenArrayEnd && !parser.AtEnd()) {
+        if (ReadOutputIntent(parser.GetTokenRef())) return;
+        if (parser.tokenType == Token::TokenDictStart) parser.SkipToObjectEnd();
+    }
+}
+
+bool ColourSpaceFactory::ReadOutputIntent(const Ref& ref)
+{
+    Dictionary intent(ref);
+    if (const Ref stream = intent.GetRef("DestOutputProfile"); !stream.IsNull()) {
+        const auto dictionary = Kernel::MakeCounted<Dictionary>(stream);
+        outputProfile = IccBasedColourSpace::ReadProfile(dictionary);
+        outputComponents = dictionary->GetInt("N", 0);
+    }
+    if (!outputProfile) outputProfile = FindProfile(intent.GetString("OutputConditionIdentifier"));
+    UpdateOutputProfile();
+    return static_cast<bool>(outputProfile);
+}
+
+void ColourSpaceFactory::UpdateOutputProfile()
+{
+    if (!outputProfile) return;
+    switch (outputProfile->GetColourSpace()) {
+    case Raster::ColourSpace::Gray:
+        deviceGray->SetICCProfile(outputProfile);
+        break;
+    case Raster::ColourSpace::Rgb:
+        deviceRgb->SetICCProfile(outputProfile);
+        break;
+    case Raster::ColourSpace::Cmyk:
+        deviceCmyk->SetICCProfile(outputProfile);
+        break;
+    case Raster::ColourSpace::None:
+    case Raster::ColourSpace::Lab:
+    case Raster::ColourSpace::OtherRgb:
+        break;
+    }
 }
 
 } // namespace Quillet

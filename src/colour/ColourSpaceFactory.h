@@ -12,6 +12,7 @@ class DeviceCmykColourSpace;
 class DeviceGrayColourSpace;
 class DeviceRgbColourSpace;
 class Parser;
+class Ref;
 class Resources;
 
 /// Decides which colour space a name or an array of the document stands for. One belongs to each document, and to the
@@ -46,9 +47,21 @@ public:
     Kernel::Counted<const ColourSpace> MakeDevice(const char* defaultName, Kernel::Counted<const ColourSpace> device,
                                                   Kernel::NonCounted<const Resources> resources) const;
 
+    /// Reads the catalog's array of output intents (ISO 32000-2, 14.11.5) up to the first that gives a profile, which
+    /// becomes that of the device of its model.
+    void ReadOutputIntents(const Ref& ref);
+    /// Whether there is an output profile now.
+    bool ReadOutputIntent(const Ref& ref);
+    void UpdateOutputProfile();
+    /// Null if no intent gives one.
+    Kernel::Consolidated<Raster::ICCProfile> GetOutputProfile() const { return outputProfile; }
+
     Kernel::Counted<DeviceGrayColourSpace> deviceGray;
     Kernel::Counted<DeviceRgbColourSpace> deviceRgb;
     Kernel::Counted<DeviceCmykColourSpace> deviceCmyk;
+    Kernel::Consolidated<Raster::ICCProfile> outputProfile;
+    /// "N" of the last output profile; 0 without one.
+    int outputComponents = 0;
 
 private:
     Kernel::Counted<const ColourSpace> MakeCalibrated(const char* trace, Kernel::Counted<Parser> parser,

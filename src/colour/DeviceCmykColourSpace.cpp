@@ -1,8 +1,15 @@
 #include "colour/DeviceCmykColourSpace.h"
 
+#include "graphics/RasterFormatPicker.h"
+
 #include <Renderer/ColourCMYK.h>
 
 namespace Quillet {
+
+void DeviceCmykColourSpace::AddRasterFormats(RasterFormatPicker& picker, bool isExplicit) const
+{
+    picker.Add(Raster::Format::Cmyk8, profile, isExplicit);
+}
 
 Kernel::Consolidated<Renderer::Colour> DeviceCmykColourSpace::MakeColour(const Colour& colour) const
 {

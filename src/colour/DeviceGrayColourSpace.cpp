@@ -1,8 +1,15 @@
 #include "colour/DeviceGrayColourSpace.h"
 
+#include "graphics/RasterFormatPicker.h"
+
 #include <Renderer/ColourGrayscale.h>
 
 namespace Quillet {
+
+void DeviceGrayColourSpace::AddRasterFormats(RasterFormatPicker& picker, bool isExplicit) const
+{
+    picker.Add(Raster::Format::Gray8, profile, isExplicit);
+}
 
 Kernel::Consolidated<Renderer::Colour> DeviceGrayColourSpace::MakeColour(const Colour& colour) const
 {

@@ -9,6 +9,7 @@ class QUILLET_API DeviceGrayColourSpace : public DeviceColourSpace
 public:
     int GetComponentCount() const override { return 1; }
     int GetFormat() const override { return 1; }
+    void AddRasterFormats(RasterFormatPicker& picker, bool isExplicit) const override;
     Kernel::Consolidated<Renderer::Colour> MakeColour(const Colour& colour) const override;
 };
 

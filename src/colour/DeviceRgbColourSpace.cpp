@@ -1,8 +1,15 @@
 #include "colour/DeviceRgbColourSpace.h"
 
+#include "graphics/RasterFormatPicker.h"
+
 #include <Renderer/ColourRGB.h>
 
 namespace Quillet {
+
+void DeviceRgbColourSpace::AddRasterFormats(RasterFormatPicker& picker, bool isExplicit) const
+{
+    picker.Add(Raster::Format::Rgb8, profile, isExplicit);
+}
 
 Kernel::Consolidated<Renderer::Colour> DeviceRgbColourSpace::MakeColour(const Colour& colour) const
 {

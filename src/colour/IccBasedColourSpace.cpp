@@ -3,6 +3,10 @@
 #include "colour/ColourSpaceFactory.h"
 #include "content/Resources.h"
 #include "document/Dictionary.h"
+#include "filters/Stream.h"
+#include "graphics/RasterFormatPicker.h"
+
+#include <pixels/ICCManager.h>
 
 namespace Quillet {
 
@@ -25,6 +29,27 @@ IccBasedColourSpace::IccBasedColourSpace(const Ref& stream, Kernel::NonCounted<c
     const int componentCount = dictionary->GetInt("N", 1);
     if (dictionary->DictionarySeek("Alternate")) alternate = factory->Make(dictionary, resources);
     if (!alternate) alternate = factory->Make(resources, componentCount);
+    SetNestedIn(alternate.Get());
+    profile = ReadProfile(dictionary);
+}
+
+Kernel::Consolidated<Raster::ICCProfile> IccBasedColourSpace::ReadProfile(Kernel::Counted<Dictionary> dictionary)
+{
+    std::vector<char> bytes;
+    Stream(dictionary).ReadAll(bytes);
+    auto profile = Raster::ICCManager::GetInstance().AddProfileFromMemory(
+        bytes.data(), static_cast<unsigned int>(bytes.size()), nullptr);
+    dictionary->Check(static_cast<bool>(profile), Error::UnimplementedColourProfile);
+    return profile;
+}
+
+void IccBasedColourSpace::AddRasterFormats(RasterFormatPicker& picker, bool isExplicit) const
+{
+    if (profile) {
+        picker.Add(Raster::Format::None, profile, isExplicit);
+    } else {
+        alternate->AddRasterFormats(picker, isExplicit);
+    }
 }
 
 Kernel::Consolidated<Renderer::Colour> IccBasedColourSpace::MakeColour(const Colour& colour) const

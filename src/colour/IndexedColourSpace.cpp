@@ -1,6 +1,7 @@
 #include "colour/IndexedColourSpace.h"
 
 #include "colour/ColourSpaceFactory.h"
+#include "colour/Round.h"
 #include "content/Resources.h"
 #include "document/Dictionary.h"
 #include "filters/Stream.h"
@@ -17,15 +18,6 @@ namespace {
 /// The most that a byte can select.
 constexpr int c_maxEntryCount = 256;
 
-/// `value` to the nearest whole number, held to the range of a byte; 0 for what is no number.
-int RoundToByte(double value)
-{
-    // The largest double below a half: the half itself would take the number just below it upward.
-    constexpr double almostHalf = 0.49999999999999994;
-    if (!(value > 0)) return 0;
-    return static_cast<int>(std::min(value, 255.0) + almostHalf);
-}
-
 } // namespace
 
 IndexedColourSpace::IndexedColourSpace(Kernel::Counted<Parser> parser, Kernel::Counted<const Resources> resources,
@@ -33,6 +25,7 @@ IndexedColourSpace::IndexedColourSpace(Kernel::Counted<Parser> parser, Kernel::C
     : base(factory->Make(parser, resources))
 {
     if (!parser->Check(base && !base->IsIndexed(), parser->errorType)) return;
+    SetNestedIn(base.Get());
     const long long maxIndex = parser->NextInt();
     if (!parser->Check(maxIndex >= 0 && maxIndex < c_maxEntryCount, parser->errorType)) return;
     parser->NextToken();
@@ -85,10 +78,20 @@ void IndexedColourSpace::LoadTableFromStream(Kernel::Counted<Dictionary> diction
     table.resize(static_cast<std::size_t>(entryCount), Colour(base->GetComponentCount()));
 }
 
+void IndexedColourSpace::AddRasterFormats(RasterFormatPicker& picker, bool isExplicit) const
+{
+    if (base) base->AddRasterFormats(picker, isExplicit);
+}
+
+Kernel::Consolidated<Raster::ICCProfile> IndexedColourSpace::GetICCProfile() const
+{
+    return base ? base->GetICCProfile() : nullptr;
+}
+
 Kernel::Consolidated<Renderer::Colour> IndexedColourSpace::MakeColour(const Colour& colour) const
 {
     if (!base) return Renderer::ColourGrayscale::Create(0.0, 1.0, 1.0, {});
-    const auto index = static_cast<std::size_t>(RoundToByte(colour[0] * 255.0));
+    const auto index = static_cast<std::size_t>(std::clamp(Round(colour[0] * 255.0), 0, 255));
     return index < table.size() ? base->MakeColour(table[index]) : base->MakeDefaultColour();
 }
 

@@ -24,6 +24,8 @@ public:
     /// -1 for an empty palette.
     int GetMaxIndex() const override { return static_cast<int>(table.size()) - 1; }
     int GetFormat() const override { return 0; }
+    void AddRasterFormats(RasterFormatPicker& picker, bool isExplicit) const override;
+    Kernel::Consolidated<Raster::ICCProfile> GetICCProfile() const override;
     /// The component is a fraction of the full byte range and no entry number: 1 and above select entry 255. An entry
     /// outside the palette gives the base's default colour.
     Kernel::Consolidated<Renderer::Colour> MakeColour(const Colour& colour) const override;

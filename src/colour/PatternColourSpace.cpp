@@ -27,6 +27,7 @@ void PatternColourSpace::ReadUnderlying(Parser& array, Kernel::NonCounted<const 
     } else if (parser->tokenType == Token::TokenArrayStart) {
         underlying = factory->MakeFromArray(parser, scope);
     }
+    SetNestedIn(underlying.Get());
     array.NextToken();
     array.Check(underlying && !underlying->IsPattern(), array.errorType);
 }
@@ -34,6 +35,16 @@ void PatternColourSpace::ReadUnderlying(Parser& array, Kernel::NonCounted<const 
 bool PatternColourSpace::IsColouredPattern(const std::string&) const
 {
     return false;
+}
+
+void PatternColourSpace::AddRasterFormats(RasterFormatPicker& picker, bool isExplicit) const
+{
+    if (underlying) underlying->AddRasterFormats(picker, isExplicit);
+}
+
+Kernel::Consolidated<Raster::ICCProfile> PatternColourSpace::GetICCProfile() const
+{
+    return underlying ? underlying->GetICCProfile() : nullptr;
 }
 
 Kernel::Counted<Renderer::FillDescriptor> PatternColourSpace::MakeDefaultFillDescriptor() const

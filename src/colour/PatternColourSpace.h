@@ -22,6 +22,8 @@ public:
     bool IsColouredPattern(const std::string& name) const override;
     int GetComponentCount() const override { return underlying ? underlying->GetComponentCount() : 0; }
     int GetFormat() const override { return underlying ? underlying->GetFormat() : 0; }
+    void AddRasterFormats(RasterFormatPicker& picker, bool isExplicit) const override;
+    Kernel::Consolidated<Raster::ICCProfile> GetICCProfile() const override;
     Kernel::Counted<Renderer::FillDescriptor> MakeDefaultFillDescriptor() const override;
     /// Raises `UnimplementedFill` and gives no fill for a pattern that is not there.
     Kernel::Counted<Renderer::FillDescriptor>

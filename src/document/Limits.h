@@ -20,6 +20,15 @@ inline constexpr unsigned long long c_maxRecordLength = 4096;
 /// Each takes some hundred bytes of stack, a few thousand under a sanitizer.
 inline constexpr int c_maxDescent = 600;
 
+/// Functions within functions. Each level of direct ones is read once more for the level above it.
+inline constexpr int c_maxFunctionNesting = 64;
+
+/// Elements of a calculator function, all its procedures together; real ones have some dozens.
+inline constexpr unsigned long long c_maxProgramLength = 1ull << 20;
+
+/// Colours of one gradient. Functions of functions share their parts, so a small file can ask for any number.
+inline constexpr unsigned long long c_maxGradientStops = 1ull << 16;
+
 /// Work of one page, in the units of `Guard::Page::Spend`: an operator is 1, a path segment 4, an object of the
 /// tree 25. The largest maps stay below a tenth of it; it bounds a page to a few gigabytes and a minute.
 inline constexpr long long c_maxPageWork = 100'000'000;

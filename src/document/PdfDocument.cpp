@@ -264,6 +264,7 @@ void PdfDocument::ReadCatalog()
         pages = Pages::GetPageTree(pagesRef, 0, nullptr);
         Check(static_cast<bool>(pages), Error::PageTree);
     }
+    colourSpaceFactory->ReadOutputIntents(catalog.GetRef("OutputIntents"));
     ocProperties = Kernel::MakeCounted<OCProperties>(catalog.GetRef("OCProperties"));
 }
 
@@ -356,6 +357,20 @@ int PdfDocument::GetPageIndex(Kernel::NonCounted<const Page> page) const
         if (GetPage(index).Get() == page.Get()) return index;
     }
     return -1;
+}
+
+Raster::ICCManager::ICCProfileSet PdfDocument::GetICCProfiles(int) const
+{
+    Raster::ICCManager::ICCProfileSet profiles = defaultProfiles;
+    if (const auto output = colourSpaceFactory->GetOutputProfile())
+        profiles.SetProfile(output->GetColourSpace(), output);
+    for (int i = 1; i < Raster::c_colourSpaceCount; ++i) {
+        const auto model = static_cast<Raster::ColourSpace>(i);
+        if (!profiles.GetProfileFor(model)) {
+            profiles.SetProfile(model, Raster::ICCManager::GetInstance().GetDefaultProfile(model));
+        }
+    }
+    return profiles;
 }
 
 } // namespace Quillet

@@ -2,22 +2,24 @@
 
 #include <Kernel/Consolidated.h>
 #include <Kernel/Export.h>
+#include <Kernel/Counted.h>
 #include <pixels/Format.h>
 #include <pixels/ICCProfile.h>
+#include <pixels/ICCTransform.h>
+#include <pixels/InstalledProfiles.h>
+#include <pixels/ModelPixel.h>
+#include <pixels/Pixel.h>
+#include <pixels/RenderingIntent.h>
 
 #include <array>
+#include <mutex>
+#include <string>
+#include <vector>
 
 namespace Raster {
 
-/// ICC.1:2010, 7.2.15.
-enum class RenderingIntent : int {
-    Perceptual = 0,
-    RelativeColorimetric = 1,
-    Saturation = 2,
-    AbsoluteColorimetric = 3,
-};
-
-/// Everything about profiles.
+/// Everything about profiles: where they come from, and what they make of colours. One for the process; any number of
+/// threads may use it.
 class QUILLET_API ICCManager
 {
 public:
@@ -43,6 +45,48 @@ public:
         /// By the model's number.
         std::array<Kernel::Consolidated<ICCProfile>, c_colourSpaceCount> profiles;
     };
+
+    static ICCManager& GetInstance();
+    /// For tests: what `GetInstance` gives knows the machine's own profiles.
+    explicit ICCManager(InstalledProfiles machineProfiles = {});
+
+    /// Copies the bytes; null if they are no profile. `name` is for messages; null takes the profile's description.
+    Kernel::Consolidated<ICCProfile> AddProfileFromMemory(const void* bytes, unsigned int length, const char* name);
+    /// Takes over a handle of Little CMS; null for null.
+    Kernel::Consolidated<ICCProfile> CreateProfile(void* handle);
+    /// The installed profile with that description, in UTF-8; null if there is none.
+    Kernel::Consolidated<ICCProfile> GetProfileForString(const std::string& name);
+    /// What colours without a profile are taken for: sRGB, gray with the same curve, and Lab under D50. Null for the
+    /// other models, whose colours are converted by formula.
+    Kernel::Consolidated<ICCProfile> GetDefaultProfile(ColourSpace model) const;
+    /// The profile describes colours of the format's model.
+    static bool CanApplyProfileToFormat(const Kernel::Consolidated<ICCProfile>& profile, Format format);
+
+    /// One transform for each way to ask, kept for the next time. Null if either profile is, and for profiles that
+    /// cannot be connected; that is found out, and traced, once.
+    Kernel::Counted<const ICCTransform> GetTransformForProfiles(const Kernel::Consolidated<ICCProfile>& source,
+                                                                const Kernel::Consolidated<ICCProfile>& dest,
+                                                                RenderingIntent intent, bool hasBlackPointCompensation);
+
+    /// The colour in sRGB by way of its model's profile in `profiles`; without one, or with one that is of no use, by
+    /// formula, or for Lab by the default profile. Gray and RGB of the default profiles come as they are, even outside
+    /// 0 to 1; all others give 0 to 1.
+    PixelRgbF MakeRgba(const ModelPixel& pixel, const ICCProfileSet& profiles);
+
+private:
+    struct CachedTransform
+    {
+        Kernel::Consolidated<ICCProfile> source;
+        Kernel::Consolidated<ICCProfile> dest;
+        RenderingIntent intent;
+        bool hasBlackPointCompensation;
+        Kernel::Counted<const ICCTransform> transform;
+    };
+
+    std::mutex lock;
+    InstalledProfiles installedProfiles;
+    std::vector<CachedTransform> transforms;
+    ICCProfileSet defaultProfiles;
 };
 
 } // namespace Raster

@@ -6,8 +6,8 @@
 
 namespace Raster {
 
-ICCProfile::ICCProfile(std::vector<std::uint8_t> profileBytes, ColourSpace profileModel)
-    : bytes(std::move(profileBytes)), model(profileModel),
+ICCProfile::ICCProfile(std::vector<std::uint8_t> profileBytes, ColourSpace profileModel, std::string profileName)
+    : bytes(std::move(profileBytes)), model(profileModel), name(std::move(profileName)),
       hash(std::hash<std::string_view>{}({reinterpret_cast<const char*>(bytes.data()), bytes.size()}))
 {}
 

@@ -75,7 +75,7 @@ TEST(Colour, ShowsAsRgb)
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
         EXPECT_EQ(row.colour->GetModel(), row.model);
-        const Raster::PixelRgbF pixel = row.colour->GetRgbaPixel();
+        const Raster::PixelRgbF pixel = row.colour->GetRgbaPixel({});
         EXPECT_NEAR(pixel.red, row.red, row.tolerance);
         EXPECT_NEAR(pixel.green, row.green, row.tolerance);
         EXPECT_NEAR(pixel.blue, row.blue, row.tolerance);

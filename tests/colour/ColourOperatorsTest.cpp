@@ -1,5 +1,7 @@
 #include "colour/ColourOperators.h"
 
+#include "colour/TestProfile.h"
+
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
 
@@ -46,7 +48,7 @@ void CheckCase(const Case& c, const std::string& spaces)
     SCOPED_TRACE(c.content);
     PageParts parts;
     parts.resources = "/ColorSpace << " + spaces + " >>";
-    parts.objects = {PdfBuilder::MakeStream("", "/N 3 /Alternate /DeviceRGB"), "/DeviceCMYK"};
+    parts.objects = {PdfBuilder::MakeStream(MakeTestProfile(), "/N 3 /Alternate /DeviceRGB"), "/DeviceCMYK"};
     TestDocument document(MakePagePdf(std::string(c.content) + " 0 0 10 10 re B", parts));
     const auto root = document.Build();
     ASSERT_TRUE(root);

@@ -6,8 +6,11 @@
 #include "colour/IccBasedColourSpace.h"
 #include "colour/IndexedColourSpace.h"
 #include "colour/PatternColourSpace.h"
+#include "colour/TestProfile.h"
 #include "content/Resources.h"
 #include "document/Dictionary.h"
+#include "document/Limits.h"
+#include "graphics/RasterFormatPicker.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
 
@@ -69,6 +72,8 @@ TEST(ColourSpaceFactoryTest, GivesNullForWhatIsNoSpace)
         {"[/Unknown]", {}},
         {"/Indexed", {}},
         {"/ICCBased", {}},
+        {"/Separation", {}},
+        {"/Lab", {}},
         {"[/I /DeviceRGB 0 <000000>]", {Error::General}},
         // Spaces that are defined through themselves.
         {"/X", {}},
@@ -87,7 +92,7 @@ TEST(ColourSpaceFactoryTest, GivesNullForWhatIsNoSpace)
 TEST(ColourSpaceFactoryTest, PutsDefaultsInTheDevicesPlace)
 {
     Spaces spaces("/DefaultRGB [/ICCBased 5 0 R] /DefaultCMYK /DeviceGray /A [/Indexed /DeviceRGB 0 <000000>]",
-                  {PdfBuilder::MakeStream("", "/N 3 /Alternate /DeviceRGB")});
+                  {PdfBuilder::MakeStream(MakeTestProfile(), "/N 3 /Alternate /DeviceRGB")});
     const auto rgb = Kernel::DynamicCast<const IccBasedColourSpace>(spaces.factory.MakeDeviceRgb(spaces.resources));
     ASSERT_TRUE(rgb);
     // Within the look-up the device is itself.
@@ -125,9 +130,10 @@ TEST(ColourSpaceFactoryTest, ReadsProfiledSpacesOnceAndThroughTheirAlternate)
 {
     Spaces spaces("/A [/ICCBased 5 0 R] /B [/ICCBased 5 0 R] /C [/ICCBased 6 0 R] /D [/ICCBased 7 0 R] "
                   "/E [/ICCBased 8 0 R] /F [/ICCBased]",
-                  {PdfBuilder::MakeStream("", "/N 4"), PdfBuilder::MakeStream("", "/N 3 /Alternate /DeviceGray"),
-                   PdfBuilder::MakeStream("", "/N 3 /Alternate [/ICCBased 8 0 R]"),
-                   PdfBuilder::MakeStream("", "/N 4 /Alternate [/ICCBased 7 0 R]")});
+                  {PdfBuilder::MakeStream(MakeTestProfile(), "/N 4"),
+                   PdfBuilder::MakeStream(MakeTestProfile(), "/N 3 /Alternate /DeviceGray"),
+                   PdfBuilder::MakeStream(MakeTestProfile(), "/N 3 /Alternate [/ICCBased 8 0 R]"),
+                   PdfBuilder::MakeStream(MakeTestProfile(), "/N 4 /Alternate [/ICCBased 7 0 R]")});
     const auto a = spaces.Get("A");
     ASSERT_TRUE(a);
     EXPECT_EQ(a, spaces.Get("B"));
@@ -142,6 +148,50 @@ TEST(ColourSpaceFactoryTest, ReadsProfiledSpacesOnceAndThroughTheirAlternate)
     EXPECT_FALSE(spaces.Get("D")->IsSpecial());
     EXPECT_FALSE(spaces.document.GetErrors().empty());
     spaces.Get("F");
+}
+
+TEST(ColourSpaceFactoryTest, WorksThroughTheAlternateOfADamagedProfile)
+{
+    Spaces spaces("/A [/ICCBased 5 0 R] /B [/ICCBased 6 0 R]",
+                  {PdfBuilder::MakeStream("no profile", "/N 4"), PdfBuilder::MakeStream(MakeTestProfile(), "/N 4")});
+    const auto damaged = spaces.Get("A");
+    ASSERT_TRUE(damaged);
+    EXPECT_EQ(spaces.document.GetErrors(), std::vector<int>{Error::UnimplementedColourProfile});
+    EXPECT_FALSE(damaged->GetICCProfile());
+    EXPECT_EQ(damaged->GetComponentCount(), 4);
+    RasterFormatPicker picker;
+    damaged->AddRasterFormats(picker, false);
+    EXPECT_EQ(picker.GetFormat(), Raster::Format::Cmyk8);
+
+    // "N" says four, the profile RGB: colours go by the one, images by the other.
+    RasterFormatPicker other;
+    spaces.Get("B")->AddRasterFormats(other, true);
+    EXPECT_EQ(other.GetFormat(), Raster::Format::Rgb8);
+    EXPECT_EQ(other.profiles.GetProfileFor(Raster::ColourSpace::Rgb), spaces.Get("B")->GetICCProfile());
+    EXPECT_EQ(spaces.Get("B")->MakeDefaultColour()->GetModel(), Raster::ColourSpace::Cmyk);
+}
+
+TEST(ColourSpaceFactoryTest, EndsChainsThatAreBuiltOneByOne)
+{
+    // Each space has the next for its alternate, and each is asked for from the last on.
+    constexpr int c_count = 5000;
+    std::vector<std::string> objects;
+    std::string names;
+    for (int i = 0; i < c_count; ++i) {
+        objects.push_back(PdfBuilder::MakeStream("", "/N 3 /Alternate [/ICCBased " + std::to_string(6 + i) + " 0 R]"));
+        names += "/C" + std::to_string(i) + " [/ICCBased " + std::to_string(5 + i) + " 0 R] ";
+    }
+    objects.push_back(PdfBuilder::MakeStream("", "/N 3"));
+    Spaces spaces(names, objects);
+    int spaceCount = 0;
+    for (int i = c_count; --i >= 0;) {
+        const auto space = spaces.Get("C" + std::to_string(i));
+        if (!space) continue;
+        ++spaceCount;
+        EXPECT_LE(space->nesting, Limits::c_maxDescent);
+    }
+    // One in so many is refused, and the next starts anew from a device.
+    EXPECT_GT(spaceCount, c_count - c_count / 100);
 }
 
 TEST(ColourSpaceFactoryTest, EndsDeepNesting)
@@ -177,7 +227,7 @@ TEST(PatternColourSpaceTest, FindsItsUnderlyingSpace)
     for (const Case& c : cases) {
         SCOPED_TRACE(c.space);
         Spaces spaces("/Other /DeviceGray /X " + std::string(c.space) + " /Y /DeviceRGB",
-                      {PdfBuilder::MakeStream("", "/N 3"), "[/ICCBased 5 0 R]", "/DeviceCMYK"});
+                      {PdfBuilder::MakeStream(MakeTestProfile(), "/N 3"), "[/ICCBased 5 0 R]", "/DeviceCMYK"});
         const auto space = spaces.Get("X");
         ASSERT_TRUE(space);
         EXPECT_TRUE(space->IsPattern());

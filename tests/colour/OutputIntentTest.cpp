@@ -1,0 +1,93 @@
+#include "colour/ColourSpaceFactory.h"
+#include "colour/DeviceCmykColourSpace.h"
+#include "colour/DeviceGrayColourSpace.h"
+#include "colour/DeviceRgbColourSpace.h"
+#include "colour/TestProfile.h"
+#include "support/PdfBuilder.h"
+#include "support/TestDocument.h"
+
+#include <gmock/gmock.h>
+
+namespace Quillet {
+namespace {
+
+struct Intents
+{
+    Intents(const std::string& intents, std::vector<std::string> objects)
+        : document(MakePagePdf("", {.objects = std::move(objects), .catalog = "/OutputIntents " + intents})),
+          factory(*document->colourSpaceFactory)
+    {}
+
+    TestDocument document;
+    ColourSpaceFactory& factory;
+};
+
+TEST(OutputIntentTest, GivesItsProfileToTheDeviceOfItsModel)
+{
+    struct Case
+    {
+        const char* model;
+        bool isGray;
+        bool isRgb;
+        bool isCmyk;
+    };
+    const Case cases[] = {{"GRAY", true, false, false},
+                          {"RGB ", false, true, false},
+                          {"CMYK", false, false, true},
+                          {"Lab ", false, false, false}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.model);
+        const Intents intents("[6 0 R]", {PdfBuilder::MakeStream(MakeTestProfile(c.model), "/N 4"),
+                                          "<< /S /GTS_PDFX /DestOutputProfile 5 0 R >>"});
+        const auto profile = intents.factory.GetOutputProfile();
+        ASSERT_TRUE(profile);
+        EXPECT_EQ(intents.factory.outputComponents, 4);
+        EXPECT_EQ(intents.factory.deviceGray->GetICCProfile() == profile, c.isGray);
+        EXPECT_EQ(intents.factory.deviceRgb->GetICCProfile() == profile, c.isRgb);
+        EXPECT_EQ(intents.factory.deviceCmyk->GetICCProfile() == profile, c.isCmyk);
+        EXPECT_EQ(intents.document->GetICCProfiles(-1).GetProfileFor(profile->GetColourSpace()), profile);
+        EXPECT_THAT(intents.document.GetErrors(), testing::IsEmpty());
+    }
+}
+
+TEST(OutputIntentTest, TakesTheFirstThatGivesAProfile)
+{
+    const std::string good = PdfBuilder::MakeStream(MakeTestProfile("CMYK"), "/N 4");
+    const std::string bad = PdfBuilder::MakeStream("no profile", "/N 3");
+    struct Case
+    {
+        const char* intents;
+        bool hasProfile;
+        std::vector<int> errors;
+    };
+    const Case cases[] = {
+        // The second is not opened: it would raise something.
+        {"[<< /DestOutputProfile 5 0 R >> << /DestOutputProfile 6 0 R >>]", true, {}},
+        {"[<< /DestOutputProfile 6 0 R >> << /DestOutputProfile 5 0 R >>]", true, {Error::UnimplementedColourProfile}},
+        {"[<< /DestOutputProfile 6 0 R >>]", false, {Error::UnimplementedColourProfile}},
+        {"[<< /OutputConditionIdentifier (No such condition) >>]", false, {}},
+        {"[]", false, {}},
+        {"7", false, {Error::General}},
+        {"null", false, {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.intents);
+        const Intents intents(c.intents, {good, bad});
+        EXPECT_TRUE(intents.document.isOpen);
+        EXPECT_EQ(static_cast<bool>(intents.factory.GetOutputProfile()), c.hasProfile);
+        EXPECT_EQ(intents.document.GetErrors(), c.errors);
+    }
+}
+
+TEST(OutputIntentTest, IsForgottenWithItsFile)
+{
+    Intents intents("[<< /DestOutputProfile 5 0 R >>]", {PdfBuilder::MakeStream(MakeTestProfile("CMYK"))});
+    ASSERT_TRUE(intents.factory.GetOutputProfile());
+    const std::string plain = MakePagePdf("");
+    ASSERT_TRUE(intents.document->OpenMemory(plain.data(), plain.size()));
+    EXPECT_FALSE(intents.factory.GetOutputProfile());
+    EXPECT_FALSE(intents.factory.deviceCmyk->GetICCProfile());
+}
+
+} // namespace
+} // namespace Quillet
