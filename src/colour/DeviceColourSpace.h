@@ -2,6 +2,8 @@
 
 #include "colour/ColourSpace.h"
 
+#include <utility>
+
 namespace Quillet {
 
 /// Base of the three spaces that name the inks or lights of a device.
@@ -14,7 +16,7 @@ public:
     std::vector<double> GetDefaultDecodeVec(int bitsPerComponent) const override;
     Kernel::Consolidated<Raster::ICCProfile> GetICCProfile() const override { return profile; }
     /// Replaces the profile: the document's output intent says which device is meant.
-    void SetICCProfile(Kernel::Consolidated<Raster::ICCProfile> newProfile) { profile = newProfile; }
+    void SetICCProfile(Kernel::Consolidated<Raster::ICCProfile> newProfile) { profile = std::move(newProfile); }
 
     /// Null for a device that the document does not say more about.
     Kernel::Consolidated<Raster::ICCProfile> profile;

@@ -50,7 +50,8 @@ Raster::Format GetFormatOf(Raster::ColourSpace model)
 
 } // namespace
 
-int RasterFormatPicker::Add(Raster::Format used, Kernel::Consolidated<Raster::ICCProfile> profile, bool isExplicitUse)
+int RasterFormatPicker::Add(Raster::Format used, const Kernel::Consolidated<Raster::ICCProfile>& profile,
+                            bool isExplicitUse)
 {
     if (profile) {
         AddProfile(profile, isExplicitUse);

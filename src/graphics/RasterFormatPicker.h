@@ -15,7 +15,7 @@ class QUILLET_API RasterFormatPicker
 public:
     /// A vote for a format; `None` with a profile is one for the format of the profile's model. The first of the
     /// richest wins. An explicit profile gives way only to another one. Gives the rank of the format picked.
-    int Add(Raster::Format used, Kernel::Consolidated<Raster::ICCProfile> profile, bool isExplicitUse);
+    int Add(Raster::Format used, const Kernel::Consolidated<Raster::ICCProfile>& profile, bool isExplicitUse);
     Raster::Format GetFormat() const { return format; }
     /// `base`, with the profiles found here in place of its own.
     Raster::ICCManager::ICCProfileSet GetProfiles(const Raster::ICCManager::ICCProfileSet& base) const;
