@@ -8,6 +8,8 @@
 #include <Quillet/GroupObject.h>
 #include <Quillet/Page.h>
 
+#include <Kernel/Consolidated.h>
+
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -108,6 +110,37 @@ std::string MakeNewColours(int count)
     });
 }
 
+/// A tint of one ink.
+std::string MakeTint(int i)
+{
+    return Format("/Ink cs 0.%05d scn\n", i);
+}
+
+std::string MakeLab(int i)
+{
+    return Format("/Lab cs %d.5 %d %d scn\n", i % 100, i / 100 % 100, i / 10000);
+}
+
+std::string MakeSameTint(int count)
+{
+    return Repeat(count, [](int i) { return MakeTint(50000) + MakePath(i); });
+}
+
+std::string MakeNewTints(int count)
+{
+    return Repeat(count, [](int i) { return MakeTint(i) + MakePath(i); });
+}
+
+std::string MakeSameLab(int count)
+{
+    return Repeat(count, [](int i) { return MakeLab(5050) + MakePath(i); });
+}
+
+std::string MakeNewLabs(int count)
+{
+    return Repeat(count, [](int i) { return MakeLab(i) + MakePath(i); });
+}
+
 /// Colours that nothing is painted with.
 std::string MakeUnusedColours(int count)
 {
@@ -139,6 +172,10 @@ constexpr Kind c_saves{MakeSaves, CountOne};
 constexpr Kind c_deepSaves{MakeDeepSaves, CountOne};
 constexpr Kind c_sameColour{MakeSameColour, CountEach};
 constexpr Kind c_newColours{MakeNewColours, CountEach};
+constexpr Kind c_sameTint{MakeSameTint, CountEach};
+constexpr Kind c_newTints{MakeNewTints, CountEach};
+constexpr Kind c_sameLab{MakeSameLab, CountEach};
+constexpr Kind c_newLabs{MakeNewLabs, CountEach};
 constexpr Kind c_unusedColours{MakeUnusedColours, CountOne};
 constexpr Kind c_layers{MakeLayers, CountEach};
 
@@ -146,7 +183,10 @@ std::string MakeFile(const std::string& content)
 {
     PageParts parts;
     parts.entries = "/MediaBox [0 0 600 800]";
-    parts.resources = "/XObject << /F 5 0 R >> /Properties << /L 6 0 R >>";
+    parts.resources = "/XObject << /F 5 0 R >> /Properties << /L 6 0 R >> /ColorSpace << "
+                      "/Ink [/Separation /Sunset /DeviceCMYK << /FunctionType 2 /Domain [0 1] /N 1 "
+                      "/C0 [0 0 0 0] /C1 [0 0.5 0.9 0.1] >>] "
+                      "/Lab [/Lab << /WhitePoint [0.9642 1 0.8249] >>] >>";
     parts.objects = {PdfBuilder::MakeStream("0 0 5 5 re f", "/Type /XObject /Subtype /Form /BBox [0 0 10 10]"),
                      "<< /Type /OCG /Name (Layer) >>"};
     parts.catalog = "/OCProperties << /OCGs [6 0 R] /D << /Order [6 0 R] >> >>";
@@ -185,7 +225,9 @@ void Build(benchmark::State& state, const Kind& kind)
     state.SetItemsProcessed(count * state.iterations());
     state.SetComplexityN(count);
     const PeakMemory peak;
-    BuildPage(*document.document, 0);
+    const std::size_t valuesBefore = Kernel::InternTable::GetSize();
+    const auto root = BuildPage(*document.document, 0);
+    state.counters["values"] = static_cast<double>(Kernel::InternTable::GetSize() - valuesBefore);
     state.counters["peakMB"] = peak.GetMegabytes();
 }
 
@@ -205,6 +247,10 @@ BENCHMARK_CAPTURE(Build, Saves, c_saves)->Apply(Double);
 BENCHMARK_CAPTURE(Build, DeepSaves, c_deepSaves)->Apply(Double);
 BENCHMARK_CAPTURE(Build, SameColour, c_sameColour)->Apply(Double);
 BENCHMARK_CAPTURE(Build, NewColours, c_newColours)->Apply(Double);
+BENCHMARK_CAPTURE(Build, SameTint, c_sameTint)->Apply(Double);
+BENCHMARK_CAPTURE(Build, NewTints, c_newTints)->Apply(Double);
+BENCHMARK_CAPTURE(Build, SameLab, c_sameLab)->Apply(Double);
+BENCHMARK_CAPTURE(Build, NewLabs, c_newLabs)->Apply(Double);
 BENCHMARK_CAPTURE(Build, UnusedColours, c_unusedColours)->Apply(Double);
 BENCHMARK_CAPTURE(Build, Layers, c_layers)->Apply(Double);
 

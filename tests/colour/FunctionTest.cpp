@@ -41,6 +41,14 @@ struct Made
     Kernel::Counted<const Function> function;
 };
 
+std::string Repeat(const std::string& text, int count)
+{
+    std::string result;
+    for (int i = 0; i < count; ++i)
+        result += text;
+    return result;
+}
+
 std::string Sampled(const std::string& bytes, const std::string& entries)
 {
     return PdfBuilder::MakeStream(bytes, "/FunctionType 0 " + entries);
@@ -273,9 +281,10 @@ TEST(FunctionTest, EndsWhateverFunctionsConsistOf)
     EXPECT_GT(validCount, 60);
     EXPECT_LT(validCount, c_count);
 
-    std::string nested = "<< /FunctionType 2 /Domain [0 1] /N 1 >>";
-    for (int i = 0; i < 2000; ++i)
-        nested = "<< /FunctionType 3 /Domain [0 1] /Functions [" + nested + "] /Bounds [] /Encode [0 1] >>";
+    constexpr int c_depth = 2000;
+    const std::string nested = Repeat("<< /FunctionType 3 /Domain [0 1] /Functions [", c_depth) +
+                               "<< /FunctionType 2 /Domain [0 1] /N 1 >>" +
+                               Repeat("] /Bounds [] /Encode [0 1] >>", c_depth);
     EXPECT_TRUE(Made(nested).function->IsDefault());
 
     // A detour: 5 needs 6 and 6 needs 5, twice each.

@@ -111,13 +111,14 @@ TEST(GradientFunctionTest, EndsWhereFunctionsShareTheirParts)
     // Ten functions, each with ten parts that are all the next one: ten thousand million pieces.
     std::vector<std::string> objects;
     for (int i = 0; i < 10; ++i) {
-        std::string functions, encode;
-        for (int k = 0; k < 10; ++k) {
-            functions += std::to_string(6 + i) + " 0 R ";
-            encode += "0 1 ";
-        }
-        objects.push_back("<< /FunctionType 3 /Domain [0 1] /Functions [" + functions +
-                          "] /Bounds [.1 .2 .3 .4 .5 .6 .7 .8 .9] /Encode [" + encode + "] >>");
+        const std::string next = std::to_string(6 + i) + " 0 R ";
+        std::string functions;
+        for (int k = 0; k < 10; ++k)
+            functions += next;
+        std::string body = "<< /FunctionType 3 /Domain [0 1] /Bounds [.1 .2 .3 .4 .5 .6 .7 .8 .9] "
+                           "/Encode [0 1 0 1 0 1 0 1 0 1 0 1 0 1 0 1 0 1 0 1] /Functions [";
+        body.append(functions).append("] >>");
+        objects.push_back(std::move(body));
     }
     objects.push_back(Power(1));
     Ramp ramp(objects);

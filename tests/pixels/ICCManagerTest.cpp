@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <atomic>
 #include <filesystem>
 #include <fstream>
@@ -33,7 +34,9 @@ std::vector<std::uint8_t> GetSrgb(const std::string& model = "RGB ")
 Profile MakeSwapped(ICCManager& manager)
 {
     std::vector<std::uint8_t> bytes = GetSrgb();
-    const auto find = [&bytes](const std::string& tag) { return std::ranges::search(bytes, tag).begin(); };
+    const auto find = [&bytes](const std::string& tag) {
+        return std::search(bytes.begin(), bytes.end(), tag.begin(), tag.end());
+    };
     const auto red = find("rXYZ");
     const auto green = find("gXYZ");
     std::swap_ranges(red, red + 4, green);
