@@ -238,6 +238,11 @@ void Double(benchmark::internal::Benchmark* bench)
     bench->Unit(benchmark::kMillisecond)->Complexity();
 }
 
+void ManyColours(benchmark::internal::Benchmark* bench)
+{
+    bench->Arg(100000)->Unit(benchmark::kMillisecond);
+}
+
 BENCHMARK_CAPTURE(Build, Plain, c_plain)->Apply(Double);
 BENCHMARK_CAPTURE(Build, Curves, c_curves)->Apply(Double);
 BENCHMARK_CAPTURE(Build, Clipped, c_clipped)->Apply(Double);
@@ -245,12 +250,12 @@ BENCHMARK_CAPTURE(Build, NestedClips, c_nested)->Apply(Double);
 BENCHMARK_CAPTURE(Build, Forms, c_forms)->Apply(Double);
 BENCHMARK_CAPTURE(Build, Saves, c_saves)->Apply(Double);
 BENCHMARK_CAPTURE(Build, DeepSaves, c_deepSaves)->Apply(Double);
-BENCHMARK_CAPTURE(Build, SameColour, c_sameColour)->Apply(Double);
-BENCHMARK_CAPTURE(Build, NewColours, c_newColours)->Apply(Double);
-BENCHMARK_CAPTURE(Build, SameTint, c_sameTint)->Apply(Double);
-BENCHMARK_CAPTURE(Build, NewTints, c_newTints)->Apply(Double);
-BENCHMARK_CAPTURE(Build, SameLab, c_sameLab)->Apply(Double);
-BENCHMARK_CAPTURE(Build, NewLabs, c_newLabs)->Apply(Double);
+BENCHMARK_CAPTURE(Build, SameColour, c_sameColour)->Apply(Double)->Apply(ManyColours);
+BENCHMARK_CAPTURE(Build, NewColours, c_newColours)->Apply(Double)->Apply(ManyColours);
+BENCHMARK_CAPTURE(Build, SameTint, c_sameTint)->Apply(ManyColours);
+BENCHMARK_CAPTURE(Build, NewTints, c_newTints)->Apply(ManyColours);
+BENCHMARK_CAPTURE(Build, SameLab, c_sameLab)->Apply(ManyColours);
+BENCHMARK_CAPTURE(Build, NewLabs, c_newLabs)->Apply(ManyColours);
 BENCHMARK_CAPTURE(Build, UnusedColours, c_unusedColours)->Apply(Double);
 BENCHMARK_CAPTURE(Build, Layers, c_layers)->Apply(Double);
 
