@@ -97,6 +97,14 @@ int Complain(const std::string& problem)
     return ExitCommandLine;
 }
 
+/// Names options only: other words may be a password, or the rest of one with a blank in it.
+std::string MakeExtrasText(const std::vector<std::string>& extras)
+{
+    const auto option = std::ranges::find_if(extras, [](const std::string& text) { return text.starts_with('-'); });
+    if (option == extras.end()) return "an argument too many; --help tells more";
+    return option->substr(0, option->find('=')) + ": no such option; --help tells more";
+}
+
 /// One line, as every problem is.
 std::string MakeFailureLine(const CLI::App*, const CLI::Error& error)
 {
@@ -130,6 +138,9 @@ int RunCommandLine(int argc, const char* const* argv)
         const auto rest = app.remaining();
         if (app.get_subcommands().empty() && !rest.empty() && error.get_exit_code() != 0) {
             return Complain(rest.front() + ": no such verb; there are info and convert");
+        }
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError)) {
+            return Complain(MakeExtrasText(app.remaining(true)));
         }
         return app.exit(error) == 0 ? ExitDone : ExitCommandLine;
     }

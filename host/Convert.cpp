@@ -229,8 +229,9 @@ int RunConvert(const ConvertOptions& options)
         return ExitCommandLine;
     }
     OpenedDocument opened(options.input);
+    opened.AskForPassword();
     if (Interrupt::IsSet()) return ExitInterrupted;
-    PrintProblems(options.input, 0, opened.problems);
+    opened.PrintOpeningProblems();
     if (opened.status != ExitDone) return opened.status;
     ApplyOptions(*opened.document, options);
 
@@ -249,7 +250,7 @@ int RunConvert(const ConvertOptions& options)
     std::vector<std::thread> workers;
     for (int i = 1; i < workerCount; ++i) {
         workers.emplace_back([&] {
-            OpenedDocument own(options.input);
+            OpenedDocument own(opened.input);
             if (own.status != ExitDone) return;
             ApplyOptions(*own.document, options);
             conversion.Run(own);

@@ -1,6 +1,7 @@
 #include "Info.h"
 
 #include "OpenDocument.h"
+#include "PermissionNames.h"
 #include "exporters/JsonExporter.h"
 #include "exporters/NumberText.h"
 
@@ -72,12 +73,21 @@ std::string JoinKeywords(const std::vector<std::string>& keywords)
     return text;
 }
 
-const char* GetProtection(const PdfDocument& document)
+std::string GetProtection(const PdfDocument& document)
 {
     if (document.decryptLevel == DecryptLevelOpen) return "none";
-    return document.HasOwnerPermissions() ? "opened as owner"
-           : document.IsRestricted()      ? "restricted"
-                                          : "opened as user";
+    return document.GetEncryptionMethod() + ", opened as " + (document.HasOwnerPermissions() ? "owner" : "user");
+}
+
+/// What whoever opened the document may do; nothing to tell of one that is not encrypted.
+std::string MakePermissionText(const PdfDocument& document)
+{
+    if (document.decryptLevel == DecryptLevelOpen) return {};
+    if (!document.IsRestricted()) return "all";
+    std::string text;
+    for (const std::string& name : GetPermissionNames(document))
+        text += (text.empty() ? "" : ", ") + name;
+    return text.empty() ? "none" : text;
 }
 
 /// Hands over each page that is there; false if any is not.
@@ -142,6 +152,7 @@ bool PrintText(OpenedDocument& opened, const InfoOptions& options)
     PrintLine("creator", document.GetCreator());
     PrintLine("producer", document.GetProducer());
     PrintLine("protection", GetProtection(document));
+    PrintLine("permissions", MakePermissionText(document));
     PrintLine("pages", std::to_string(document.GetPageCount()));
     return PrintPages(opened, options);
 }
@@ -163,7 +174,8 @@ bool PrintJson(OpenedDocument& opened, const InfoOptions& options)
 int RunInfo(const InfoOptions& options)
 {
     OpenedDocument opened(options.input);
-    PrintProblems(options.input, 0, opened.problems);
+    opened.AskForPassword();
+    opened.PrintOpeningProblems();
     if (opened.status != ExitDone) return opened.status;
     const bool isComplete = (options.isJson ? PrintJson : PrintText)(opened, options);
     if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return isComplete ? ExitDone : ExitPageFailed;

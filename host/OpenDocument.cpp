@@ -1,6 +1,7 @@
 #include "OpenDocument.h"
 
 #include "Interrupt.h"
+#include "PasswordPrompt.h"
 
 #include <cstdio>
 #include <exception>
@@ -9,11 +10,16 @@ namespace Host {
 
 using namespace Quillet;
 
-OpenedDocument::OpenedDocument(const InputOptions& input)
-    : document(Kernel::MakeCounted<PdfDocument>()), status(ExitNotOpened)
+OpenedDocument::OpenedDocument(const InputOptions& options)
+    : input(options), document(Kernel::MakeCounted<PdfDocument>())
 {
     document->SetErrorHandler(&counter);
     document->SetAbortPointer(Interrupt::GetFlag());
+    Open();
+}
+
+void OpenedDocument::Open()
+{
     document->SetPassword(input.password);
     bool isOpen = false;
     try {
@@ -22,18 +28,45 @@ OpenedDocument::OpenedDocument(const InputOptions& input)
         counter.counts[Error::General] = 1;
     }
     problems = counter.Take();
-    if (problems.contains(Error::Password)) {
-        status = ExitPassword;
-    } else if (isOpen) {
-        status = ExitDone;
+    status = isOpen ? ExitDone : ExitNotOpened;
+    if (problems.contains(Error::Password) || (isOpen && IsWithheld())) status = ExitPassword;
+}
+
+bool OpenedDocument::IsWithheld() const
+{
+    // The permissions may keep a user from the object streams, and the page tree may lie in one.
+    return document->decryptLevel == DecryptLevelUser && !document->HasUserPermissions() &&
+           document->GetPageCount() == 0;
+}
+
+void OpenedDocument::AskForPassword()
+{
+    if (!input.password.empty() || !CanAskPassword()) return;
+    for (int tries = 0; tries < 3 && status == ExitPassword && !Interrupt::IsSet(); ++tries) {
+        if (tries > 0) std::fprintf(stderr, "The password does not fit.\n");
+        const auto password = AskPassword(input.file);
+        if (!password || password->empty()) return;
+        input.password = *password;
+        Open();
     }
+}
+
+void OpenedDocument::PrintOpeningProblems() const
+{
+    Problems others = problems;
+    others.erase(Error::Password);
+    PrintProblems(input, 0, others);
+    if (status != ExitPassword) return;
+    const char* words = problems.contains(Error::Password)
+                            ? input.password.empty() ? "a password is needed" : "the password does not fit"
+                            : "the owner's password is needed: a user may not have the pages";
+    std::fprintf(stderr, "quillet: %s: %s (%d)\n", input.file.c_str(), words, Error::Password);
 }
 
 void PrintProblems(const InputOptions& input, int page, const Problems& problems)
 {
     for (const auto& [type, count] : problems) {
-        const bool isFatal = !ErrorHandler::IsRecoverable(type) || type == Error::Password;
-        if (input.isQuiet && !isFatal) continue;
+        if (input.isQuiet && ErrorHandler::IsRecoverable(type)) continue;
         std::fprintf(stderr, "%s\n", FormatProblem(input.file, page, type, count).c_str());
     }
 }

@@ -8,6 +8,8 @@
 
 #include <Kernel/Counted.h>
 
+#include <string>
+
 namespace Host {
 
 /// A claim of pages that the file does not have ends the run after this many in a row: a page count is only a number in
@@ -20,13 +22,24 @@ struct OpenedDocument
     /// Opens it; `status` tells whether that went well, and `problems` what was found.
     explicit OpenedDocument(const InputOptions& input);
 
+    /// Asks the user, if there is one, for the password that the command line lacks; three times at most.
+    void AskForPassword();
+    /// Prints what was found while opening: the fatal kind, and the others unless the user wants quiet.
+    void PrintOpeningProblems() const;
+
+    /// With the password that was tried last.
+    InputOptions input;
     ProblemCounter counter;
     Kernel::Counted<Quillet::PdfDocument> document;
-    ExitStatus status;
+    ExitStatus status = ExitNotOpened;
     Problems problems;
+
+private:
+    void Open();
+    bool IsWithheld() const;
 };
 
-/// Prints what was found while opening: the fatal kind, and the others unless the user wants quiet.
+/// Prints what was found on a page, from 1, like `PrintOpeningProblems`.
 void PrintProblems(const InputOptions& input, int page, const Problems& problems);
 
 } // namespace Host

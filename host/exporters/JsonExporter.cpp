@@ -1,5 +1,6 @@
 #include "exporters/JsonExporter.h"
 
+#include "PermissionNames.h"
 #include "exporters/ColourValues.h"
 #include "exporters/NumberText.h"
 #include "exporters/PathData.h"
@@ -205,6 +206,10 @@ std::string MakeDocumentJson(const PdfDocument& document)
               {"hasUserPermissions", document.HasUserPermissions()},
               {"hasOwnerPermissions", document.HasOwnerPermissions()},
               {"isRestricted", document.IsRestricted()}};
+    if (document.decryptLevel != DecryptLevelOpen) {
+        json["encryption"] = document.GetEncryptionMethod();
+        json["permissions"] = GetPermissionNames(document);
+    }
     return Dump(json);
 }
 

@@ -100,6 +100,9 @@ public:
     bool HasUserPermissions() const;
     bool HasOwnerPermissions() const;
     bool HasPermissions(Permissions::Type mask) const;
+    /// The cipher and the bits of its key, "RC4-40" or "AES-256" for instance; empty for a document that is not
+    /// encrypted.
+    std::string GetEncryptionMethod() const;
     bool IsRestricted() const;
 
     /// As the root of the page tree claims it.

@@ -137,6 +137,7 @@ void PdfDocument::DropFile()
     fileId.clear();
     pages = nullptr;
     xrefs->Close();
+    encrypt->DropKeys();
     source = nullptr;
     version = 0;
 }
@@ -333,6 +334,11 @@ bool PdfDocument::HasPermissions(Permissions::Type mask) const
 bool PdfDocument::IsRestricted() const
 {
     return !encrypt->HasPermissions(Permissions::All);
+}
+
+std::string PdfDocument::GetEncryptionMethod() const
+{
+    return encrypt->GetMethodName();
 }
 
 int PdfDocument::GetPageCount() const

@@ -2,6 +2,7 @@
 
 #include "filters/Ascii85Filter.h"
 #include "filters/AsciiHexFilter.h"
+#include "filters/CryptFilter.h"
 #include "filters/DecodeParams.h"
 #include "filters/FlateFilter.h"
 #include "filters/LzwFilter.h"
@@ -29,7 +30,7 @@ Kernel::Counted<Filter> Make()
 constexpr FilterMaker c_filterMakers[] = {
     {"FlateDecode", "Fl", Make<FlateFilter>},      {"ASCIIHexDecode", "AHx", Make<AsciiHexFilter>},
     {"ASCII85Decode", "A85", Make<Ascii85Filter>}, {"RunLengthDecode", "RL", Make<RunLengthFilter>},
-    {"LZWDecode", "LZW", Make<LzwFilter>},
+    {"LZWDecode", "LZW", Make<LzwFilter>},         {"Crypt", nullptr, Make<CryptFilter>},
 };
 
 } // namespace
@@ -58,7 +59,7 @@ void FilterPipeline::AddFilter(Kernel::Counted<Filter> filter)
 Kernel::Counted<Filter> FilterPipeline::MakeFilter(const std::string& name) const
 {
     for (const FilterMaker& maker : c_filterMakers) {
-        if (name == maker.fullName || name == maker.shortName) return maker.make();
+        if (name == maker.fullName || (maker.shortName && name == maker.shortName)) return maker.make();
     }
     Kernel::Trace("Quillet Unknown filter: %1\n", name);
     OnError(Error::UnimplementedFilter);

@@ -1,5 +1,6 @@
 #include "filters/Stream.h"
 
+#include "filters/CryptFilter.h"
 #include "filters/DecodeParams.h"
 #include "filters/RawFilter.h"
 
@@ -28,6 +29,9 @@ void Stream::AddStreamFilters(Kernel::Counted<Dictionary> dictionary)
 
     std::vector<std::string> names;
     dictionary->GetNameVec("Filter", names);
+    // A stream that names the filter itself has it where it wants it.
+    if (dictionary->IsEncrypted() && std::ranges::find(names, "Crypt") == names.end())
+        pipeline->AddFilter(Kernel::MakeCounted<CryptFilter>(dictionary->object));
 
     std::vector<Kernel::Counted<const DecodeParams>> params;
     // The last is a misspelling that producers have used.

@@ -1,7 +1,7 @@
 #include "CommandLine.h"
 
+#include "CommandRun.h"
 #include "ExitStatus.h"
-#include "Folder.h"
 #include "support/PdfBuilder.h"
 
 #include <gmock/gmock.h>
@@ -54,37 +54,7 @@ std::string MakePages(const std::vector<int>& pages, const std::string& count)
     return builder.Build();
 }
 
-class CommandLineTest : public testing::Test
-{
-public:
-    /// Runs the command with words of which those that start with FILE or OUT name files in the test's folder.
-    int Run(std::vector<std::string> words)
-    {
-        words.insert(words.begin(), "quillet");
-        std::vector<const char*> arguments;
-        for (std::string& word : words) {
-            for (const char* name : {"FILE", "OUT"}) {
-                if (word.starts_with(name)) word.replace(0, std::string(name).size(), folder.Get(name).string());
-            }
-            arguments.push_back(word.c_str());
-        }
-        testing::internal::CaptureStdout();
-        testing::internal::CaptureStderr();
-        const int status = RunCommandLine(static_cast<int>(arguments.size()), arguments.data());
-        output = testing::internal::GetCapturedStdout();
-        problems = testing::internal::GetCapturedStderr();
-        return status;
-    }
-
-    std::string GetProblem(const std::string& text) const
-    {
-        return "quillet: " + folder.Get("FILE").string() + ": " + text + "\n";
-    }
-
-    Folder folder;
-    std::string output;
-    std::string problems;
-};
+using CommandLineTest = CommandRun;
 
 TEST_F(CommandLineTest, TellsByTheStatusWhatHappened)
 {

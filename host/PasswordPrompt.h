@@ -1,0 +1,15 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace Host {
+
+/// Whether somebody sits there to be asked: standard input and standard error are both terminals.
+bool CanAskPassword();
+
+/// Asks for a password on the terminal, and does not show what is typed. Nothing at the end of input and after a
+/// signal, which then has its usual effect.
+std::optional<std::string> AskPassword(const std::string& file);
+
+} // namespace Host

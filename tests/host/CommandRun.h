@@ -1,0 +1,46 @@
+#pragma once
+
+#include "CommandLine.h"
+#include "Folder.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace Host::Test {
+
+/// Runs the command in this process, in a folder of the test's own.
+class CommandRun : public testing::Test
+{
+public:
+    /// Runs the command with words of which those that start with FILE or OUT name files in the test's folder.
+    int Run(std::vector<std::string> words)
+    {
+        words.insert(words.begin(), "quillet");
+        std::vector<const char*> arguments;
+        for (std::string& word : words) {
+            for (const char* name : {"FILE", "OUT"}) {
+                if (word.starts_with(name)) word.replace(0, std::string(name).size(), folder.Get(name).string());
+            }
+            arguments.push_back(word.c_str());
+        }
+        testing::internal::CaptureStdout();
+        testing::internal::CaptureStderr();
+        const int status = RunCommandLine(static_cast<int>(arguments.size()), arguments.data());
+        output = testing::internal::GetCapturedStdout();
+        problems = testing::internal::GetCapturedStderr();
+        return status;
+    }
+
+    std::string GetProblem(const std::string& text) const
+    {
+        return "quillet: " + folder.Get("FILE").string() + ": " + text + "\n";
+    }
+
+    Folder folder;
+    std::string output;
+    std::string problems;
+};
+
+} // namespace Host::Test
