@@ -21,9 +21,7 @@
 namespace Quillet {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
-using testing::Not;
 
 const std::string c_zeros(64, '0');
 /// What revision 4 writes for an empty user password, an owner entry of zeros, permissions of -4 and no id.
@@ -153,9 +151,10 @@ TEST(EncryptTest, StreamsNameAFilterOfTheirOwn)
 TEST(EncryptTest, KeepsMetadataInClearReadable)
 {
     const std::string filters = "/StmF /A /StrF /A /CF << /A << /CFM /AESV2 >> >> ";
-    for (const std::string& user : {c_clearUser, c_user}) {
-        TestDocument document(MakeProtected(c_revision4 + user + filters + "/EncryptMetadata false"));
-        const bool isOpen = user == c_clearUser;
+    for (const bool isOpen : {true, false}) {
+        std::string entries = c_revision4;
+        entries.append(isOpen ? c_clearUser : c_user).append(filters).append("/EncryptMetadata false");
+        TestDocument document(MakeProtected(entries));
         EXPECT_EQ(document->decryptLevel, isOpen ? DecryptLevelUser : DecryptLevelLocked);
         // The stream does not say itself that it is clear, so that a key is used on it; without one it is just read.
         EXPECT_EQ(document->GetXmpMetadata(), isOpen ? "" : "<xmp>");
@@ -192,10 +191,10 @@ TEST(EncryptTest, CryptorsTakeAnyLengthAndKey)
     encrypt.level = DecryptLevelUser;
     const Ref object = document.GetRef(4);
     for (const auto kind : {Encrypt::Filter::Rc4, Encrypt::Filter::AesV2, Encrypt::Filter::AesV3}) {
-        for (const std::size_t keySize : {0, 5, 16, 32}) {
+        for (const std::size_t keySize : {0u, 5u, 16u, 32u}) {
             encrypt.fileKey.assign(keySize, 'k');
             for (const int length : {0, 5, 16, 128, -1, std::numeric_limits<int>::max()}) {
-                for (const std::size_t size : {0, 1, 15, 16, 17, 32, 47}) {
+                for (const std::size_t size : {0u, 1u, 15u, 16u, 17u, 32u, 47u}) {
                     std::vector<char> bytes(size, 'b');
                     encrypt.stringFilter = {kind, length};
                     encrypt.DecryptBuf(object, bytes);
