@@ -140,6 +140,23 @@ bool PrintPages(OpenedDocument& opened, const InfoOptions& options)
     return isComplete;
 }
 
+void PrintFonts(const PdfDocument& document)
+{
+    for (const FontInfo& font : document.GetFontInfos()) {
+        std::string text = font.name + ", " + font.subtype;
+        text += font.isEmbedded ? ", embedded" : ", not embedded";
+        if (font.isAvailable) {
+            text += ", on this machine";
+        } else if (font.actualFont.IsEmpty()) {
+            text += ", has no text";
+        } else {
+            const std::string& name = font.actualFont.postscriptName;
+            text += ", shown in " + (name.empty() ? font.actualFont.family : name);
+        }
+        PrintLine("font", text);
+    }
+}
+
 bool PrintText(OpenedDocument& opened, const InfoOptions& options)
 {
     const PdfDocument& document = *opened.document;
@@ -154,7 +171,9 @@ bool PrintText(OpenedDocument& opened, const InfoOptions& options)
     PrintLine("protection", GetProtection(document));
     PrintLine("permissions", MakePermissionText(document));
     PrintLine("pages", std::to_string(document.GetPageCount()));
-    return PrintPages(opened, options);
+    const bool isComplete = PrintPages(opened, options);
+    PrintFonts(document);
+    return isComplete;
 }
 
 bool PrintJson(OpenedDocument& opened, const InfoOptions& options)
@@ -165,7 +184,7 @@ bool PrintJson(OpenedDocument& opened, const InfoOptions& options)
         std::printf("%s%s}", separator, MakePageHeaderJson(page, index).c_str());
         separator = ",\n";
     });
-    std::printf("]}\n");
+    std::printf("],\n\"fonts\":%s}\n", MakeFontsJson(opened.document->GetFontInfos()).c_str());
     return isComplete;
 }
 

@@ -4,12 +4,14 @@
 #include "exporters/ColourValues.h"
 #include "exporters/NumberText.h"
 #include "exporters/PathData.h"
+#include "exporters/TextRuns.h"
 
 #include <Quillet/BitmapObject.h>
 #include <Quillet/LayerObject.h>
 #include <Quillet/Page.h>
 #include <Quillet/PathObject.h>
 #include <Quillet/PdfDocument.h>
+#include <Quillet/TextLineObject.h>
 
 #include <pixels/DynamicBitmap.h>
 
@@ -33,6 +35,8 @@ std::string Dump(const Json& json)
 
 Json MakeBox(const Rect& box)
 {
+    // Text without a glyph to see has no box.
+    if (box.IsEmpty()) return {0, 0, 0, 0};
     return {Tidy(box.left), Tidy(box.top), Tidy(box.right), Tidy(box.bottom)};
 }
 
@@ -130,14 +134,55 @@ void AddBitmap(Json& json, const BitmapObject& bitmap)
     AddBlending(json, static_cast<double>(bitmap.opacity), bitmap.blendMode);
 }
 
+Json MakeRun(const TextRun& run)
+{
+    using namespace Story::GlyphAtt;
+    const Story::GlyphAtts& atts = *run.first->atts;
+    const Kernel::Font& font = atts.GetDesiredFont();
+    Json json{{"text", GetRunText(run.first, run.last)},
+              {"font", font.postscriptName.empty() ? font.family : font.postscriptName},
+              {"size", Tidy(atts.GetSize())},
+              {"fill", MakeFill(*atts.GetFill(Story::GlyphAtt::Fill))}};
+    const auto addNumber = [&json](const char* key, double value, double usual) {
+        if (value != usual) json[key] = Tidy(value);
+    };
+    addNumber("letterSpacing", atts.Get(LetterSpacing), 0);
+    addNumber("horizontalScale", atts.Get(HorizontalScale), 1);
+    addNumber("shear", atts.Get(Shear), 0);
+    // Upward, as designers count it.
+    addNumber("baselineShift", -atts.Get(BaselineShift), 0);
+    if (!atts.UsesAutoKerning()) json["kerning"] = "none";
+    if (!atts.GetFill(StrokeFill)->IsEmpty()) json["stroke"] = MakeFill(*atts.GetFill(StrokeFill));
+    if (!atts.GetFill(HighlightFill)->IsEmpty()) json["highlight"] = MakeFill(*atts.GetFill(HighlightFill));
+    if (atts.Get(Underline) != 0) json["underline"] = true;
+    if (atts.Get(Strikeout) != 0) json["strikeout"] = true;
+    json["language"] = atts.Get(Language);
+    return json;
+}
+
+void AddLine(Json& json, const TextLineObject& line)
+{
+    const auto position = line.GetGdiPosition();
+    json["position"] = {Tidy(position.x), Tidy(position.y)};
+    json["width"] = Tidy(line.width);
+    json["height"] = Tidy(line.textHeight);
+    json["text"] = GetRunText(line.chars.begin(), line.chars.end());
+    json["runs"] = Json::array();
+    for (const TextRun& run : SplitIntoRuns(line))
+        json["runs"].push_back(MakeRun(run));
+    AddBlending(json, 1, line.blendMode);
+}
+
 /// A node without its children, and without the closing brace.
 std::string MakeNode(const Object& object, long long firstId)
 {
     const auto* group = object.AsGroup();
     const auto* path = group ? nullptr : dynamic_cast<const PathObject*>(&object);
-    const auto* bitmap = group || path ? nullptr : dynamic_cast<const BitmapObject*>(&object);
+    const auto* line = group || path ? nullptr : dynamic_cast<const TextLineObject*>(&object);
+    const auto* bitmap = group || path || line ? nullptr : dynamic_cast<const BitmapObject*>(&object);
     Json json{{"type", group  ? "group"
                        : path ? "path"
+                       : line ? "line"
                               : "bitmap"},
               {"id", object.id < 0 ? -1 : object.id + firstId},
               {"bbox", MakeBox(object.bbox)},
@@ -150,6 +195,7 @@ std::string MakeNode(const Object& object, long long firstId)
     if (object.softMask) json["softMask"] = true;
     if (group) AddGroup(json, *group);
     if (path) AddPath(json, *path);
+    if (line) AddLine(json, *line);
     if (bitmap) AddBitmap(json, *bitmap);
     std::string text = Dump(json);
     text.pop_back();
@@ -209,6 +255,20 @@ std::string MakeDocumentJson(const PdfDocument& document)
     if (document.decryptLevel != DecryptLevelOpen) {
         json["encryption"] = document.GetEncryptionMethod();
         json["permissions"] = GetPermissionNames(document);
+    }
+    return Dump(json);
+}
+
+std::string MakeFontsJson(const std::vector<FontInfo>& fonts)
+{
+    Json json = Json::array();
+    for (const FontInfo& font : fonts) {
+        const std::string& name = font.actualFont.postscriptName;
+        json.push_back({{"name", font.name},
+                        {"subtype", font.subtype},
+                        {"embedded", font.isEmbedded},
+                        {"available", font.isAvailable},
+                        {"shownIn", name.empty() ? font.actualFont.family : name}});
     }
     return Dump(json);
 }

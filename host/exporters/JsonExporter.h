@@ -2,7 +2,10 @@
 
 #include "Problems.h"
 
+#include <Quillet/FontInfo.h>
+
 #include <string>
+#include <vector>
 
 namespace Quillet {
 class GroupObject;
@@ -14,6 +17,9 @@ namespace Host {
 
 /// The keys of "document", as a JSON object.
 std::string MakeDocumentJson(const Quillet::PdfDocument& document);
+
+/// The fonts of a document, as a JSON array.
+std::string MakeFontsJson(const std::vector<Quillet::FontInfo>& fonts);
 
 /// A page without its content: "index", "boxes", "rotate" and "size", without the closing brace.
 std::string MakePageHeaderJson(const Quillet::Page& page, int index);

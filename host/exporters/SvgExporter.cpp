@@ -2,10 +2,12 @@
 
 #include "exporters/NumberText.h"
 #include "exporters/PathData.h"
+#include "exporters/TextRuns.h"
 
 #include <Quillet/LayerObject.h>
 #include <Quillet/Page.h>
 #include <Quillet/PathObject.h>
+#include <Quillet/TextLineObject.h>
 
 #include <Renderer/Colour.h>
 
@@ -162,6 +164,8 @@ private:
                 levels.push_back({group, AddGroup(parent, *group)});
             } else if (const auto* path = dynamic_cast<const PathObject*>(&child)) {
                 AddPath(parent, *path);
+            } else if (const auto* line = dynamic_cast<const TextLineObject*>(&child)) {
+                AddLine(parent, *line);
             }
         }
     }
@@ -308,6 +312,96 @@ private:
         std::string style;
         AddBlendMode(style, object.blendMode);
         if (!style.empty()) Set(node, "style", style);
+    }
+
+    void AddLine(pugi::xml_node parent, const TextLineObject& line)
+    {
+        for (const TextRun& run : SplitIntoRuns(line)) {
+            const auto isSeen = [](const Char& c) { return !c.isSpace && !c.IsTab(); };
+            if (std::any_of(run.first, run.last, isSeen)) AddRun(parent, line, run);
+        }
+    }
+
+    /// A text element for each run: only an element can be scaled and slanted. Each word starts where the page has it,
+    /// and its letters are spaced so that it ends there, whatever the widths of the font that is used.
+    void AddRun(pugi::xml_node parent, const TextLineObject& line, const TextRun& run)
+    {
+        using namespace Story::GlyphAtt;
+        const Story::GlyphAtts& atts = *run.first->atts;
+        const double size = atts.GetSize();
+        const double scale = atts.Get(HorizontalScale);
+        if (!(size > 0) || !std::isfinite(scale) || scale == 0) return;
+
+        pugi::xml_node text = parent.append_child("text");
+        const auto position = line.GetGdiPosition();
+        // Em space to the page, with the size left to the font.
+        Params placement = atts.GetGlyphTransform({position.x + run.start, position.y + atts.Get(BaselineShift)});
+        placement = line.transform * placement * Params::Scale(1 / size, 1 / size);
+        Set(text, "transform", MakeTransform(placement));
+        Set(text, "xml:space", "preserve");
+        SetFont(text, atts);
+        SetPaint(text, "fill", "fill-opacity", *atts.GetFill(Story::GlyphAtt::Fill));
+        if (Renderer::LineStyleDescriptor::IsLineStyleVisible(atts.GetLineStyle(), atts.GetFill(StrokeFill))) {
+            SetPaint(text, "stroke", "stroke-opacity", *atts.GetFill(StrokeFill));
+            const double toPage = GetScale(placement);
+            SetLine(text, *atts.GetLineStyle(), toPage > 0 ? toPage : 1);
+        }
+        if (line.clipPath) {
+            const auto clip = MakeMoved(*line.clipPath, placement.GetInverse() * line.transform);
+            SetClip(text, *clip, line.clipWinding, placement);
+        }
+        std::string style;
+        AddBlendMode(style, line.blendMode);
+        if (atts.Get(Underline) != 0) AddStyle(style, "text-decoration:underline");
+        if (!style.empty()) Set(text, "style", style);
+        AddWords(text, run, scale);
+    }
+
+    void AddWords(pugi::xml_node text, const TextRun& run, double scale)
+    {
+        double pen = 0;
+        for (auto first = run.first; first != run.last;) {
+            // The space goes with the word before it, so that text copied from the picture has it.
+            auto last = std::find_if(first, run.last, [](const Char& c) { return c.isSpace; });
+            const auto wordEnd = last;
+            if (last != run.last) ++last;
+            double width = 0;
+            double own = 0;
+            for (auto c = first; c != wordEnd; ++c) {
+                width += c->width / scale;
+                own += c->GetGlyphMetrics().advance * c->GetSize();
+            }
+            const auto count = wordEnd - first;
+            pugi::xml_node span = text.append_child("tspan");
+            Set(span, "x", MakeNumber(pen, 4));
+            const double spacing = count > 1 ? (width - own) / static_cast<double>(count) : 0;
+            if (std::abs(spacing) > 1e-3) Set(span, "letter-spacing", MakeNumber(spacing, 4));
+            span.text().set(MakeXmlText(GetRunText(first, last)).c_str());
+            pen += width;
+            if (last != wordEnd) pen += wordEnd->width / scale;
+            first = last;
+        }
+    }
+
+    static void SetFont(pugi::xml_node node, const Story::GlyphAtts& atts)
+    {
+        const Kernel::Font& desired = atts.GetDesiredFont();
+        const Kernel::Font& actual = atts.GetFontMetrics()->GetActualFont();
+        std::string families;
+        const auto add = [&families](const std::string& name) {
+            if (name.empty()) return;
+            std::string clean;
+            for (const char c : name) {
+                if (c != '\'' && c != '"' && c != '\\' && c != ';') clean += c;
+            }
+            families += (families.empty() ? "'" : ", '") + clean + "'";
+        };
+        add(actual.family);
+        if (desired.family != actual.family) add(desired.family.empty() ? desired.postscriptName : desired.family);
+        Set(node, "font-family", MakeXmlText(families));
+        Set(node, "font-size", MakeNumber(atts.GetSize(), 4));
+        if (actual.weight != 400) Set(node, "font-weight", std::to_string(actual.weight));
+        if (actual.isItalic) Set(node, "font-style", "italic");
     }
 
     const Raster::ICCManager::ICCProfileSet& profiles;

@@ -3,12 +3,14 @@
 #include <Quillet/DecryptLevel.h>
 #include <Quillet/DefaultErrorHandler.h>
 #include <Quillet/ErrorForwarder.h>
+#include <Quillet/FontInfo.h>
 #include <Quillet/PageClipArea.h>
 #include <Quillet/Ref.h>
 #include <Quillet/TextFidelity.h>
 
 #include <Kernel/Abortable.h>
 #include <Kernel/Counted.h>
+#include <Kernel/FontMap.h>
 #include <Kernel/NonCounted.h>
 #include <pixels/ColourSpace.h>
 #include <pixels/Format.h>
@@ -117,6 +119,20 @@ public:
     Raster::ICCManager::ICCProfileSet GetICCProfiles(int pageIndex) const;
     int MakeObjectId() const { return nextObjectId++; }
 
+    /// What stands in for fonts that the machine lacks; null for a map without answers. Fonts read so far are read
+    /// anew.
+    void SetFontMap(Kernel::Counted<const Kernel::FontMap> map);
+    /// Never null.
+    const Kernel::Counted<const Kernel::FontMap>& GetFontMap() const;
+    /// The fonts that the pages and their forms have in their resources, each once, in the order of the pages.
+    std::vector<FontInfo> GetFontInfos() const;
+    /// What those ask for.
+    std::vector<Kernel::Font> GetFonts() const;
+    /// Takes a font into the list of those seen, unless an equal one is there.
+    void AddFont(const Kernel::Font& font) const;
+    bool ContainsFont(const Kernel::Font& font) const;
+    bool IsFontPostscriptNameUnique(const std::string& name) const;
+
     // Members, which other classes of the library read.
     Kernel::Counted<PdfSource> source;
     TextFidelity textFidelity = TextFidelityExact;
@@ -139,6 +155,10 @@ public:
     std::vector<std::vector<char>> fileId;
     mutable int nextObjectId = 0;
     Kernel::Counted<ColourSpaceFactory> colourSpaceFactory;
+    /// Those seen while pages were built.
+    mutable std::vector<Kernel::Font> fonts;
+    /// Null for the default one.
+    Kernel::Counted<const Kernel::FontMap> fontMap;
     Kernel::Counted<const OCProperties> ocProperties;
     Raster::ColourSpace requestedColourSpace = Raster::ColourSpace::None;
     Raster::Format rasterFormat = Raster::Format::None;

@@ -5,6 +5,7 @@
 #include "content/Resources.h"
 #include "document/Guard.h"
 #include "document/Limits.h"
+#include "fonts/Font.h"
 #include "graphics/SoftMask.h"
 #include "text/TextHandler.h"
 

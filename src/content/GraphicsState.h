@@ -4,6 +4,8 @@
 
 #include "text/TextTransform.h"
 
+#include <Quillet/Char.h>
+
 #include <Geometry/PolyCurveDbl.h>
 #include <Geometry/WindingOrderMode.h>
 #include <Renderer/FillBlendMode.h>
@@ -23,7 +25,9 @@ class LineStyleDescriptor;
 
 namespace Quillet {
 
+struct CodeSequence;
 class ColourSpace;
+class Font;
 class GroupObject;
 class Object;
 class Page;
@@ -87,7 +91,19 @@ public:
     /// Horizontal scale in percent.
     void SetTextWidth(double value);
     void SetTextRenderMode(int mode);
+    /// A negative size turns the sign of the horizontal scale.
+    void SetFont(Kernel::Counted<const Font> newFont, double size);
     void SetTextTransform(const TextTransform& transform) { textTransform = transform; }
+    void SetGlyphAtts(Kernel::Consolidated<Story::GlyphAtts> atts) { glyphAtts = std::move(atts); }
+    /// Moves the pen off the line's baseline, downward.
+    void SetAdvance(double distance);
+    void AddAdvanceTo(Story::GlyphAtts& atts) const;
+    /// How text looks in this state, on a line with this transform.
+    Kernel::Consolidated<Story::GlyphAtts> MakeGlyphAtts(const Params& lineTransform) const;
+
+    /// Appends what a code stands for, with a width in thousandths of the size; gives the advance in line space.
+    double AddChars(std::vector<Char>& chars, const CodeSequence& sequence, int code, double width) const;
+    double AddChar(std::vector<Char>& chars, char32_t unicode, int glyphIndex, int charCode, double width) const;
 
     const Kernel::Counted<const ColourSpace>& GetColourSpace(bool isStroke) const
     {
@@ -132,11 +148,18 @@ public:
     double wordSpace = 0;
     double textWidth = 100;
     double textRise = 0;
+    double fontSize = 0;
+    double fontSign = 1;
     double leading = 0;
+    /// Null stands for the default font, which is not loaded before text needs it.
+    Kernel::Counted<const Font> font;
     /// Bit 1: fill, bit 0: stroke.
     int renderFlags = 2;
     int isTextClip = 0;
     TextTransform textTransform;
+    /// Of the pen below the line's baseline.
+    double advance = 0;
+    Kernel::Consolidated<Story::GlyphAtts> glyphAtts;
 
     /// Nesting of forms in which this state was made.
     int xObjectDepth = 0;

@@ -4,6 +4,7 @@
 #include "colour/ColourSpaceFactory.h"
 #include "content/XObject.h"
 #include "document/Dictionary.h"
+#include "fonts/Font.h"
 
 namespace Quillet {
 
@@ -65,6 +66,14 @@ Kernel::Counted<const XObject> Resources::GetXObject(const std::string& name, XO
     const Ref value = GetXObjects()->GetRef(name.c_str());
     if (value.IsNull()) return nullptr;
     return XObject::Make(value, Kernel::Counted<const Resources>(this), type, name);
+}
+
+Kernel::Counted<const Font> Resources::GetFont(const std::string& name) const
+{
+    const auto [entry, isFirstLookUp] = fonts.try_emplace(name);
+    if (!isFirstLookUp) return entry->second;
+    if (const Ref value = GetFonts()->GetRef(name.c_str()); !value.IsNull()) entry->second = Font::Make(value, name);
+    return entry->second;
 }
 
 Ref Resources::GetExtGStateRef(const std::string& name) const

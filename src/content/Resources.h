@@ -17,6 +17,7 @@ namespace Quillet {
 class ColourSpace;
 class ColourSpaceFactory;
 class Dictionary;
+class Font;
 class XObject;
 
 /// Named access to one resource dictionary.
@@ -47,6 +48,8 @@ public:
     Kernel::Counted<const ColourSpace> GetColourSpace(const std::string& name) const;
     /// Null for an unknown name and for an object that cannot be made. Nothing is raised for either.
     Kernel::Counted<const XObject> GetXObject(const std::string& name, XObjectType::Type type) const;
+    /// Null for an unknown name.
+    Kernel::Counted<const Font> GetFont(const std::string& name) const;
     /// The graphics state parameters under `name`, or a null reference.
     Ref GetExtGStateRef(const std::string& name) const;
     /// A new dictionary on the property list under `name`, or null.
@@ -68,6 +71,7 @@ private:
     mutable Kernel::Counted<Dictionary> extGStateDictionary;
     mutable Kernel::Counted<Dictionary> propertiesDictionary;
     mutable std::unordered_map<std::string, Kernel::Counted<const ColourSpace>> colourSpaces;
+    mutable std::unordered_map<std::string, Kernel::Counted<const Font>> fonts;
     mutable Kernel::Counted<const Resources> twin;
 };
 

@@ -2,6 +2,8 @@
 
 #include "content/ArgVec.h"
 #include "content/GraphicsStateStack.h"
+#include "content/Resources.h"
+#include "fonts/Font.h"
 #include "text/TextHandler.h"
 
 namespace Quillet {
@@ -36,8 +38,12 @@ void OpEndText::Execute(const ArgVec& args) const
 void OpTextFont::Execute(const ArgVec& args) const
 {
     CheckCall(OperatorCategory::Page | OperatorCategory::Text, args, 2);
-    args.GetName(0);
-    args.GetReal(1);
+    const std::string& name = args.GetName(0);
+    const double size = args.GetReal(1);
+    const Kernel::Counted<const Resources> resources = GetResources();
+    Kernel::Counted<const Font> font = resources ? resources->GetFont(name) : nullptr;
+    if (!Check(static_cast<bool>(font), Error::General)) font = Font::GetDefaultFont();
+    GetState().SetFont(std::move(font), size);
 }
 
 void OpTextPosition::Execute(const ArgVec& args) const
@@ -67,15 +73,24 @@ void OpTextMatrix::Execute(const ArgVec& args) const
 void OpTextOut::Execute(const ArgVec& args) const
 {
     CheckCall(OperatorCategory::Text, args, 1);
-    args.GetStringBuf(0);
+    GetTextHandler().TextOut(args.GetStringBuf(0));
 }
 
 void OpTextOutArray::Execute(const ArgVec& args) const
 {
     CheckCall(OperatorCategory::Text, args, -1);
     for (int i = 0; i < args.count; ++i) {
-        const Token::Type type = args.GetType(i);
-        Check(type == Token::TokenInt || type == Token::TokenReal || type == Token::TokenString, Error::General);
+        switch (args.GetType(i)) {
+        case Token::TokenInt:
+        case Token::TokenReal:
+            GetTextHandler().TextKern(args.GetReal(i));
+            break;
+        case Token::TokenString:
+            GetTextHandler().TextOut(args.GetStringBuf(i));
+            break;
+        default:
+            OnError(Error::General);
+        }
     }
 }
 
@@ -89,7 +104,7 @@ void OpNewLine::Execute(const ArgVec& args) const
         state.SetWordSpace(args.GetReal(0));
         state.SetCharSpace(args.GetReal(1));
     }
-    if (hasString) args.GetStringBuf(spacingCount);
+    if (hasString) GetTextHandler().TextOut(args.GetStringBuf(spacingCount));
 }
 
 } // namespace Quillet

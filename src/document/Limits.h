@@ -29,10 +29,14 @@ inline constexpr unsigned long long c_maxProgramLength = 1ull << 20;
 /// Colours of one gradient. Functions of functions share their parts, so a small file can ask for any number.
 inline constexpr unsigned long long c_maxGradientStops = 1ull << 16;
 
-/// Work of one page, in the units of `Guard::Page::Spend`: an operator is 1, a path segment 4, an object of the
-/// tree 25. The largest maps stay below a tenth of it; it bounds a page to a few gigabytes and a minute.
+/// Code space ranges of a font encoding; real ones have some dozens. Each code of a text is looked up among them.
+inline constexpr unsigned long long c_maxCodeSpaceRanges = 4096;
+
+/// Work of one page, in the units of `Guard::Page::Spend`: an operator is 1, a path segment 4, a character 8, an
+/// object of the tree 25. The largest maps stay below a tenth of it; it bounds a page to a few gigabytes and a minute.
 inline constexpr long long c_maxPageWork = 100'000'000;
 inline constexpr long long c_segmentWork = 4;
 inline constexpr long long c_objectWork = 25;
+inline constexpr long long c_charWork = 8;
 
 } // namespace Quillet::Limits

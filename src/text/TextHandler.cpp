@@ -1,12 +1,78 @@
 #include "text/TextHandler.h"
 
 #include "content/GraphicsStateStack.h"
+#include "fonts/Font.h"
+#include "graphics/SoftMask.h"
+
+#include <Quillet/Page.h>
+#include <Quillet/TextLineObject.h>
+
+#include <cmath>
+#include <numbers>
+#include <utility>
 
 namespace Quillet {
+
+namespace {
+
+using Params = TextHandler::Params;
+
+constexpr double c_sameTransform = 1e-6;
+
+/// From y upward to y downward, and back.
+constexpr Params c_reversal = Params::Scale(1, -1);
+
+Params ReverseY(const Params& transform)
+{
+    return c_reversal * transform * c_reversal;
+}
+
+/// A matrix as a turn after scales and a slant.
+struct Decomposition
+{
+    explicit Decomposition(const Params& matrix)
+    {
+        angle = std::atan2(matrix.b, matrix.a);
+        // A mirrored matrix turns so that the vertical scale stays positive and the horizontal one has the sign.
+        if (matrix.a * matrix.d < matrix.b * matrix.c) {
+            angle -= std::numbers::pi;
+            if (angle < -std::numbers::pi) angle += 2 * std::numbers::pi;
+        }
+        Params upright = matrix;
+        if (std::abs(angle) > c_sameTransform) {
+            const double cosine = std::cos(angle);
+            const double sine = std::sin(angle);
+            turn = Params::FromPdf(cosine, sine, -sine, cosine, 0, 0);
+            upright = Params::FromPdf(cosine, -sine, sine, cosine, 0, 0) * matrix;
+        }
+        scales.x = upright.a;
+        scales.y = upright.d;
+        const double shear = std::abs(upright.d) > c_sameTransform ? upright.c / upright.d : 0;
+        scales.shear = std::abs(shear) > c_sameTransform ? shear : 0;
+        pen = {upright.e, upright.f};
+    }
+
+    double angle = 0;
+    Params turn;
+    TextTransform scales;
+    /// In the space that is turned.
+    Kernel::PointT<double> pen;
+};
+
+} // namespace
+
+TextHandler::TextHandler(Kernel::NonCounted<GraphicsStateStack> runStack) : stack(runStack), line(MakeLine()) {}
+
+TextHandler::~TextHandler() = default;
 
 GraphicsState& TextHandler::GetState() const
 {
     return stack->GetTop();
+}
+
+Kernel::Counted<TextLineObject> TextHandler::MakeLine() const
+{
+    return Kernel::MakeCounted<TextLineObject>(-1);
 }
 
 void TextHandler::BeginText()
@@ -18,6 +84,7 @@ void TextHandler::BeginText()
 void TextHandler::EndText()
 {
     FlushText();
+    FlushClipping();
 }
 
 void TextHandler::SetLtText(const Params& transform)
@@ -26,8 +93,91 @@ void TextHandler::SetLtText(const Params& transform)
     isLtTextSet = true;
 }
 
-void TextHandler::FlushText() {}
+Params TextHandler::GetGdiLtText() const
+{
+    return GetState().ltCurrent * GetLtText();
+}
 
-void TextHandler::OnGraphicsStateChanging() {}
+Params TextHandler::GetLtText() const
+{
+    if (isLtTextSet) return ltText;
+    // The pen has moved: what puts the origin of text space where the line ends.
+    const GraphicsState& state = GetState();
+    const Kernel::PointT<double> end = line->GetEndPosition(state);
+    const Params glyphs{textTransform.x, textTransform.shear * textTransform.y, end.x, 0, textTransform.y, end.y};
+    return state.ltCurrent.GetInverse() * c_reversal * lineTransform * glyphs;
+}
+
+void TextHandler::UpdateTextAtts()
+{
+    GraphicsState& state = GetState();
+    if (state.ltCurrent.IsEqual(lastCtm, c_sameTransform) && !isLtTextSet && glyphAtts &&
+        state.blendMode == line->blendMode)
+        return;
+
+    const Decomposition parts(c_reversal * state.ltCurrent * GetLtText());
+    lastCtm = state.ltCurrent;
+    if (!parts.turn.IsEqual(lineTransform, c_sameTransform)) {
+        FlushText();
+        lineTransform = parts.turn;
+    }
+    if (!state.font) state.font = Font::GetDefaultFont();
+    UpdateGlyphAtts(parts.scales);
+    if (!line->CanMoveTo(parts.pen, glyphAtts) || state.blendMode != line->blendMode) FlushText();
+    line->MoveTo(parts.pen, state);
+    line->SetBlendMode(state.blendMode);
+    isLtTextSet = false;
+}
+
+void TextHandler::UpdateGlyphAtts(const TextTransform& transform)
+{
+    if (glyphAtts && transform == textTransform) return;
+    textTransform = transform;
+    GraphicsState& state = GetState();
+    state.SetTextTransform(transform);
+    glyphAtts = state.MakeGlyphAtts(ReverseY(lineTransform));
+    state.SetGlyphAtts(glyphAtts);
+}
+
+void TextHandler::TextOut(const std::vector<char>& string)
+{
+    UpdateTextAtts();
+    line->TextOut(string, GetState());
+}
+
+void TextHandler::TextKern(double thousandths)
+{
+    UpdateTextAtts();
+    const GraphicsState& state = GetState();
+    line->Kern(thousandths * textTransform.x * state.fontSize / 1000);
+}
+
+void TextHandler::FlushText()
+{
+    if (line->chars.empty()) return;
+    // The pen stays where it is when its line goes.
+    SetLtText(GetLtText());
+    GraphicsState& state = GetState();
+    line->SetTransform(ReverseY(lineTransform));
+    line->OnEndOfLine();
+    if (line->chars.empty()) {
+        line->Clear();
+        return;
+    }
+    line->SetSoftMask(state.softMask);
+    if (state.isTextClip) line->AppendOutlinesTo(clipOutline);
+    if (!state.isTextClip || line->HasFillOrStroke()) {
+        line->SetId(stack->page->MakeObjectId());
+        state.AddObject(line);
+    }
+    line = MakeLine();
+}
+
+void TextHandler::FlushClipping()
+{
+    if (clipOutline.IsEmpty()) return;
+    GetState().PushClippingPath(clipOutline, Geometry::WindingOrderMode::NonZero, Params());
+    clipOutline.curves.clear();
+}
 
 } // namespace Quillet

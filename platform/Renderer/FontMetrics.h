@@ -1,0 +1,76 @@
+#pragma once
+
+#include <Geometry/PolyCurveDbl.h>
+#include <Kernel/Countable.h>
+#include <Kernel/Counted.h>
+#include <Kernel/Font.h>
+#include <Kernel/RectT.h>
+
+#include <memory>
+
+namespace Renderer {
+
+/// What a glyph takes up, in ems.
+struct GlyphMetrics
+{
+    /// The glyph's number in its font; 0 for a character that the font lacks.
+    int id = 0;
+    double advance = 0;
+    /// From the pen, y downward; empty for a glyph without an outline.
+    Kernel::RectT<double> box = Kernel::RectT<double>::MakeEmpty();
+};
+
+/// The measures of a font of the machine, in ems. Each is worked out when first asked for and kept; any number of
+/// threads may ask.
+///
+/// A font that the machine lacks has the measures of the nearest that it has, and on a machine without fonts a width of
+/// half an em for each character and no boxes.
+class QUILLET_API FontMetrics : public Kernel::Countable
+{
+public:
+    /// One object for each font; it stays until the process ends.
+    static Kernel::Counted<const FontMetrics> Make(const Kernel::Font& font);
+    ~FontMetrics() override;
+    FontMetrics(const FontMetrics&) = delete;
+    FontMetrics& operator=(const FontMetrics&) = delete;
+
+    /// As asked for.
+    const Kernel::Font& GetFont() const { return font; }
+    /// Whose measures these are.
+    const Kernel::Font& GetActualFont() const { return actualFont; }
+
+    GlyphMetrics GetGlyphMetrics(char32_t character) const;
+    GlyphMetrics GetGlyphIndexMetrics(int id) const;
+    /// Pair kerning of two glyphs, by the font's own tables.
+    double GetAutoKerning(int left, int right) const;
+    /// With y downward, from the pen; null for a glyph without an outline.
+    Kernel::Counted<const Geometry::PolyCurveDbl> GetOutline(int id) const;
+
+    /// Above the baseline, and below it as a positive number.
+    double GetAscent() const { return ascent; }
+    double GetDescent() const { return descent; }
+    /// From the baseline down to the middle of the line, and its thickness.
+    double GetUnderlinePosition() const { return underlinePosition; }
+    double GetUnderlineThickness() const { return underlineThickness; }
+    /// From the baseline up to the middle of the line, and its thickness.
+    double GetStrikeoutPosition() const { return strikeoutPosition; }
+    double GetStrikeoutThickness() const { return strikeoutThickness; }
+
+    /// What fonts with the same face share.
+    struct Face;
+
+    explicit FontMetrics(const Kernel::Font& askedFont);
+
+private:
+    Kernel::Font font;
+    Kernel::Font actualFont;
+    std::shared_ptr<Face> face;
+    double ascent = 0.75;
+    double descent = 0.25;
+    double underlinePosition = 0.1;
+    double underlineThickness = 0.05;
+    double strikeoutPosition = 0.25;
+    double strikeoutThickness = 0.05;
+};
+
+} // namespace Renderer

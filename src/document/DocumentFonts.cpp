@@ -1,0 +1,153 @@
+// The fonts of a document.
+
+#include <Quillet/PdfDocument.h>
+
+#include "content/Resources.h"
+#include "document/Dictionary.h"
+#include "document/XRefs.h"
+#include "fonts/Font.h"
+
+#include <Quillet/Page.h>
+
+#include <Renderer/FontMetrics.h>
+#include <Story/GlyphAtts.h>
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+namespace Quillet {
+
+namespace {
+
+/// A list that a file can make as long as it likes.
+constexpr std::size_t c_maxFonts = 1 << 16;
+
+bool HasFontFile(const Ref& fontDictionary)
+{
+    Dictionary descriptor(Dictionary(fontDictionary).GetRef("FontDescriptor"));
+    return descriptor.Has("FontFile") || descriptor.Has("FontFile2") || descriptor.Has("FontFile3");
+}
+
+/// Goes through resources and those of the forms in them, each once.
+class FontCollector
+{
+public:
+    struct Entry
+    {
+        Ref ref;
+        Kernel::Counted<const Font> font;
+    };
+
+    void AddResources(const Ref& first)
+    {
+        std::vector<Ref> pending{first};
+        while (!pending.empty()) {
+            const Ref ref = pending.back();
+            pending.pop_back();
+            if (ref.IsNull() || !seen.emplace(ref.number, ref.GetPos()).second || seen.size() > c_maxFonts) continue;
+            const Resources resources(ref);
+            AddFonts(resources);
+            const auto forms = resources.GetXObjects();
+            for (const std::string& key : forms->GetKeys())
+                pending.push_back(Dictionary(forms->GetRef(key.c_str())).GetRef("Resources"));
+        }
+    }
+
+    std::vector<Entry> entries;
+
+private:
+    void AddFonts(const Resources& resources)
+    {
+        const auto fonts = resources.GetFonts();
+        for (const std::string& key : fonts->GetKeys()) {
+            const Ref ref = fonts->GetRef(key.c_str());
+            if (ref.IsNull() || !seen.emplace(ref.number, ref.GetPos()).second) continue;
+            if (auto font = Font::Make(ref, key)) entries.push_back({ref, std::move(font)});
+        }
+    }
+
+    /// Objects by number and place.
+    std::set<std::pair<int, unsigned long long>> seen;
+};
+
+std::vector<FontCollector::Entry> CollectFonts(const PdfDocument& document)
+{
+    FontCollector collector;
+    // A claim of pages is only a number: the first page that is missing ends the walk.
+    for (int index = 0; index < document.GetPageCount(); ++index) {
+        try {
+            const auto page = document.GetPage(index);
+            if (!page) break;
+            collector.AddResources(page->GetResourcesRef());
+        } catch (Error::Type) {
+            break;
+        }
+    }
+    return std::move(collector.entries);
+}
+
+} // namespace
+
+void PdfDocument::SetFontMap(Kernel::Counted<const Kernel::FontMap> map)
+{
+    fontMap = map ? std::move(map) : Kernel::Counted<const Kernel::FontMap>(Kernel::MakeCounted<Kernel::FontMap>());
+    xrefs->ClearCaches();
+}
+
+const Kernel::Counted<const Kernel::FontMap>& PdfDocument::GetFontMap() const
+{
+    static const auto& standard = *new Kernel::Counted<const Kernel::FontMap>(Kernel::FontMap::GetDefault());
+    return fontMap ? fontMap : standard;
+}
+
+std::vector<FontInfo> PdfDocument::GetFontInfos() const
+{
+    std::vector<FontInfo> infos;
+    for (const auto& [ref, font] : CollectFonts(*this)) {
+        Dictionary dictionary(ref);
+        FontInfo made;
+        made.name = dictionary.GetName("BaseFont");
+        made.subtype = font->subtype;
+        made.isAvailable = font->IsAvailable();
+        made.isEmbedded = HasFontFile(ref) || font->subtype == "Type3";
+        std::vector<Ref> descendants;
+        dictionary.GetRefVec("DescendantFonts", descendants);
+        for (const Ref& descendant : descendants)
+            made.isEmbedded = made.isEmbedded || HasFontFile(descendant);
+        if (made.name.empty()) made.name = font->GetPostscriptName();
+        if (!font->GetKernelFont().IsEmpty()) {
+            const auto atts = Kernel::MakeCounted<Story::GlyphAtts>();
+            font->AddTo(*atts);
+            made.actualFont = atts->GetFontMetrics()->GetActualFont();
+        }
+        infos.push_back(std::move(made));
+    }
+    return infos;
+}
+
+std::vector<Kernel::Font> PdfDocument::GetFonts() const
+{
+    std::vector<Kernel::Font> result;
+    for (const auto& [ref, font] : CollectFonts(*this)) {
+        if (std::ranges::find(result, font->GetKernelFont()) == result.end()) result.push_back(font->GetKernelFont());
+    }
+    return result;
+}
+
+void PdfDocument::AddFont(const Kernel::Font& font) const
+{
+    if (fonts.size() < c_maxFonts && !ContainsFont(font)) fonts.push_back(font);
+}
+
+bool PdfDocument::ContainsFont(const Kernel::Font& font) const
+{
+    return std::ranges::find(fonts, font) != fonts.end();
+}
+
+bool PdfDocument::IsFontPostscriptNameUnique(const std::string& name) const
+{
+    return std::ranges::find(fonts, name, &Kernel::Font::postscriptName) == fonts.end();
+}
+
+} // namespace Quillet

@@ -1,0 +1,137 @@
+#include "fonts/CidFont.h"
+
+#include "document/Dictionary.h"
+#include "filters/Stream.h"
+#include "fonts/FontEncodingFactory.h"
+#include <Quillet/Char.h>
+
+#include <algorithm>
+#include <iterator>
+#include <limits>
+
+namespace Quillet {
+
+namespace {
+
+constexpr double c_defaultWidth = 1000;
+
+bool IsNumber(const Parser& parser)
+{
+    return parser.tokenType == Token::TokenInt || parser.tokenType == Token::TokenReal;
+}
+
+} // namespace
+
+Kernel::Counted<const CidFont> CidFont::Make(const Ref& ref, const Kernel::Counted<const FontEncoding>&)
+{
+    if (ref.number < 0) return nullptr;
+    if (auto cached = ref.GetCache<CidFont>()) return cached;
+    const auto font = Kernel::MakeCounted<CidFont>(Kernel::MakeCounted<Dictionary>(ref, "Font", Error::General));
+    ref.SetCache(font);
+    return font;
+}
+
+CidFont::CidFont(const Kernel::Counted<Dictionary>& dictionary) : InstallableFont(*dictionary)
+{
+    ReadMetrics(*dictionary);
+    ReadDescriptor(*dictionary);
+    ReadEncoding(dictionary);
+    if (isAvailable) return;
+    const bool isEven = std::ranges::all_of(
+        widths, [this](const auto& entry) { return entry.second.width == widths.begin()->second.width; });
+    if (isEven) SetIsMonospaced();
+    UpdateEffectiveFont(GetFontMap(dictionary->object));
+}
+
+void CidFont::SetWidths(long long first, long long last, double width)
+{
+    first = std::max(first, 0LL);
+    last = std::min<long long>(last, std::numeric_limits<int>::max() - 1);
+    if (last < first) return;
+    const auto begin = static_cast<int>(first);
+    const auto end = static_cast<int>(last);
+    // Later entries win: what they overlap is cut.
+    auto after = widths.upper_bound(end);
+    while (after != widths.begin()) {
+        const auto place = std::prev(after);
+        const auto [oldFirst, old] = *place;
+        if (old.last < begin) break;
+        after = widths.erase(place);
+        if (old.last > end) after = widths.emplace(end + 1, old).first;
+        if (oldFirst < begin) {
+            widths.emplace(oldFirst, WidthRange{begin - 1, old.width});
+            break;
+        }
+    }
+    widths[begin] = {end, width};
+}
+
+void CidFont::ReadMetrics(Dictionary& dictionary)
+{
+    missingWidth = dictionary.GetReal("DW", c_defaultWidth);
+    if (!dictionary.DictionarySeek("W")) return;
+    dictionary.NextToken();
+    const Kernel::Counted<Parser> parser = dictionary.OptionalDereference();
+    if (parser->tokenType != Token::TokenArrayStart) return;
+    while (parser->NextToken() != Token::TokenArrayEnd && parser->tokenType != Token::TokenEnd) {
+        long long cid = parser->GetTokenInt();
+        parser->NextToken();
+        const Kernel::Counted<Parser> value = parser->OptionalDereference();
+        if (value->tokenType == Token::TokenArrayStart) {
+            while (value->NextToken() != Token::TokenArrayEnd && value->tokenType != Token::TokenEnd) {
+                SetWidths(cid, cid, value->GetTokenReal());
+                if (cid < std::numeric_limits<int>::max()) ++cid;
+            }
+        } else if (IsNumber(*value)) {
+            const long long last = value->GetTokenInt();
+            SetWidths(cid, last, parser->NextReal());
+        }
+    }
+}
+
+double CidFont::GetBaseWidth(int cid) const
+{
+    const auto after = widths.upper_bound(cid);
+    if (after == widths.begin()) return missingWidth;
+    const WidthRange& range = std::prev(after)->second;
+    return range.last >= cid ? range.width : missingWidth;
+}
+
+void CidFont::ReadEncoding(const Kernel::Counted<Dictionary>& dictionary)
+{
+    if (!isAvailable || (subtype != "CIDFontType0" && subtype != "CIDFontType2")) return;
+    const auto host = FontEncodingFactory::GetFromOs(requestedFont);
+    if (!host) return;
+    encoding = host;
+    if (!dictionary->DictionarySeek("CIDToGIDMap")) return;
+    dictionary->NextToken();
+    const Kernel::Counted<Parser> value = dictionary->OptionalDereference();
+    if (value->tokenType == Token::TokenDictStart) {
+        if (auto own = ReadGlyphIds(dictionary->GetRef("CIDToGIDMap"), *host)) encoding = own;
+        return;
+    }
+    const bool isName = value->tokenType == Token::TokenName && value->GetTokenName() == "Identity";
+    const bool isString = value->tokenType == Token::TokenString && value->GetTokenString() == "Identity";
+    Check(isName || isString, Error::UnimplementedTextEncoding);
+}
+
+Kernel::Counted<const FontEncoding> CidFont::ReadGlyphIds(const Ref& stream, const FontEncoding& host) const
+{
+    std::vector<char> bytes;
+    Stream(stream).ReadAll(bytes);
+    if (bytes.size() < 2) return nullptr;
+    auto own = Kernel::MakeCounted<FontEncoding>();
+    const std::size_t count = std::min<std::size_t>(bytes.size() / 2, 1 << 16);
+    for (std::size_t cid = 0; cid < count; ++cid) {
+        const int glyph =
+            static_cast<unsigned char>(bytes[2 * cid]) << 8 | static_cast<unsigned char>(bytes[2 * cid + 1]);
+        if (glyph == 0) continue;
+        const CodeSequence sequence = host.GetMappedSequence(glyph);
+        if (sequence.count > 0 && sequence.values[0] != 0) own->AddMap(static_cast<int>(cid), sequence.values[0]);
+    }
+    own->AddCodeSpaceRange(2, 0, 0, 0xFFFF);
+    own->OnComplete();
+    return own;
+}
+
+} // namespace Quillet

@@ -1,0 +1,206 @@
+#include "fonts/FontEncoding.h"
+
+#include "document/Guard.h"
+#include "document/Limits.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace Quillet {
+
+namespace {
+
+using MapRange = FontEncoding::MapRange;
+
+/// Whether `next` goes on where `range` ends.
+bool Continues(const MapRange& range, const MapRange& next)
+{
+    const long long distance = static_cast<long long>(next.first) - range.first;
+    return static_cast<long long>(range.last) + 1 == next.first && range.sequence.Advanced(distance) == next.sequence;
+}
+
+/// The codes that are asked one by one; a range may claim billions.
+constexpr int c_maxSingleCodes = 1 << 17;
+
+} // namespace
+
+FontEncoding::FontEncoding(const FontEncoding& other)
+    : RefCacheable(), ErrorForwarder(other.GetErrorHandler()), name(other.name), registry(other.registry),
+      ordering(other.ordering), codeSpaceRanges(other.codeSpaceRanges), mapRanges(other.mapRanges), lookup(other.lookup)
+{}
+
+void FontEncoding::AddCodeSpaceRange(int byteCount, int fontIndex, unsigned low, unsigned high)
+{
+    if (codeSpaceRanges.size() < Limits::c_maxCodeSpaceRanges)
+        codeSpaceRanges.push_back({low, high, byteCount, fontIndex});
+}
+
+void FontEncoding::AddMapRange(int first, int last, const CodeSequence& sequence)
+{
+    if (!Check(first >= 0, Error::General)) first = 0;
+    if (last < first) return;
+    auto after = mapRanges.upper_bound(last);
+    while (after != mapRanges.begin()) {
+        const auto place = std::prev(after);
+        const MapRange old = place->second;
+        if (old.last < first) break;
+        after = mapRanges.erase(place);
+        if (old.last > last) {
+            const long long distance = static_cast<long long>(last) + 1 - old.first;
+            after = mapRanges.emplace(last + 1, MapRange{last + 1, old.last, old.sequence.Advanced(distance)}).first;
+        }
+        if (old.first < first) {
+            mapRanges.emplace(old.first, MapRange{old.first, first - 1, old.sequence});
+            break;
+        }
+    }
+    InsertMapRange({first, last, sequence});
+}
+
+void FontEncoding::InsertMapRange(MapRange range)
+{
+    auto next = mapRanges.upper_bound(range.first);
+    if (next != mapRanges.begin()) {
+        const auto before = std::prev(next);
+        if (Continues(before->second, range)) {
+            range = {before->second.first, range.last, before->second.sequence};
+            mapRanges.erase(before);
+        }
+    }
+    if (next != mapRanges.end() && Continues(range, next->second)) {
+        range.last = next->second.last;
+        mapRanges.erase(next);
+    }
+    mapRanges.insert_or_assign(range.first, range);
+}
+
+void FontEncoding::AddUndefinedMaps(int first, int last, char32_t character)
+{
+    for (int code = first; code <= last; ++code) {
+        if (!ContainsMappingFor(code)) AddMap(code, character);
+    }
+}
+
+void FontEncoding::OnComplete()
+{
+    if (codeSpaceRanges.empty()) AddCodeSpaceRange(1, 0, 0, 0);
+    std::ranges::stable_sort(codeSpaceRanges, {}, &CodeSpaceRange::byteCount);
+    for (int code = 0; code < c_lookupSize; ++code)
+        lookup[static_cast<std::size_t>(code)] = GetMappedSequenceSlow(code);
+}
+
+const MapRange* FontEncoding::FindRange(int code) const
+{
+    const auto after = mapRanges.upper_bound(code);
+    if (after == mapRanges.begin()) return nullptr;
+    const MapRange& range = std::prev(after)->second;
+    return range.last >= code ? &range : nullptr;
+}
+
+CodeSequence FontEncoding::GetMappedSequenceSlow(int code) const
+{
+    const MapRange* range = FindRange(code);
+    return range ? range->sequence.Advanced(static_cast<long long>(code) - range->first) : CodeSequence(0);
+}
+
+bool FontEncoding::ContainsMappingFor(int code) const
+{
+    return FindRange(code) != nullptr;
+}
+
+bool FontEncoding::AdvanceCharCode(int& fontIndex, int& code, int& pos, const std::vector<char>& text) const
+{
+    const int size = static_cast<int>(text.size());
+    const int start = pos;
+    // Without a single byte a code would never end.
+    const int maxBytes = codeSpaceRanges.empty() ? 1 : std::max(codeSpaceRanges.back().byteCount, 1);
+    unsigned value = 0;
+    const auto take = [&] { value = value << 8 | static_cast<unsigned char>(text[static_cast<std::size_t>(pos++)]); };
+    Guard::Page::Spend(1 + static_cast<long long>(codeSpaceRanges.size() / 16));
+
+    for (int taken = 1; taken <= maxBytes && pos < size; ++taken) {
+        take();
+        for (const CodeSpaceRange& range : codeSpaceRanges) {
+            if (range.byteCount != taken || value < range.low || value > range.high) continue;
+            fontIndex = range.fontIndex;
+            code = static_cast<int>(value);
+            return true;
+        }
+    }
+
+    const CodeSpaceRange* best = codeSpaceRanges.empty() ? nullptr : &codeSpaceRanges.front();
+    value = 0;
+    bool hasBest = false;
+    for (int taken = 1; taken <= maxBytes && pos < size; ++taken) {
+        take();
+        for (const CodeSpaceRange& range : codeSpaceRanges) {
+            if (range.byteCount < taken) continue;
+            const int shift = 8 * std::min(range.byteCount - taken, 4);
+            const auto shifted = [shift](unsigned bound) { return shift >= 32 ? 0 : bound >> shift; };
+            if (value < shifted(range.low) || value > shifted(range.high)) continue;
+            if (!hasBest || range.byteCount > best->byteCount) best = &range;
+            hasBest = true;
+        }
+    }
+
+    value = 0;
+    fontIndex = best ? best->fontIndex : 0;
+    for (int taken = 0; best && taken < best->byteCount && pos < size; ++taken)
+        take();
+    code = static_cast<int>(value);
+    if (pos == start) ++pos;
+    return false;
+}
+
+int FontEncoding::GetFontIndex(unsigned long code) const
+{
+    const auto found = std::ranges::find_if(
+        codeSpaceRanges, [code](const CodeSpaceRange& range) { return code >= range.low && code <= range.high; });
+    return found == codeSpaceRanges.end() ? -1 : found->fontIndex;
+}
+
+int FontEncoding::GetIndexOfChar(char32_t character) const
+{
+    for (const auto& [first, range] : mapRanges) {
+        if (range.sequence.count != 1) continue;
+        const long long distance = static_cast<long long>(character) - static_cast<long long>(range.sequence.values[0]);
+        if (distance >= 0 && distance <= static_cast<long long>(range.last) - first)
+            return static_cast<int>(first + distance);
+    }
+    return -1;
+}
+
+Kernel::Counted<FontEncoding> FontEncoding::AsPrivateUse(Kernel::Counted<const FontEncoding> base) const
+{
+    constexpr char32_t c_privateUse = 0xF000;
+    auto result = Kernel::MakeCounted<FontEncoding>();
+    result->codeSpaceRanges = codeSpaceRanges;
+    for (const auto& [first, range] : mapRanges) {
+        const long long last = std::min<long long>(range.last, static_cast<long long>(first) + c_maxSingleCodes);
+        for (long long code = first; code <= last; ++code) {
+            const CodeSequence sequence = range.sequence.Advanced(code - first);
+            const int index = sequence.count == 1 ? base->GetIndexOfChar(sequence.values[0]) : -1;
+            const bool isInBase = index >= 1 && index <= 255;
+            result->AddMap(static_cast<int>(code),
+                           isInBase ? CodeSequence(c_privateUse + static_cast<char32_t>(index)) : sequence);
+        }
+    }
+    result->OnComplete();
+    return result;
+}
+
+Kernel::Counted<FontEncoding> FontEncoding::GetInverse() const
+{
+    auto result = Kernel::MakeCounted<FontEncoding>();
+    for (const auto& [first, range] : mapRanges) {
+        if (range.sequence.count != 1) continue;
+        // Codes and characters count on together, so that a range stays one.
+        const auto character = static_cast<int>(range.sequence.values[0]);
+        const long long length = static_cast<long long>(range.last) - first;
+        const long long last = std::min<long long>(character + length, 0x7FFFFFFF);
+        result->AddMapRange(character, static_cast<int>(last), static_cast<char32_t>(first));
+    }
+    return result;
+}
+
+} // namespace Quillet

@@ -1,0 +1,266 @@
+#include "fonts/FontEncodingFactory.h"
+
+#include "document/Dictionary.h"
+#include "fonts/GlyphNames.h"
+
+#include <Kernel/UnicodeCmap.h>
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <limits>
+#include <utility>
+
+namespace Quillet {
+
+namespace {
+
+using Encoding = FontEncodingFactory::Encoding;
+using namespace FontEncodingType;
+
+constexpr char32_t c_bullet = 0x2022;
+constexpr int c_maxCode = 255;
+
+Encoding MakeIdentity()
+{
+    auto encoding = Kernel::MakeCounted<FontEncoding>("Identity");
+    encoding->AddByteCodeSpaceRange();
+    encoding->AddMapRange(0, c_maxCode, char32_t{0});
+    encoding->AddMap('\t', U' ');
+    encoding->OnComplete();
+    return encoding;
+}
+
+/// The code of a glyph in one of the encodings with a table; 0 for none.
+int FindCode(Type type, const std::string& name)
+{
+    const auto findSingle = [&name](std::span<const SingleEncoding> rows) -> int {
+        const auto found = std::ranges::find_if(rows, [&name](const SingleEncoding& row) { return name == row.name; });
+        return found == rows.end() ? 0 : found->code;
+    };
+    switch (type) {
+    case FontEncodingIdentity:
+        return 0;
+    case FontEncodingMacExpert:
+        return findSingle(c_macExpertEncoding);
+    case FontEncodingSymbol:
+        return findSingle(c_symbolEncoding);
+    case FontEncodingZapfDingbats:
+        return findSingle(c_zapfDingbatsEncoding);
+    case FontEncodingStandard:
+    case FontEncodingMacRoman:
+    case FontEncodingWinAnsi:
+        break;
+    }
+    const auto found =
+        std::ranges::find_if(c_latinEncodings, [&name](const LatinEncoding& row) { return name == row.name; });
+    return found == c_latinEncodings.end() ? 0 : found->codes[type - FontEncodingStandard];
+}
+
+/// Calls `visit` with each code and name of a "Differences" array; false if there is none.
+bool VisitDifferences(Dictionary& dictionary, const std::function<void(long long code, const std::string& name)>& visit)
+{
+    if (!dictionary.DictionarySeek("Differences")) return false;
+    dictionary.NextToken();
+    const Kernel::Counted<Parser> parser = dictionary.OptionalDereference();
+    if (parser->tokenType != Token::TokenArrayStart) return false;
+    long long code = 0;
+    while (parser->NextToken() != Token::TokenArrayEnd && parser->tokenType != Token::TokenEnd) {
+        if (parser->tokenType == Token::TokenInt) {
+            code = parser->tokenInt;
+        } else {
+            visit(code++, parser->GetTokenName());
+        }
+    }
+    return true;
+}
+
+Kernel::Counted<Dictionary> MakeDictionary(const Ref& ref)
+{
+    return Kernel::MakeCounted<Dictionary>(ref, "Encoding", Error::General);
+}
+
+Type GetBaseId(Dictionary& dictionary, const std::string& fontName, bool isSymbolic)
+{
+    if (!dictionary.Has("BaseEncoding")) return FontEncodingFactory::GetDefaultId(fontName, isSymbolic);
+    return FontEncodingFactory::GetNamedId(dictionary.GetName("BaseEncoding"), fontName, isSymbolic);
+}
+
+} // namespace
+
+Kernel::Counted<FontEncoding> MakeLatinTable(const char* name, int column)
+{
+    auto encoding = Kernel::MakeCounted<FontEncoding>(name);
+    encoding->AddByteCodeSpaceRange();
+    for (const LatinEncoding& row : c_latinEncodings) {
+        if (row.codes[column] != 0) encoding->AddMap(row.codes[column], GetUnicodeFromAdobeName(row.name, false));
+    }
+    if (column == LatinEncoding::c_winAnsi) encoding->AddUndefinedMaps(40, c_maxCode, c_bullet);
+    encoding->OnComplete();
+    return encoding;
+}
+
+Kernel::Counted<FontEncoding> MakeSingleTable(const char* name, std::span<const SingleEncoding> rows)
+{
+    auto encoding = Kernel::MakeCounted<FontEncoding>(name);
+    encoding->AddByteCodeSpaceRange();
+    const bool isZapfDingbats = std::string_view(name) == "ZapfDingbats";
+    for (const SingleEncoding& row : rows) {
+        if (row.code != 0) encoding->AddMap(row.code, GetUnicodeFromAdobeName(row.name, isZapfDingbats));
+    }
+    encoding->OnComplete();
+    return encoding;
+}
+
+Encoding FontEncodingFactory::Get(Type type)
+{
+    static const auto& encodings = *new std::array<Encoding, 7>{
+        MakeIdentity(),
+        MakeLatinTable("StandardEncoding", LatinEncoding::c_standard),
+        MakeLatinTable("MacRomanEncoding", LatinEncoding::c_macRoman),
+        MakeLatinTable("WinAnsiEncoding", LatinEncoding::c_winAnsi),
+        MakeSingleTable("MacExpertEncoding", c_macExpertEncoding),
+        MakeSingleTable("Symbol", c_symbolEncoding),
+        MakeSingleTable("ZapfDingbats", c_zapfDingbatsEncoding),
+    };
+    return encodings.at(static_cast<std::size_t>(type));
+}
+
+Type FontEncodingFactory::GetNamedId(const std::string& encodingName, const std::string& fontName, bool isSymbolic)
+{
+    constexpr std::pair<const char*, Type> c_names[] = {{"MacRomanEncoding", FontEncodingMacRoman},
+                                                        {"WinAnsiEncoding", FontEncodingWinAnsi},
+                                                        {"MacExpertEncoding", FontEncodingMacExpert},
+                                                        {"Symbol", FontEncodingSymbol},
+                                                        {"ZapfDingbats", FontEncodingZapfDingbats}};
+    for (const auto& [name, type] : c_names) {
+        if (encodingName == name) return type;
+    }
+    // "StandardEncoding" comes this way too, and is the font's own for a symbolic one.
+    return GetDefaultId(fontName, isSymbolic);
+}
+
+Encoding FontEncodingFactory::GetNamed(const std::string& encodingName, const std::string& fontName, bool isSymbolic)
+{
+    return Get(GetNamedId(encodingName, fontName, isSymbolic));
+}
+
+Type FontEncodingFactory::GetDefaultId(const std::string& fontName, bool isSymbolic)
+{
+    if (fontName == "Symbol") return FontEncodingSymbol;
+    if (fontName == "ZapfDingbats") return FontEncodingZapfDingbats;
+    return isSymbolic ? FontEncodingIdentity : FontEncodingStandard;
+}
+
+Encoding FontEncodingFactory::GetDefault(const std::string& fontName, bool isSymbolic)
+{
+    return Get(GetDefaultId(fontName, isSymbolic));
+}
+
+Encoding FontEncodingFactory::GetType1(const Ref& ref, const std::string& fontName, bool isSymbolic,
+                                       const Kernel::Font& font)
+{
+    const auto dictionary = MakeDictionary(ref);
+    const Encoding base = Get(GetBaseId(*dictionary, fontName, isSymbolic));
+    auto result = Kernel::MakeCounted<FontEncoding>(*base);
+    result->SetErrorHandler(ref.GetErrorHandler());
+    Encoding cache;
+    const bool hasDifferences = VisitDifferences(*dictionary, [&](long long code, const std::string& name) {
+        if (code < 0 || code > c_maxCode) return;
+        char32_t character = GetUnicodeFromAdobeName(name, fontName == "ZapfDingbats");
+        if (character == 0) character = GetUnicodeFromGlyphIndex(name, font, &cache);
+        if (character == 0) {
+            ref.OnError(Error::UnimplementedTextEncoding);
+        } else {
+            result->AddMap(static_cast<int>(code), character);
+        }
+    });
+    if (!hasDifferences) return base;
+    result->OnComplete();
+    return result;
+}
+
+Encoding FontEncodingFactory::GetType1Encoding(const Ref& ref, const std::string& fontName, bool isSymbolic,
+                                               bool noDefault)
+{
+    const auto dictionary = MakeDictionary(ref);
+    if (dictionary->Has("BaseEncoding"))
+        return Get(GetNamedId(dictionary->GetName("BaseEncoding"), fontName, isSymbolic));
+    if (noDefault || isSymbolic) return nullptr;
+    return Get(GetDefaultId(fontName, false));
+}
+
+Kernel::Counted<const FontEncodingDifferences> FontEncodingFactory::GetType1Differences(const Ref& ref)
+{
+    const auto dictionary = MakeDictionary(ref);
+    auto differences = Kernel::MakeCounted<FontEncodingDifferences>();
+    const bool isThere = VisitDifferences(*dictionary, [&](long long code, const std::string& name) {
+        if (code >= std::numeric_limits<int>::min() && code <= std::numeric_limits<int>::max())
+            differences->Add(static_cast<int>(code), name);
+    });
+    if (!isThere && !dictionary->Has("Differences")) return nullptr;
+    return differences;
+}
+
+void FontEncodingFactory::ApplyEncodingToWidths(std::vector<double>& widths, const Ref& ref,
+                                                const std::string& fontName, bool isSymbolic)
+{
+    const auto dictionary = MakeDictionary(ref);
+    const Type base = GetBaseId(*dictionary, fontName, isSymbolic);
+    const StandardFontMetrics* metrics = GetStandardFontMetrics(fontName);
+    std::vector<double> result = widths;
+    const bool hasDifferences = VisitDifferences(*dictionary, [&](long long code, const std::string& name) {
+        if (code < 0 || code > c_maxCode) return;
+        const auto place = static_cast<std::size_t>(code);
+        if (result.size() <= place) result.resize(place + 1);
+        const auto known = static_cast<std::size_t>(FindCode(base, name));
+        if (known != 0 && known < widths.size()) {
+            result[place] = widths[known];
+            return;
+        }
+        if (!metrics) return;
+        const auto glyph =
+            std::ranges::find_if(metrics->glyphs, [&name](const StandardGlyph& row) { return name == row.name; });
+        if (glyph != metrics->glyphs.end()) result[place] = glyph->width;
+    });
+    if (hasDifferences) widths = std::move(result);
+}
+
+Encoding FontEncodingFactory::GetFromOs(const Kernel::Font& font)
+{
+    const auto cmap = Kernel::UnicodeCmap::Make(font);
+    if (!cmap) return nullptr;
+    auto encoding = Kernel::MakeCounted<FontEncoding>();
+    encoding->AddCodeSpaceRange(2, 0, 0, 0xFFFF);
+    for (const Kernel::UnicodeCmap::Range& range : cmap->GetRanges()) {
+        for (char32_t character = range.first; character <= range.last; ++character) {
+            if (const int glyph = cmap->GetGlyphIndex(character); glyph != 0) encoding->AddMap(glyph, character);
+        }
+    }
+    encoding->OnComplete();
+    return encoding;
+}
+
+char32_t FontEncodingFactory::GetUnicodeFromGlyphIndex(const std::string& glyphName, const Kernel::Font& font,
+                                                       Encoding* cache)
+{
+    if (font.IsEmpty() || glyphName.size() < 2 || glyphName[0] != 'g') return 0;
+    int index = 0;
+    std::size_t digits = 0;
+    for (; digits + 1 < glyphName.size() && digits < 4; ++digits) {
+        const char c = glyphName[digits + 1];
+        const int value = c >= '0' && c <= '9'   ? c - '0'
+                          : c >= 'a' && c <= 'f' ? c - 'a' + 10
+                          : c >= 'A' && c <= 'F' ? c - 'A' + 10
+                                                 : -1;
+        if (value < 0) break;
+        index = index * 16 + value;
+    }
+    if (digits == 0) return 0;
+    if (!*cache) *cache = GetFromOs(font);
+    if (!*cache) return 0;
+    const CodeSequence sequence = (*cache)->GetMappedSequence(index);
+    return sequence.count > 0 ? sequence.values[0] : 0;
+}
+
+} // namespace Quillet

@@ -1,0 +1,176 @@
+#include "fonts/SimpleFont.h"
+
+#include "content/GraphicsState.h"
+#include "document/Dictionary.h"
+#include "fonts/CMapInterpreter.h"
+#include "fonts/FontEncodingFactory.h"
+#include "fonts/FontTables.h"
+#include "fonts/GlyphNames.h"
+#include <Quillet/Char.h>
+
+#include <Renderer/FontMetrics.h>
+
+#include <algorithm>
+
+namespace Quillet {
+
+namespace {
+
+/// More codes than a byte has are never asked for.
+constexpr int c_maxFirstChar = 1 << 16;
+
+/// The value behind `key`, with one reference followed, and the parser on its first token; null if it is absent.
+Kernel::Counted<Parser> OpenValue(const Kernel::Counted<Dictionary>& dictionary, const char* key)
+{
+    if (!dictionary->DictionarySeek(key)) return nullptr;
+    dictionary->NextToken();
+    return dictionary->OptionalDereference();
+}
+
+} // namespace
+
+SimpleFont::SimpleFont()
+{
+    ReadMetricsFromStandard();
+    if (widths.empty()) ReadWidthsFromHost();
+}
+
+SimpleFont::SimpleFont(const Kernel::Counted<Dictionary>& dictionary) : InstallableFont(*dictionary)
+{
+    Read(dictionary);
+}
+
+void SimpleFont::Read(const Kernel::Counted<Dictionary>& dictionary)
+{
+    ReadMetrics(dictionary);
+    ReadEncoding(dictionary);
+    UpdateIsSpaceDefined();
+    if (!isAvailable) UpdateEffectiveFont(GetFontMap(dictionary->object));
+}
+
+void SimpleFont::ReadMetricsFromStandard()
+{
+    const StandardFontMetrics* metrics = GetStandardFontMetrics(requestedFont.postscriptName);
+    if (!metrics) return;
+    SetFlags(metrics->flags);
+    widths.clear();
+    for (const StandardGlyph& glyph : metrics->glyphs) {
+        if (glyph.code < 1) break;
+        const auto code = static_cast<std::size_t>(glyph.code);
+        if (widths.size() <= code) widths.resize(code + 1);
+        widths[code] = glyph.width;
+    }
+    missingWidth = metrics->glyphs.front().width;
+}
+
+void SimpleFont::ReadWidthsFromHost()
+{
+    if (!isAvailable) return;
+    const auto metrics = Renderer::FontMetrics::Make(requestedFont);
+    widths.resize(256);
+    // In thousandths, as the widths of the file.
+    for (std::size_t code = 0; code < widths.size(); ++code)
+        widths[code] = metrics->GetGlyphMetrics(static_cast<char32_t>(code)).advance * 1000;
+    missingWidth = widths[32];
+}
+
+void SimpleFont::ReadMetrics(const Kernel::Counted<Dictionary>& dictionary)
+{
+    ReadMetricsFromStandard();
+    if (dictionary->Has("Widths")) {
+        const int first = dictionary->GetInt("FirstChar", 32);
+        widths.assign(static_cast<std::size_t>(std::clamp(first, 0, c_maxFirstChar)), 0);
+        const std::size_t start = widths.size();
+        dictionary->GetRealVec("Widths", widths);
+        if (widths.size() > start) missingWidth = widths[start];
+    } else {
+        if (!GetStandardFontMetrics(requestedFont.postscriptName)) {
+            dictionary->OnError(Error::UnimplementedTextEncoding);
+            ReadWidthsFromHost();
+        }
+        const auto value = OpenValue(dictionary, "Encoding");
+        if (value && value->tokenType == Token::TokenDictStart) {
+            FontEncodingFactory::ApplyEncodingToWidths(widths, dictionary->GetRef("Encoding"),
+                                                       requestedFont.postscriptName, IsSymbolic());
+        }
+    }
+    ReadDescriptor(*dictionary);
+    if (!isAvailable) GuessMonospaced();
+    std::ranges::replace(widths, 0.0, missingWidth);
+}
+
+void SimpleFont::GuessMonospaced()
+{
+    const auto isSet = [](double width) { return width != 0; };
+    const auto first = std::ranges::find_if(widths, isSet);
+    const double reference = first == widths.end() ? missingWidth : *first;
+    if (std::ranges::any_of(widths, [&](double width) { return isSet(width) && width != reference; })) return;
+    // A single width tells nothing; none at all counts as even.
+    if (std::ranges::count_if(widths, isSet) == 1) return;
+    SetIsMonospaced();
+}
+
+void SimpleFont::ReadEncoding(const Kernel::Counted<Dictionary>& dictionary)
+{
+    const std::string& name = requestedFont.postscriptName;
+    if (dictionary->Has("ToUnicode")) toUnicode = CMapInterpreter::GetEncoding(dictionary->GetRef("ToUnicode"));
+    if (const auto value = OpenValue(dictionary, "Encoding")) {
+        if (value->tokenType == Token::TokenName) {
+            encoding = FontEncodingFactory::GetNamed(value->GetTokenName(), name, IsSymbolic());
+            isNamedEncoding = true;
+        } else {
+            const Ref ref = dictionary->GetRef("Encoding");
+            encoding = FontEncodingFactory::GetType1Encoding(ref, name, IsSymbolic(), true);
+            differences = FontEncodingFactory::GetType1Differences(ref);
+        }
+    }
+    if (!encoding) encoding = FontEncodingFactory::GetDefault(name, IsSymbolic());
+    if (name == "Symbol" && subtype == "TrueType")
+        encoding = encoding->AsPrivateUse(FontEncodingFactory::Get(FontEncodingType::FontEncodingSymbol));
+}
+
+CodeSequence SimpleFont::DecodeChar(int code) const
+{
+    if (isNamedEncoding && encoding) return encoding->GetMappedSequence(code);
+    if (toUnicode) {
+        if (CodeSequence sequence = toUnicode->GetMappedSequence(code); sequence.IsGood()) return sequence;
+    }
+    if (differences) {
+        if (const std::string& name = differences->GetName(code); !name.empty()) {
+            CodeSequence sequence;
+            GetUnicodeSequenceFromAdobeName(name, false, sequence);
+            if (sequence.IsGood()) return sequence;
+        }
+    }
+    return encoding ? encoding->GetMappedSequence(code) : CodeSequence(0);
+}
+
+double SimpleFont::TextOut(std::vector<Char>& chars, const std::vector<char>& string, const GraphicsState& state) const
+{
+    double advance = 0;
+    for (const char byte : string) {
+        const int code = static_cast<unsigned char>(byte);
+        const auto place = static_cast<std::size_t>(code);
+        const double width = place < widths.size() ? widths[place] : missingWidth;
+        advance += state.AddChars(chars, DecodeChar(code), code, width);
+    }
+    return advance;
+}
+
+void SimpleFont::UpdateIsSpaceDefined()
+{
+    if (!IsSymbolic() && isAvailable) return SetIsSpaceDefined(true, -1);
+    if (toUnicode) return SetIsSpaceDefined(toUnicode->GetIndexOfChar(U' ') >= 0, -1);
+    if (differences) {
+        for (const auto& [code, name] : differences->names) {
+            if (name == "space") return SetIsSpaceDefined(code >= 0, IsSymbolic() ? code : -1);
+        }
+    }
+    if (!encoding) return SetIsSpaceDefined(isAvailable, -1);
+    const int index = encoding->GetIndexOfChar(U' ');
+    if (index >= 0 && differences && !differences->GetName(index).empty()) return SetIsSpaceDefined(false, 0);
+    if (widths.size() > 32 && widths[32] > 0) return SetIsSpaceDefined(true, -1);
+    SetIsSpaceDefined(!IsSymbolic(), -1);
+}
+
+} // namespace Quillet

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "document/Dictionary.h"
+#include "fonts/SimpleFont.h"
+
+namespace Quillet {
+
+/// A font whose glyphs are content streams (ISO 32000-2, 9.6.4). Those are not run: its text comes in a font of the
+/// machine.
+class QUILLET_API Type3Font : public SimpleFont
+{
+public:
+    explicit Type3Font(const Kernel::Counted<Dictionary>& dictionary) : SimpleFont(*dictionary, WithoutReading())
+    {
+        Read(dictionary);
+    }
+    bool IsSupported() const override { return false; }
+    void ReadMetricsFromStandard() override {}
+    void ReadDescriptor(Dictionary&) override {}
+};
+
+} // namespace Quillet

@@ -1,0 +1,73 @@
+#include "text/FrequencyMap.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Quillet {
+
+double FrequencyMap::Round(double value) const
+{
+    return std::round(value / step) * step;
+}
+
+FrequencyMap::Buckets::const_iterator FrequencyMap::Find(double rounded) const
+{
+    return std::lower_bound(buckets.begin(), buckets.end(), rounded,
+                            [](const Bucket& bucket, double value) { return bucket.rounded < value; });
+}
+
+void FrequencyMap::Add(double value)
+{
+    const double rounded = Round(value);
+    const auto place = buckets.begin() + (Find(rounded) - buckets.cbegin());
+    ++total;
+    if (place != buckets.end() && place->rounded == rounded) {
+        place->sum += value;
+        ++place->count;
+    } else {
+        buckets.insert(place, {rounded, value, 1});
+    }
+}
+
+FrequencyMap::Buckets::const_iterator FrequencyMap::GetBest() const
+{
+    auto best = buckets.begin();
+    for (auto bucket = buckets.begin(); bucket != buckets.end(); ++bucket) {
+        const bool isNearer = std::abs(bucket->rounded) < std::abs(best->rounded);
+        if (bucket->count > best->count || (bucket->count == best->count && isNearer)) best = bucket;
+    }
+    return best;
+}
+
+double FrequencyMap::GetBestRounded() const
+{
+    return buckets.empty() ? 0 : GetBest()->rounded;
+}
+
+double FrequencyMap::GetBestAverage() const
+{
+    return buckets.empty() ? 0 : GetBest()->sum / GetBest()->count;
+}
+
+int FrequencyMap::GetFrequency(double value) const
+{
+    const auto bucket = Find(Round(value));
+    return bucket == buckets.end() ? 0 : bucket->count;
+}
+
+int FrequencyMap::GetFrequency(double value, double tolerance) const
+{
+    int count = 0;
+    const double last = Round(value + tolerance);
+    for (auto bucket = Find(Round(value - tolerance)); bucket != buckets.end() && bucket->rounded <= last; ++bucket)
+        count += bucket->count;
+    return count;
+}
+
+void FrequencyMap::erase(Buckets::const_iterator bucket)
+{
+    total -= bucket->count;
+    buckets.erase(bucket);
+}
+
+} // namespace Quillet

@@ -1,0 +1,157 @@
+// What turns the strings of a line, often shown a character at a time, into something close to typed text.
+
+#include <Quillet/TextLineObject.h>
+
+#include "document/Guard.h"
+#include "text/ForAtts.h"
+#include "text/FrequencyMap.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace Quillet {
+
+using namespace Story::GlyphAtt;
+
+namespace {
+
+constexpr char32_t c_softHyphen = 0x00AD;
+constexpr char32_t c_hyphen = 0x2010;
+constexpr double c_thinSpace = 1;
+/// Baselines, and sizes, that are the same.
+constexpr double c_sameBaseline = 0.001;
+constexpr double c_visibleShift = 0.05;
+
+/// Whatever is no number counts too.
+bool IsNegative(const Char& c)
+{
+    return !(c.width >= 0);
+}
+
+} // namespace
+
+void TextLineObject::OnEndOfLine()
+{
+    if (chars.empty()) return;
+    ReorderNegativeWidths();
+    StripLeadingSpaces();
+    RemoveRedundantSpaces();
+    ConvertSoftHyphens();
+    ConvertLetterSpaceIntoSpaces();
+    StripTrailingSpaces();
+    textHeight = GetTextHeight(chars.begin(), chars.end());
+    OptimiseBaseline();
+    UpdateBBox();
+}
+
+/// A glyph with a negative advance has the next one to its left.
+void TextLineObject::ReorderNegativeWidths()
+{
+    if (chars.size() == 1) {
+        if (!IsNegative(chars.front())) return;
+        position.x += chars.front().width;
+        chars.front().width = -chars.front().width;
+        width = -width;
+        return;
+    }
+    std::size_t index = 0;
+    for (;;) {
+        const auto found = std::find_if(chars.begin() + static_cast<std::ptrdiff_t>(index), chars.end(), IsNegative);
+        index = static_cast<std::size_t>(found - chars.begin());
+        if (index + 1 >= chars.size() || !Guard::Page::Spend(1)) break;
+        Char& c = chars[index];
+        Char& next = chars[index + 1];
+        const double w = c.width;
+        if (index == 0) {
+            position.x += w;
+            width -= w;
+        } else {
+            chars[index - 1].width += w;
+        }
+        c.width = w + next.width;
+        next.width = -w;
+        std::swap(c, next);
+        // Of what was passed already, only the predecessor has changed. What is no number stays that, and would be
+        // found for ever.
+        if (std::isnan(w)) break;
+        if (index > 0) --index;
+    }
+    if (IsNegative(chars.back())) {
+        const double before = chars.back().width;
+        chars.back().width = chars[chars.size() - 2].width;
+        width += chars.back().width - before;
+    }
+}
+
+void TextLineObject::StripLeadingSpaces()
+{
+    const auto end = std::ranges::find_if(chars, [](const Char& c) { return !c.isSpace && !c.IsTab(); });
+    const double stripped = GetWidth(chars.begin(), end);
+    position.x += stripped;
+    width -= stripped;
+    chars.erase(chars.begin(), end);
+}
+
+void TextLineObject::RemoveRedundantSpaces()
+{
+    if (chars.empty()) return;
+    std::size_t kept = 0;
+    for (std::size_t i = 1; i < chars.size(); ++i) {
+        Char& c = chars[i];
+        Char& previous = chars[kept];
+        if (c.isSpace && c.atts == previous.atts && (previous.isSpace || c.width < c_thinSpace)) {
+            previous.width += c.width;
+        } else if (++kept != i) {
+            chars[kept] = std::move(c);
+        }
+    }
+    chars.resize(kept + 1);
+}
+
+void TextLineObject::ConvertSoftHyphens()
+{
+    for (Char& c : chars) {
+        if (c.unicode == c_softHyphen) c.unicode = c_hyphen;
+    }
+}
+
+void TextLineObject::ConvertLetterSpaceIntoSpaces()
+{
+    for (std::size_t i = 0; i < chars.size(); ++i) {
+        Char& c = chars[i];
+        if (c.isSpace) continue;
+        const auto place = chars.cbegin() + static_cast<std::ptrdiff_t>(i);
+        const double own = GetStoryWidth(place, place + 1, false, 1);
+        const double threshold = c.GetSize() / 6 * (c.isKerned ? 1 : 3);
+        const double excess = c.width - own;
+        if (!(own > 0 && excess >= threshold)) continue;
+        c.width -= excess;
+        width -= excess;
+        if (AddSpace(i, excess, true)) ++i;
+    }
+}
+
+void TextLineObject::StripTrailingSpaces()
+{
+    while (!chars.empty() && chars.back().isSpace) {
+        width -= chars.back().width;
+        chars.pop_back();
+    }
+}
+
+/// The baseline of a line is that of its largest text, not of its first character.
+void TextLineObject::OptimiseBaseline()
+{
+    FrequencyMap shifts(c_sameBaseline);
+    for (const Char& c : chars) {
+        if (std::abs(c.GetSize() - textHeight) <= c_sameBaseline) shifts.Add(c.atts->Get(BaselineShift));
+    }
+    const double shift = shifts.GetBestAverage();
+    position.y -= shift;
+    if (std::abs(shift) <= c_visibleShift) return;
+    ForAtts(chars.begin(), chars.end(),
+            [shift](Story::GlyphAtts& atts) { atts.Set(BaselineShift, atts.Get(BaselineShift) - shift); });
+}
+
+} // namespace Quillet

@@ -1,0 +1,308 @@
+#include <Quillet/TextLineObject.h>
+
+#include "content/GraphicsState.h"
+#include "fonts/Font.h"
+#include "text/ForAtts.h"
+
+#include <Geometry/BoundingBoxT.h>
+#include <Kernel/CharTraits.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Quillet {
+
+using namespace Story::GlyphAtt;
+
+namespace {
+
+constexpr double c_transformTolerance = 1e-6;
+/// Of a size: how far text goes on behind a gap, and how far its baseline may leave the line's.
+constexpr double c_maxGap = 1.8;
+constexpr double c_maxDrop = 0.5;
+constexpr double c_maxRise = -3.0 * 0.25;
+constexpr double c_maxSizeRatio = 3;
+/// Points that make no other baseline, and no other size.
+constexpr double c_sameBaseline = 1;
+constexpr double c_sameSize = 1;
+constexpr double c_absorbedWidth = -1e-5;
+constexpr double c_thinSpace = 1;
+
+} // namespace
+
+TextLineObject::TextLineObject(int newId)
+{
+    id = newId;
+    TextLineObject::Clear();
+}
+
+TextLineObject::TextLineObject(const TextLineObject& source, int newId, Chars::const_iterator first,
+                               Chars::const_iterator last)
+{
+    id = newId;
+    TextLineObject::Clear();
+    chars.assign(first, last);
+    position = {source.position.x + source.GetWidth(source.chars.begin(), first), source.position.y};
+    width = GetWidth(chars.begin(), chars.end());
+    textHeight = GetTextHeight(chars.begin(), chars.end());
+    blendMode = source.blendMode;
+}
+
+TextLineObject::~TextLineObject() = default;
+
+void TextLineObject::Clear()
+{
+    chars.clear();
+    width = 0;
+    wordSpace = 1;
+    textHeight = 0;
+    listStyleCharCount = 0;
+    blendMode = {};
+    needsLineBreak = isParagraphFront = isParagraphBack = false;
+}
+
+double TextLineObject::GetWidth(Chars::const_iterator first, Chars::const_iterator last) const
+{
+    double sum = 0;
+    for (; first != last; ++first)
+        sum += first->width;
+    return sum;
+}
+
+double TextLineObject::GetTextHeight(Chars::const_iterator first, Chars::const_iterator last) const
+{
+    double height = 0;
+    const Story::GlyphAtts* known = nullptr;
+    for (; first != last; ++first) {
+        if (first->atts.Get() != known) height = std::max(height, first->GetSize());
+        known = first->atts.Get();
+    }
+    return height;
+}
+
+TextLineObject::Point TextLineObject::GetEndPosition(const GraphicsState& state) const
+{
+    return {position.x + width, position.y - state.advance};
+}
+
+bool TextLineObject::HasUndefinedSpace() const
+{
+    return std::ranges::any_of(chars, [](const Char& c) { return c.isSpace && !c.isSpaceDefined; });
+}
+
+bool TextLineObject::CanMoveToX(double x) const
+{
+    const double end = position.x + width;
+    return !(x < end - GetMaxKern(chars.back())) && !(x > end + textHeight * c_maxGap);
+}
+
+bool TextLineObject::CanMoveToY(double y, const Atts& atts) const
+{
+    const double drop = position.y - y;
+    if (std::abs(drop) <= c_sameBaseline) return true;
+    const double size = atts->GetSize();
+    const double largest = std::max(textHeight, size);
+    if (std::abs(textHeight - size) <= c_sameSize) return false;
+    if (drop > largest * c_maxDrop || drop <= largest * c_maxRise) return false;
+    return !(size > textHeight * c_maxSizeRatio);
+}
+
+bool TextLineObject::CanMoveTo(const Point& point, const Atts& atts) const
+{
+    return chars.empty() || (CanMoveToX(point.x) && CanMoveToY(point.y, atts));
+}
+
+void TextLineObject::MoveTo(const Point& point, GraphicsState& state)
+{
+    if (chars.empty()) {
+        position = point;
+        state.SetAdvance(0);
+        return;
+    }
+    state.SetAdvance(position.y - point.y);
+    AddSpace(chars.size() - 1, point.x - (position.x + width), false);
+}
+
+void TextLineObject::Kern(double amount)
+{
+    if (chars.empty()) {
+        position.x -= amount;
+    } else {
+        AddSpace(chars.size() - 1, -amount, false);
+    }
+}
+
+bool TextLineObject::AddSpace(std::size_t index, double amount, bool preferNext)
+{
+    if (amount == 0) return false;
+    Char& c = chars[index];
+    width += amount;
+    c.isKerned = amount > 0;
+    if (c.isSpace) {
+        c.width += amount;
+        return false;
+    }
+    if (preferNext && index + 1 < chars.size() && chars[index + 1].isSpace) {
+        chars[index + 1].width += amount;
+        return false;
+    }
+    if (amount < GetMaxKern(c)) {
+        c.width += amount;
+        if (c.width >= c_absorbedWidth && c.width < 0) {
+            width -= c.width;
+            c.width = 0;
+        }
+        return false;
+    }
+    // A font without a space glyph keeps its gaps as width.
+    if (!c.isSpaceDefined) {
+        c.width += amount;
+        return false;
+    }
+    Char space = c;
+    space.isSpace = true;
+    space.width = amount;
+    space.glyphIndex = c.spaceCode;
+    space.unicode = c.spaceCode == -1 ? U' ' : 0;
+    space.atts = GetSpaceAtts(c);
+    chars.insert(chars.begin() + static_cast<std::ptrdiff_t>(index) + 1, std::move(space));
+    return true;
+}
+
+TextLineObject::Atts TextLineObject::GetSpaceAtts(const Char& c) const
+{
+    const Story::GlyphAtts& atts = *c.atts;
+    if (atts.Get(Underline) == 0 && atts.Get(Strikeout) == 0 && atts.GetFill(HighlightFill)->IsEmpty()) return c.atts;
+    Kernel::Counted<Story::GlyphAtts> plain = atts.Clone();
+    plain->Set(Underline, 0);
+    plain->Set(Strikeout, 0);
+    for (const Story::GlyphAtt::Object fill : {UnderlineFill, StrikeoutFill, HighlightFill})
+        plain->Set(fill, Renderer::FillDescriptor::CreateNone());
+    return Kernel::ConsolidateObjectSacrifice(std::move(plain));
+}
+
+void TextLineObject::RemoveThinSpace(std::size_t index)
+{
+    if (index == 0 || !chars[index].isSpace || !(chars[index].width < c_thinSpace)) return;
+    chars[index - 1].width += chars[index].width;
+    chars.erase(chars.begin() + static_cast<std::ptrdiff_t>(index));
+}
+
+void TextLineObject::TextOut(const std::vector<char>& string, GraphicsState& state)
+{
+    width += state.font->TextOut(chars, string, state);
+    textHeight = std::max(textHeight, state.glyphAtts->GetSize());
+}
+
+TextLineObject::Rect TextLineObject::GetGdiTextBox() const
+{
+    return {position.x, -position.y, position.x + width, -position.y};
+}
+
+void TextLineObject::MoveShearToGlyphs()
+{
+    const bool isSlant =
+        std::abs(transform.c) > c_transformTolerance && std::abs(transform.b) <= c_transformTolerance &&
+        std::abs(transform.a - 1) <= c_transformTolerance && std::abs(transform.d - 1) <= c_transformTolerance;
+    if (!isSlant) return;
+    const double slant = transform.c;
+    ForAtts(chars.begin(), chars.end(), [slant](Story::GlyphAtts& atts) { atts.Set(Shear, atts.Get(Shear) + slant); });
+    const Point moved = transform.ApplyTo(GetGdiPosition());
+    position = {moved.x, -moved.y};
+    SetTransform(Params());
+}
+
+double TextLineObject::GetStoryWidth(Chars::const_iterator first, Chars::const_iterator last, bool noAutoKern,
+                                     double wordSpaceRatio) const
+{
+    double sum = 0;
+    for (; first != last; ++first) {
+        const Char& c = *first;
+        if (c.IsTab()) {
+            sum += c.width;
+            continue;
+        }
+        const Story::GlyphAtts& atts = *c.atts;
+        const Renderer::GlyphMetrics glyph = c.GetGlyphMetrics();
+        double advance = glyph.advance;
+        const auto next = first + 1;
+        if (!noAutoKern && next != chars.end() && atts.UsesAutoKerning() &&
+            next->atts->GetFontMetrics() == atts.GetFontMetrics() && next->GetSize() == c.GetSize()) {
+            advance += atts.GetFontMetrics()->GetAutoKerning(glyph.id, next->GetGlyphMetrics().id);
+        }
+        advance += atts.Get(LetterSpacing);
+        if (c.isSpace) advance *= wordSpaceRatio;
+        sum += std::max(advance, 0.0) * atts.GetSize() * atts.Get(HorizontalScale);
+    }
+    return sum;
+}
+
+void TextLineObject::UpdateBBox()
+{
+    Rect box = Rect::MakeEmpty();
+    double pen = 0;
+    for (const Char& c : chars) {
+        const Story::GlyphAtts& atts = *c.atts;
+        const Rect glyph = c.GetGlyphMetrics().box;
+        const double size = atts.GetSize();
+        const double baseline = atts.Get(BaselineShift);
+        if (!glyph.IsEmpty()) {
+            const double across = size * atts.Get(HorizontalScale);
+            box = box.Union(Rect::FromCorners({pen + glyph.left * across, baseline + glyph.top * size},
+                                              {pen + glyph.right * across, baseline + glyph.bottom * size}));
+        }
+        if (atts.Get(Underline) != 0) {
+            const Renderer::FontMetrics& metrics = *atts.GetFontMetrics();
+            const double below = size * (metrics.GetUnderlinePosition() + metrics.GetUnderlineThickness());
+            box = box.Union(Rect::FromCorners({pen, baseline}, {pen + c.width, below}));
+        }
+        pen += c.width;
+    }
+    if (!box.IsEmpty()) {
+        box = {box.left + position.x, box.top - position.y, box.right + position.x, box.bottom - position.y};
+    }
+    SetBBox(box);
+}
+
+void TextLineObject::AppendOutlinesTo(Geometry::PolyCurveDbl& target) const
+{
+    Point pen = GetGdiPosition();
+    for (const Char& c : chars) {
+        const int glyph = c.GetGlyphMetrics().id;
+        if (const auto outline = c.isSpace ? nullptr : c.atts->GetFontMetrics()->GetOutline(glyph)) {
+            const double baseline = pen.y + c.atts->Get(BaselineShift);
+            const auto placed = outline->Clone();
+            placed->Transform(transform * c.atts->GetGlyphTransform({pen.x, baseline}));
+            for (const auto& curve : *placed)
+                target.AddCurve(curve);
+        }
+        pen.x += c.width;
+    }
+}
+
+bool TextLineObject::HasFillOrStroke() const
+{
+    const Story::GlyphAtts* known = nullptr;
+    return std::ranges::any_of(chars, [&known](const Char& c) {
+        if (c.isSpace || c.IsTab() || c.atts.Get() == known) return false;
+        known = c.atts.Get();
+        const auto& stroke = known->GetFill(StrokeFill);
+        return !known->GetFill(Fill)->IsEmpty() ||
+               Renderer::LineStyleDescriptor::IsLineStyleVisible(known->GetLineStyle(), stroke);
+    });
+}
+
+std::string TextLineObject::GetText() const
+{
+    std::string text;
+    for (const Char& c : chars) {
+        if (c.unicode != 0) {
+            Kernel::CharTraits::AppendCodePoint(text, c.unicode);
+        } else if (c.isSpace) {
+            text += ' ';
+        }
+    }
+    return text;
+}
+
+} // namespace Quillet
