@@ -65,6 +65,7 @@ const Kernel::FontMap* GetFontMap(const Ref& ref)
 
 InstallableFont::InstallableFont() : requestedFont(Kernel::Font::GetDefault())
 {
+    documentName = requestedFont.postscriptName;
     MapFonts();
 }
 
@@ -76,6 +77,7 @@ InstallableFont::InstallableFont(Dictionary& dictionary) : Font(dictionary)
         SetUniqueName(MakeUniqueName(dictionary), fontMap);
         return;
     }
+    documentName = HasSubsetPrefix(name) ? name.substr(7) : name;
     requestedFont.SetPostscriptName(name);
     if (!MapFonts() && StripMultipleMasterSuffix()) MapFonts();
     if (!isAvailable) GuessStyle(fontMap);
@@ -169,7 +171,9 @@ bool InstallableFont::StripMultipleMasterSuffix()
 void InstallableFont::GuessStyle(const Kernel::FontMap* fontMap)
 {
     if (requestedFont.IsEmpty()) return;
-    std::string name = ToLowerCase(requestedFont.postscriptName);
+    // The style often is what stands behind the hyphen, and has been cut off the name to ask for.
+    std::string name = ToLowerCase(documentName.starts_with(requestedFont.postscriptName) ? documentName
+                                                                                          : requestedFont.postscriptName);
     for (std::size_t length = name.size() + 1; name.size() < length;) {
         length = name.size();
         for (const StyleWord& word : c_styleWords) {

@@ -27,6 +27,8 @@ public:
     double missingWidth = 0;
     Kernel::Font requestedFont;
     Kernel::Font effectiveFont;
+    /// The name in the file without the prefix of a subset. The one that is asked for may be shorter.
+    std::string documentName;
     /// Of the font descriptor (ISO 32000-2, table 121).
     int flags = 0;
     bool isAvailable = false;

@@ -33,6 +33,8 @@ SimpleFont::SimpleFont()
 {
     ReadMetricsFromStandard();
     if (widths.empty()) ReadWidthsFromHost();
+    // It stands in for fonts that are missing, whose text would be lost without.
+    encoding = FontEncodingFactory::GetDefault(documentName, IsSymbolic());
 }
 
 SimpleFont::SimpleFont(const Kernel::Counted<Dictionary>& dictionary) : InstallableFont(*dictionary)
@@ -50,7 +52,7 @@ void SimpleFont::Read(const Kernel::Counted<Dictionary>& dictionary)
 
 void SimpleFont::ReadMetricsFromStandard()
 {
-    const StandardFontMetrics* metrics = GetStandardFontMetrics(requestedFont.postscriptName);
+    const StandardFontMetrics* metrics = GetStandardFontMetrics(documentName);
     if (!metrics) return;
     SetFlags(metrics->flags);
     widths.clear();
@@ -84,14 +86,14 @@ void SimpleFont::ReadMetrics(const Kernel::Counted<Dictionary>& dictionary)
         dictionary->GetRealVec("Widths", widths);
         if (widths.size() > start) missingWidth = widths[start];
     } else {
-        if (!GetStandardFontMetrics(requestedFont.postscriptName)) {
+        if (!GetStandardFontMetrics(documentName)) {
             dictionary->OnError(Error::UnimplementedTextEncoding);
             ReadWidthsFromHost();
         }
         const auto value = OpenValue(dictionary, "Encoding");
         if (value && value->tokenType == Token::TokenDictStart) {
             FontEncodingFactory::ApplyEncodingToWidths(widths, dictionary->GetRef("Encoding"),
-                                                       requestedFont.postscriptName, IsSymbolic());
+                                                       documentName, IsSymbolic());
         }
     }
     ReadDescriptor(*dictionary);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "document/Dictionary.h"
 #include "fonts/SimpleFont.h"
 
 namespace Quillet {
@@ -10,10 +9,8 @@ namespace Quillet {
 class QUILLET_API Type3Font : public SimpleFont
 {
 public:
-    explicit Type3Font(const Kernel::Counted<Dictionary>& dictionary) : SimpleFont(*dictionary, WithoutReading())
-    {
-        Read(dictionary);
-    }
+    explicit Type3Font(const Kernel::Counted<Dictionary>& dictionary);
+
     bool IsSupported() const override { return false; }
     void ReadMetricsFromStandard() override {}
     void ReadDescriptor(Dictionary&) override {}

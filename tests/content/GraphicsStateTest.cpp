@@ -176,13 +176,18 @@ TEST(GraphicsStateTest, FollowsTheTextMatrix)
     } rows[] = {
         {"BT 10 20 Td 5 -7 TD T* probe ET", {15, 6}, 7},
         {"BT 2 0 0 2 10 20 Tm 3 4 Td probe ET", {16, 28}, 0},
-        {"3 TL BT 1 2 (a) \" (b) ' probe ET", {0, -6}, 3},
+        {"/F 1 Tf 3 TL BT 1 2 () \" () ' probe ET", {0, -6}, 3},
+        // A string moves the pen by its width, kerning and scale.
+        {"/F 10 Tf BT 1 2 Td 2 Tc (a) Tj [(a) -100] TJ probe ET", {1 + 2 * (5 + 2) + 1, 2}, 0},
+        {"/F 10 Tf BT 1 2 Td 50 Tz (ab) Tj ET BT 3 0 0 3 1 2 Tm (ab) Tj probe ET", {1 + 15, 2}, 0},
         // A matrix without an inverse keeps its translation.
         {"BT 0 0 0 0 5 6 Tm probe ET", {5, 6}, 0},
     };
     for (const auto& row : rows) {
         int calls = 0;
-        const ContentRun run(row.content, {}, [&](GraphicsStateStack& stack, const ArgVec&) {
+        const PageParts parts{.resources = "/Font << /F << /Type /Font /Subtype /Type1 /BaseFont /Any /Widths [500 500] "
+                                           "/FirstChar 97 /Encoding /WinAnsiEncoding >> >>"};
+        const ContentRun run(row.content, parts, [&](GraphicsStateStack& stack, const ArgVec&) {
             ++calls;
             EXPECT_EQ(stack.textHandler->GetLtText().ApplyTo(Point{0, 0}), row.pen) << row.content;
             EXPECT_EQ(stack.GetTop().leading, row.leading) << row.content;

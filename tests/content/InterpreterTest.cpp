@@ -20,7 +20,7 @@ TEST(InterpreterTest, ReportsWrongPlacesAndOperandCounts)
     const std::pair<const char*, std::size_t> rows[] = {
         {"q 1 0 0 1 0 0 cm 2 w 0 J 1 j 3 M [1 2] 0 d Q", 0},
         {"0 0 m 1 1 l 1 2 3 4 5 6 c 1 2 3 4 v 1 2 3 4 y h S 0 0 1 1 re W n", 0},
-        {"BT 5 w 0 Tr 1 Tc 2 Tw 3 TL 4 Ts 50 Tz /F 12 Tf 1 2 Td 1 2 TD 1 0 0 1 0 0 Tm T* ET", 0},
+        {"BT 5 w 0 Tr 1 Tc 2 Tw 3 TL 4 Ts 50 Tz 1 2 Td 1 2 TD 1 0 0 1 0 0 Tm T* ET", 0},
         {"BT (a) Tj [(a) -120.5 (b)] TJ (a) ' 1 2 (a) \" ET", 0},
         {"BX EX EX 1 2 BX /a DP MP 3 i /x ri", 0},
         {"1 2 3 unknown d0 d1 EI ID { } null", 0},
