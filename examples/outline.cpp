@@ -16,6 +16,8 @@ std::string Describe(const Quillet::Object& object)
     if (const auto* path = dynamic_cast<const Quillet::PathObject*>(&object)) {
         return std::string("path") + (path->IsFilled() ? " filled" : "") + (path->IsStroked() ? " stroked" : "");
     }
+    if (const auto* line = dynamic_cast<const Quillet::TextLineObject*>(&object))
+        return "line \"" + line->GetText() + '"';
     if (dynamic_cast<const Quillet::BitmapObject*>(&object)) return "bitmap";
     return "object";
 }

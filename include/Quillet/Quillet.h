@@ -3,12 +3,14 @@
 // Everything that a host needs, in one include.
 
 #include <Quillet/BitmapObject.h>
+#include <Quillet/Char.h>
 #include <Quillet/DecryptLevel.h>
 #include <Quillet/DefaultErrorHandler.h>
 #include <Quillet/Error.h>
 #include <Quillet/ErrorForwarder.h>
 #include <Quillet/ErrorHandler.h>
 #include <Quillet/Fill.h>
+#include <Quillet/FontInfo.h>
 #include <Quillet/GroupObject.h>
 #include <Quillet/LayerObject.h>
 #include <Quillet/Object.h>
@@ -20,3 +22,4 @@
 #include <Quillet/Ref.h>
 #include <Quillet/RefCacheable.h>
 #include <Quillet/TextFidelity.h>
+#include <Quillet/TextLineObject.h>

@@ -24,6 +24,11 @@ CompositeFont::CompositeFont(const Kernel::Counted<Dictionary>& dictionary) : Fo
         if (auto descendant = CidFont::Make(ref, toUnicode)) descendants.push_back(std::move(descendant));
     }
     Check(descendants.size() == 1, Error::General);
+    if (!cidToUnicode && !refs.empty()) {
+        // An encoding that hands the CIDs on as they are does not name their collection; the descendant does.
+        Dictionary info(Dictionary(refs.front()).GetRef("CIDSystemInfo"));
+        cidToUnicode = GetCidToUnicode(info.GetString("Registry"), info.GetString("Ordering"));
+    }
     UpdateIsSpaceDefined();
     if (!CanDecodeText()) OnError(Error::UnimplementedTextEncoding);
 }

@@ -25,7 +25,9 @@ Kernel::Counted<const Font> MakeNew(const Kernel::Counted<Dictionary>& dictionar
 
 } // namespace
 
-Font::Font(Dictionary& dictionary) : ErrorForwarder(dictionary.GetErrorHandler()), subtype(dictionary.GetName("Subtype")) {}
+Font::Font(Dictionary& dictionary)
+    : ErrorForwarder(dictionary.GetErrorHandler()), subtype(dictionary.GetName("Subtype"))
+{}
 
 Kernel::Counted<const Font> Font::Make(const Ref& ref, const std::string&)
 {

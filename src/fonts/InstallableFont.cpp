@@ -172,8 +172,8 @@ void InstallableFont::GuessStyle(const Kernel::FontMap* fontMap)
 {
     if (requestedFont.IsEmpty()) return;
     // The style often is what stands behind the hyphen, and has been cut off the name to ask for.
-    std::string name = ToLowerCase(documentName.starts_with(requestedFont.postscriptName) ? documentName
-                                                                                          : requestedFont.postscriptName);
+    std::string name = ToLowerCase(
+        documentName.starts_with(requestedFont.postscriptName) ? documentName : requestedFont.postscriptName);
     for (std::size_t length = name.size() + 1; name.size() < length;) {
         length = name.size();
         for (const StyleWord& word : c_styleWords) {

@@ -92,8 +92,8 @@ void SimpleFont::ReadMetrics(const Kernel::Counted<Dictionary>& dictionary)
         }
         const auto value = OpenValue(dictionary, "Encoding");
         if (value && value->tokenType == Token::TokenDictStart) {
-            FontEncodingFactory::ApplyEncodingToWidths(widths, dictionary->GetRef("Encoding"),
-                                                       documentName, IsSymbolic());
+            FontEncodingFactory::ApplyEncodingToWidths(widths, dictionary->GetRef("Encoding"), documentName,
+                                                       IsSymbolic());
         }
     }
     ReadDescriptor(*dictionary);

@@ -5,6 +5,7 @@
 
 #include <Kernel/FileSystem.h>
 
+#include <algorithm>
 #include <map>
 #include <mutex>
 
@@ -61,6 +62,13 @@ Kernel::Counted<const FontEncoding> GetCidToUnicode(const Kernel::Counted<const 
 {
     if (!encoding || encoding->registry.empty() || encoding->ordering.empty()) return nullptr;
     return GetStandardCMap(encoding->registry + "-" + encoding->ordering + "-UCS2");
+}
+
+Kernel::Counted<const FontEncoding> GetCidToUnicode(const std::string& registry, const std::string& ordering)
+{
+    constexpr std::string_view c_orderings[] = {"GB1", "CNS1", "Japan1", "Korea1", "KR"};
+    if (registry != "Adobe" || std::ranges::find(c_orderings, ordering) == std::end(c_orderings)) return nullptr;
+    return GetStandardCMap(registry + "-" + ordering + "-UCS2");
 }
 
 } // namespace Quillet

@@ -15,5 +15,8 @@ QUILLET_API Kernel::Counted<const FontEncoding> MakeIdentityCMap();
 
 /// From the CIDs of an encoding's character collection to characters; null for one that names no collection.
 QUILLET_API Kernel::Counted<const FontEncoding> GetCidToUnicode(const Kernel::Counted<const FontEncoding>& encoding);
+/// The same by name, for one of Adobe's collections that are in use; null for any other.
+QUILLET_API Kernel::Counted<const FontEncoding> GetCidToUnicode(const std::string& registry,
+                                                                const std::string& ordering);
 
 } // namespace Quillet

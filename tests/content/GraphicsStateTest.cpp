@@ -185,8 +185,9 @@ TEST(GraphicsStateTest, FollowsTheTextMatrix)
     };
     for (const auto& row : rows) {
         int calls = 0;
-        const PageParts parts{.resources = "/Font << /F << /Type /Font /Subtype /Type1 /BaseFont /Any /Widths [500 500] "
-                                           "/FirstChar 97 /Encoding /WinAnsiEncoding >> >>"};
+        const PageParts parts{.resources =
+                                  "/Font << /F << /Type /Font /Subtype /Type1 /BaseFont /Any /Widths [500 500] "
+                                  "/FirstChar 97 /Encoding /WinAnsiEncoding >> >>"};
         const ContentRun run(row.content, parts, [&](GraphicsStateStack& stack, const ArgVec&) {
             ++calls;
             EXPECT_EQ(stack.textHandler->GetLtText().ApplyTo(Point{0, 0}), row.pen) << row.content;
