@@ -60,7 +60,7 @@ Kernel::Consolidated<Story::GlyphAtts> GraphicsState::MakeGlyphAtts(const Params
     Kernel::Counted<Story::GlyphAtts> atts = Story::GlyphAtts::GetDefault()->Clone();
     if (page && page->ref.document) atts->Set(Language, page->ref.document->languageId);
     if (font) font->AddTo(*atts);
-    atts->Set(Size, fontSize * textTransform.y);
+    atts->Set(Size, fontSize * textTransform.y * (font ? font->GetSizeScale() : 1));
     atts->Set(Kerning, 0);
     atts->Set(HorizontalScale, fontSign * (textTransform.x * textWidth) / (textTransform.y * 100));
     atts->Set(Shear, -textTransform.shear);

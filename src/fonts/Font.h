@@ -39,6 +39,8 @@ public:
     /// What the document asks for.
     virtual const Kernel::Font& GetKernelFont() const = 0;
     virtual bool operator==(const Font& other) const = 0;
+    /// How many ems of the machine's font an em of this one is: not 1 for a font whose units are its own affair.
+    virtual double GetSizeScale() const { return 1; }
     /// Puts the font that text will use into attributes.
     virtual void AddTo(Story::GlyphAtts& atts) const = 0;
     /// Appends the characters of a string; gives the sum of their advances, in points of line space.

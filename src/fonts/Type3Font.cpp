@@ -2,6 +2,7 @@
 
 #include "document/Dictionary.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace Quillet {
@@ -17,6 +18,20 @@ Type3Font::Type3Font(const Kernel::Counted<Dictionary>& dictionary) : SimpleFont
     missingWidth *= scale;
     for (double& width : widths)
         width *= scale;
+    ReadSizeScale(*dictionary, std::hypot(matrix.c, matrix.d));
+}
+
+void Type3Font::ReadSizeScale(Dictionary& dictionary, double unitsToText)
+{
+    // The size says nothing of how high the glyphs are, unless the units are the usual ones.
+    constexpr double c_usualUnits = 0.001;
+    if (unitsToText > c_usualUnits / 2 && unitsToText < c_usualUnits * 2) return;
+    Kernel::RectT<double> box;
+    double height = dictionary.GetRect("FontBBox", box) ? box.GetHeight() * unitsToText : 0;
+    // Boxes are often left empty, or made up.
+    const double widest = widths.empty() ? 0 : *std::ranges::max_element(widths) / 1000;
+    if (!(height > widest / 4)) height = widest;
+    if (height > 0 && std::isfinite(height)) sizeScale = height;
 }
 
 } // namespace Quillet

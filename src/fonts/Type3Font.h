@@ -12,8 +12,14 @@ public:
     explicit Type3Font(const Kernel::Counted<Dictionary>& dictionary);
 
     bool IsSupported() const override { return false; }
+    double GetSizeScale() const override { return sizeScale; }
     void ReadMetricsFromStandard() override {}
     void ReadDescriptor(Dictionary&) override {}
+
+    double sizeScale = 1;
+
+private:
+    void ReadSizeScale(Dictionary& dictionary, double unitsToText);
 };
 
 } // namespace Quillet
