@@ -15,6 +15,7 @@ Type3Font::Type3Font(const Kernel::Counted<Dictionary>& dictionary) : SimpleFont
     if (!dictionary->GetTransform("FontMatrix", matrix)) return;
     const double scale = std::hypot(matrix.a, matrix.b) * 1000;
     if (!std::isfinite(scale) || scale == 0) return;
+    isMirrored = matrix.GetDeterminant() < 0;
     missingWidth *= scale;
     for (double& width : widths)
         width *= scale;

@@ -13,10 +13,12 @@ public:
 
     bool IsSupported() const override { return false; }
     double GetSizeScale() const override { return sizeScale; }
+    bool IsMirrored() const override { return isMirrored; }
     void ReadMetricsFromStandard() override {}
     void ReadDescriptor(Dictionary&) override {}
 
     double sizeScale = 1;
+    bool isMirrored = false;
 
 private:
     void ReadSizeScale(Dictionary& dictionary, double unitsToText);

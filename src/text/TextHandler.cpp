@@ -105,7 +105,7 @@ Params TextHandler::GetLtText() const
     const GraphicsState& state = GetState();
     const Kernel::PointT<double> end = line->GetEndPosition(state);
     const Params glyphs{textTransform.x, textTransform.shear * textTransform.y, end.x, 0, textTransform.y, end.y};
-    return state.ltCurrent.GetInverse() * c_reversal * lineTransform * glyphs;
+    return state.ltCurrent.GetInverse() * c_reversal * lineTransform * glyphs * glyphReversal;
 }
 
 void TextHandler::UpdateTextAtts()
@@ -115,13 +115,15 @@ void TextHandler::UpdateTextAtts()
         state.blendMode == line->blendMode)
         return;
 
-    const Decomposition parts(c_reversal * state.ltCurrent * GetLtText());
+    if (!state.font) state.font = Font::GetDefaultFont();
+    const Params ltPen = GetLtText();
+    glyphReversal = state.font->IsMirrored() ? c_reversal : Params();
+    const Decomposition parts(c_reversal * state.ltCurrent * ltPen * glyphReversal);
     lastCtm = state.ltCurrent;
     if (!parts.turn.IsEqual(lineTransform, c_sameTransform)) {
         FlushText();
         lineTransform = parts.turn;
     }
-    if (!state.font) state.font = Font::GetDefaultFont();
     UpdateGlyphAtts(parts.scales);
     if (!line->CanMoveTo(parts.pen, glyphAtts) || state.blendMode != line->blendMode) FlushText();
     line->MoveTo(parts.pen, state);

@@ -63,6 +63,8 @@ public:
     /// As it was when the attributes were worked out.
     Params lastCtm;
     TextTransform textTransform;
+    /// From upright glyphs to those of the font in which the last text was shown.
+    Params glyphReversal;
     /// Null after a change of the state.
     Kernel::Consolidated<Story::GlyphAtts> glyphAtts;
     /// Never null; may be empty.
