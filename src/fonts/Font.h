@@ -41,7 +41,7 @@ public:
     virtual bool operator==(const Font& other) const = 0;
     /// How many ems of the machine's font an em of this one is: not 1 for a font whose units are its own affair.
     virtual double GetSizeScale() const { return 1; }
-    /// Whether its glyphs stand upside down in text space, so that upright text has a mirrored matrix.
+    /// Whether its own matrix turns its glyphs upside down.
     virtual bool IsMirrored() const { return false; }
     /// Puts the font that text will use into attributes.
     virtual void AddTo(Story::GlyphAtts& atts) const = 0;

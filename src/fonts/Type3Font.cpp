@@ -30,8 +30,12 @@ void Type3Font::ReadSizeScale(Dictionary& dictionary, double unitsToText)
     Kernel::RectT<double> box;
     double height = dictionary.GetRect("FontBBox", box) ? box.GetHeight() * unitsToText : 0;
     // Boxes are often left empty, or made up.
-    const double widest = widths.empty() ? 0 : *std::ranges::max_element(widths) / 1000;
-    if (!(height > widest / 4)) height = widest;
+    constexpr double c_monospacedWidth = 0.6;
+    if (!widths.empty()) {
+        const auto [narrowest, widest] = std::ranges::minmax(widths);
+        const double guess = widest / 1000 / (narrowest == widest ? c_monospacedWidth : 1);
+        if (!(height > guess / 4)) height = guess;
+    }
     if (height > 0 && std::isfinite(height)) sizeScale = height;
 }
 

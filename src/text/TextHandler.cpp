@@ -117,8 +117,12 @@ void TextHandler::UpdateTextAtts()
 
     if (!state.font) state.font = Font::GetDefaultFont();
     const Params ltPen = GetLtText();
-    glyphReversal = state.font->IsMirrored() ? c_reversal : Params();
-    const Decomposition parts(c_reversal * state.ltCurrent * ltPen * glyphReversal);
+    const Params textToPage = c_reversal * state.ltCurrent * ltPen;
+    // Glyphs that their font turns upside down are upright under a mirrored matrix. Under any other it is their content
+    // that puts them right.
+    const bool isTwiceMirrored = state.font->IsMirrored() && textToPage.GetDeterminant() < 0;
+    glyphReversal = isTwiceMirrored ? c_reversal : Params();
+    const Decomposition parts(textToPage * glyphReversal);
     lastCtm = state.ltCurrent;
     if (!parts.turn.IsEqual(lineTransform, c_sameTransform)) {
         FlushText();
