@@ -70,10 +70,9 @@ Kernel::Counted<const XObject> Resources::GetXObject(const std::string& name, XO
 
 Kernel::Counted<const Font> Resources::GetFont(const std::string& name) const
 {
-    const auto [entry, isFirstLookUp] = fonts.try_emplace(name);
-    if (!isFirstLookUp) return entry->second;
-    if (const Ref value = GetFonts()->GetRef(name.c_str()); !value.IsNull()) entry->second = Font::Make(value, name);
-    return entry->second;
+    // Not kept here: a new font map makes the document forget its fonts.
+    const Ref value = GetFonts()->GetRef(name.c_str());
+    return value.IsNull() ? nullptr : Font::Make(value, name);
 }
 
 Ref Resources::GetExtGStateRef(const std::string& name) const

@@ -71,7 +71,6 @@ private:
     mutable Kernel::Counted<Dictionary> extGStateDictionary;
     mutable Kernel::Counted<Dictionary> propertiesDictionary;
     mutable std::unordered_map<std::string, Kernel::Counted<const ColourSpace>> colourSpaces;
-    mutable std::unordered_map<std::string, Kernel::Counted<const Font>> fonts;
     mutable Kernel::Counted<const Resources> twin;
 };
 
