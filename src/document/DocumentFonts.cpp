@@ -4,6 +4,7 @@
 
 #include "content/Resources.h"
 #include "document/Dictionary.h"
+#include "document/Guard.h"
 #include "document/XRefs.h"
 #include "fonts/Font.h"
 
@@ -74,6 +75,8 @@ private:
 std::vector<FontCollector::Entry> CollectFonts(const PdfDocument& document)
 {
     FontCollector collector;
+    // Fonts are read at the cost of a page, and outside of pages as well.
+    const Guard::Page budget;
     // A claim of pages is only a number: the first page that is missing ends the walk.
     for (int index = 0; index < document.GetPageCount(); ++index) {
         try {

@@ -33,10 +33,12 @@ inline constexpr unsigned long long c_maxGradientStops = 1ull << 16;
 inline constexpr unsigned long long c_maxCodeSpaceRanges = 4096;
 
 /// Work of one page, in the units of `Guard::Page::Spend`: an operator is 1, a path segment 4, a character 8, an
-/// object of the tree 25. The largest maps stay below a tenth of it; it bounds a page to a few gigabytes and a minute.
+/// object of the tree 25, a range of codes in a font 8. The largest maps stay below a tenth of it; it bounds a page to
+/// a few gigabytes and a minute.
 inline constexpr long long c_maxPageWork = 100'000'000;
 inline constexpr long long c_segmentWork = 4;
 inline constexpr long long c_objectWork = 25;
 inline constexpr long long c_charWork = 8;
+inline constexpr long long c_rangeWork = 8;
 
 } // namespace Quillet::Limits

@@ -1,6 +1,8 @@
 #include "fonts/CidFont.h"
 
 #include "document/Dictionary.h"
+#include "document/Guard.h"
+#include "document/Limits.h"
 #include "filters/Stream.h"
 #include "fonts/FontEncodingFactory.h"
 #include <Quillet/Char.h>
@@ -47,7 +49,7 @@ void CidFont::SetWidths(long long first, long long last, double width)
 {
     first = std::max(first, 0LL);
     last = std::min<long long>(last, std::numeric_limits<int>::max() - 1);
-    if (last < first) return;
+    if (last < first || !Guard::Page::Spend(Limits::c_rangeWork)) return;
     const auto begin = static_cast<int>(first);
     const auto end = static_cast<int>(last);
     // Later entries win: what they overlap is cut.

@@ -38,7 +38,7 @@ void FontEncoding::AddCodeSpaceRange(int byteCount, int fontIndex, unsigned low,
 void FontEncoding::AddMapRange(int first, int last, const CodeSequence& sequence)
 {
     if (!Check(first >= 0, Error::General)) first = 0;
-    if (last < first) return;
+    if (last < first || !Guard::Page::Spend(Limits::c_rangeWork)) return;
     auto after = mapRanges.upper_bound(last);
     while (after != mapRanges.begin()) {
         const auto place = std::prev(after);
