@@ -7,6 +7,7 @@
 #include <Kernel/PointT.h>
 #include <Renderer/FillBlendMode.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -89,8 +90,10 @@ private:
     double GetMaxKern(const Char& c) const { return c.GetSize() / 6; }
     bool CanMoveToX(double x) const;
     bool CanMoveToY(double y, const Atts& atts) const;
-    /// Adds to the gap behind a character; true if that became a character of its own.
-    bool AddSpace(std::size_t index, double amount, bool preferNext);
+    /// Adds to the gap behind a character, or to `next` if that is a space. If the gap is one to type, it is the
+    /// answer, to be put behind the character.
+    std::optional<Char> AddSpace(Char& c, double amount, Char* next);
+    void AddSpaceAtEnd(double amount);
     Atts GetSpaceAtts(const Char& c) const;
     void RemoveThinSpace(std::size_t index);
 

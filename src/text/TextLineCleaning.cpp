@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 namespace Quillet {
@@ -118,18 +119,28 @@ void TextLineObject::ConvertSoftHyphens()
 
 void TextLineObject::ConvertLetterSpaceIntoSpaces()
 {
+    // Spaces go into a copy: to insert each in its place would cost the rest of the line every time.
+    Chars spaced;
+    std::size_t copied = 0;
     for (std::size_t i = 0; i < chars.size(); ++i) {
         Char& c = chars[i];
-        if (c.isSpace) continue;
         const auto place = chars.cbegin() + static_cast<std::ptrdiff_t>(i);
-        const double own = GetStoryWidth(place, place + 1, false, 1);
+        const double own = c.isSpace ? 0 : GetStoryWidth(place, place + 1, false, 1);
         const double threshold = c.GetSize() / 6 * (c.isKerned ? 1 : 3);
         const double excess = c.width - own;
-        if (!(own > 0 && excess >= threshold)) continue;
-        c.width -= excess;
-        width -= excess;
-        if (AddSpace(i, excess, true)) ++i;
+        std::optional<Char> space;
+        if (own > 0 && excess >= threshold) {
+            c.width -= excess;
+            width -= excess;
+            space = AddSpace(c, excess, i + 1 < chars.size() ? &chars[i + 1] : nullptr);
+        }
+        if (!space && copied == 0) continue;
+        spaced.insert(spaced.end(), chars.begin() + static_cast<std::ptrdiff_t>(copied),
+                      chars.begin() + static_cast<std::ptrdiff_t>(i) + 1);
+        copied = i + 1;
+        if (space) spaced.push_back(std::move(*space));
     }
+    if (copied != 0) chars = std::move(spaced);
 }
 
 void TextLineObject::StripTrailingSpaces()

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Quillet {
 
@@ -120,7 +121,7 @@ void TextLineObject::MoveTo(const Point& point, GraphicsState& state)
         return;
     }
     state.SetAdvance(position.y - point.y);
-    AddSpace(chars.size() - 1, point.x - (position.x + width), false);
+    AddSpaceAtEnd(point.x - (position.x + width));
 }
 
 void TextLineObject::Kern(double amount)
@@ -128,23 +129,22 @@ void TextLineObject::Kern(double amount)
     if (chars.empty()) {
         position.x -= amount;
     } else {
-        AddSpace(chars.size() - 1, -amount, false);
+        AddSpaceAtEnd(-amount);
     }
 }
 
-bool TextLineObject::AddSpace(std::size_t index, double amount, bool preferNext)
+std::optional<Char> TextLineObject::AddSpace(Char& c, double amount, Char* next)
 {
-    if (amount == 0) return false;
-    Char& c = chars[index];
+    if (amount == 0) return std::nullopt;
     width += amount;
     c.isKerned = amount > 0;
     if (c.isSpace) {
         c.width += amount;
-        return false;
+        return std::nullopt;
     }
-    if (preferNext && index + 1 < chars.size() && chars[index + 1].isSpace) {
-        chars[index + 1].width += amount;
-        return false;
+    if (next && next->isSpace) {
+        next->width += amount;
+        return std::nullopt;
     }
     if (amount < GetMaxKern(c)) {
         c.width += amount;
@@ -152,12 +152,12 @@ bool TextLineObject::AddSpace(std::size_t index, double amount, bool preferNext)
             width -= c.width;
             c.width = 0;
         }
-        return false;
+        return std::nullopt;
     }
     // A font without a space glyph keeps its gaps as width.
     if (!c.isSpaceDefined) {
         c.width += amount;
-        return false;
+        return std::nullopt;
     }
     Char space = c;
     space.isSpace = true;
@@ -165,8 +165,12 @@ bool TextLineObject::AddSpace(std::size_t index, double amount, bool preferNext)
     space.glyphIndex = c.spaceCode;
     space.unicode = c.spaceCode == -1 ? U' ' : 0;
     space.atts = GetSpaceAtts(c);
-    chars.insert(chars.begin() + static_cast<std::ptrdiff_t>(index) + 1, std::move(space));
-    return true;
+    return space;
+}
+
+void TextLineObject::AddSpaceAtEnd(double amount)
+{
+    if (auto space = AddSpace(chars.back(), amount, nullptr)) chars.push_back(std::move(*space));
 }
 
 TextLineObject::Atts TextLineObject::GetSpaceAtts(const Char& c) const
