@@ -373,14 +373,41 @@ private:
             }
             const auto count = wordEnd - first;
             pugi::xml_node span = text.append_child("tspan");
-            Set(span, "x", MakeNumber(pen, 4));
             const double spacing = count > 1 ? (width - own) / static_cast<double>(count) : 0;
-            if (std::abs(spacing) > 1e-3) Set(span, "letter-spacing", MakeNumber(spacing, 4));
+            if (std::all_of(first, wordEnd, [](const Char& c) { return c.GetGlyphMetrics().id != 0; })) {
+                Set(span, "x", MakeNumber(pen, 4));
+                if (std::abs(spacing) > 1e-3) Set(span, "letter-spacing", MakeNumber(spacing, 4));
+            } else {
+                // Nobody knows the widths of the font that characters will be taken from: each has a place of its own.
+                Set(span, "x", MakePlaces(pen, first, wordEnd, scale));
+            }
+            // The characters are in the order of their places, and not of reading.
+            if (std::any_of(first, wordEnd, IsRightToLeft))
+                Set(span, "style", "direction:ltr;unicode-bidi:bidi-override");
             span.text().set(MakeXmlText(GetRunText(first, last)).c_str());
             pen += width;
             if (last != wordEnd) pen += wordEnd->width / scale;
             first = last;
         }
+    }
+
+    static std::string MakePlaces(double pen, TextLineObject::Chars::const_iterator first,
+                                  TextLineObject::Chars::const_iterator last, double scale)
+    {
+        std::string places;
+        for (; first != last; ++first) {
+            if (!places.empty()) places += ' ';
+            AppendNumber(places, pen, 4);
+            pen += first->width / scale;
+        }
+        return places;
+    }
+
+    /// Of a script that is written from right to left.
+    static bool IsRightToLeft(const Char& c)
+    {
+        return (c.unicode >= 0x0590 && c.unicode < 0x0900) || (c.unicode >= 0xFB1D && c.unicode < 0xFE00) ||
+               (c.unicode >= 0xFE70 && c.unicode < 0xFF00) || (c.unicode >= 0x10800 && c.unicode < 0x11000);
     }
 
     static void SetFont(pugi::xml_node node, const Story::GlyphAtts& atts)
