@@ -24,11 +24,6 @@ constexpr int c_maxSingleCodes = 1 << 17;
 
 } // namespace
 
-FontEncoding::FontEncoding(const FontEncoding& other)
-    : RefCacheable(), ErrorForwarder(other.GetErrorHandler()), name(other.name), registry(other.registry),
-      ordering(other.ordering), codeSpaceRanges(other.codeSpaceRanges), mapRanges(other.mapRanges), lookup(other.lookup)
-{}
-
 void FontEncoding::AddCodeSpaceRange(int byteCount, int fontIndex, unsigned low, unsigned high)
 {
     if (codeSpaceRanges.size() < Limits::c_maxCodeSpaceRanges)

@@ -40,7 +40,7 @@ public:
 
     FontEncoding() = default;
     explicit FontEncoding(const char* encodingName) : name(encodingName) {}
-    FontEncoding(const FontEncoding& other);
+    FontEncoding(const FontEncoding& other) = default;
     FontEncoding& operator=(const FontEncoding&) = delete;
 
     void SetName(const std::string& text) { name = text; }
