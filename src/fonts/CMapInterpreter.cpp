@@ -85,7 +85,8 @@ void CMapInterpreter::Interpret()
             parser->NextToken();
         } while (!ParseObject(args, op));
         Execute(op, args);
-    } while (!parser->AtEnd());
+        // The tokeniser goes no further than a parenthesis that closes nothing.
+    } while (!parser->AtEnd() && parser->tokenType != Token::TokenEnd);
     encoding->OnComplete();
 }
 

@@ -77,7 +77,7 @@ void CidFont::ReadMetrics(Dictionary& dictionary)
     if (parser->tokenType != Token::TokenArrayStart) return;
     while (parser->NextToken() != Token::TokenArrayEnd && parser->tokenType != Token::TokenEnd) {
         long long cid = parser->GetTokenInt();
-        parser->NextToken();
+        if (parser->NextToken() == Token::TokenArrayEnd) break;
         const Kernel::Counted<Parser> value = parser->OptionalDereference();
         if (value->tokenType == Token::TokenArrayStart) {
             while (value->NextToken() != Token::TokenArrayEnd && value->tokenType != Token::TokenEnd) {

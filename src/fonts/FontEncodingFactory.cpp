@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <functional>
 #include <limits>
 #include <utility>
@@ -245,18 +246,10 @@ char32_t FontEncodingFactory::GetUnicodeFromGlyphIndex(const std::string& glyphN
                                                        Encoding* cache)
 {
     if (font.IsEmpty() || glyphName.size() < 2 || glyphName[0] != 'g') return 0;
+    const char* first = glyphName.data() + 1;
     int index = 0;
-    std::size_t digits = 0;
-    for (; digits + 1 < glyphName.size() && digits < 4; ++digits) {
-        const char c = glyphName[digits + 1];
-        const int value = c >= '0' && c <= '9'   ? c - '0'
-                          : c >= 'a' && c <= 'f' ? c - 'a' + 10
-                          : c >= 'A' && c <= 'F' ? c - 'A' + 10
-                                                 : -1;
-        if (value < 0) break;
-        index = index * 16 + value;
-    }
-    if (digits == 0) return 0;
+    const auto [last, error] = std::from_chars(first, glyphName.data() + glyphName.size(), index, 16);
+    if (error != std::errc() || last == first || index < 0) return 0;
     if (!*cache) *cache = GetFromOs(font);
     if (!*cache) return 0;
     const CodeSequence sequence = (*cache)->GetMappedSequence(index);

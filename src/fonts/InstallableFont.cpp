@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <string_view>
+#include <utility>
 
 namespace Quillet {
 
@@ -172,8 +173,15 @@ void InstallableFont::GuessStyle(const Kernel::FontMap* fontMap)
 {
     if (requestedFont.IsEmpty()) return;
     // The style often is what stands behind the hyphen, and has been cut off the name to ask for.
-    std::string name = ToLowerCase(
-        documentName.starts_with(requestedFont.postscriptName) ? documentName : requestedFont.postscriptName);
+    const std::string& name = requestedFont.postscriptName;
+    if (documentName.starts_with(name)) GuessStyleFrom(documentName.substr(name.size()));
+    GuessStyleFrom(name);
+    UpdateEffectiveFont(fontMap);
+}
+
+void InstallableFont::GuessStyleFrom(std::string name)
+{
+    name = ToLowerCase(std::move(name));
     for (std::size_t length = name.size() + 1; name.size() < length;) {
         length = name.size();
         for (const StyleWord& word : c_styleWords) {
@@ -186,7 +194,6 @@ void InstallableFont::GuessStyle(const Kernel::FontMap* fontMap)
         }
     }
     if (name.find("condensed") != name.npos) requestedFont.SetWidth(Kernel::FontWidth::Condensed);
-    UpdateEffectiveFont(fontMap);
 }
 
 void InstallableFont::UpdateEffectiveFont(const Kernel::FontMap* fontMap)

@@ -56,6 +56,7 @@ private:
     bool StripMultipleMasterSuffix();
     bool TryParsePostscriptName();
     void GuessStyle(const Kernel::FontMap* fontMap);
+    void GuessStyleFrom(std::string name);
     void ReadStyle(const Ref& ref);
     void SetIsScript();
     void Use(const Kernel::Font& closest);

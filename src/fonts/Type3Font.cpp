@@ -11,8 +11,11 @@ Type3Font::Type3Font(const Kernel::Counted<Dictionary>& dictionary) : SimpleFont
 {
     Read(dictionary);
     // Its widths are in a glyph space of its own, where those of other fonts are in thousandths.
-    Geometry::AffineTransform::Params matrix;
-    if (!dictionary->GetTransform("FontMatrix", matrix)) return;
+    std::vector<double> values;
+    dictionary->GetRealVec("FontMatrix", values);
+    if (values.size() != 6) return;
+    const auto matrix =
+        Geometry::AffineTransform::Params::FromPdf(values[0], values[1], values[2], values[3], values[4], values[5]);
     const double scale = std::hypot(matrix.a, matrix.b) * 1000;
     if (!std::isfinite(scale) || scale == 0) return;
     isMirrored = matrix.GetDeterminant() < 0;

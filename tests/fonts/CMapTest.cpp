@@ -1,0 +1,304 @@
+#include "fonts/CMapInterpreter.h"
+#include "fonts/StandardCMaps.h"
+
+#include "document/MemorySource.h"
+#include "support/PdfBuilder.h"
+#include "support/TestDocument.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace Quillet {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Encoding = Kernel::Counted<const FontEncoding>;
+using Characters = std::vector<char32_t>;
+
+Characters GetCharacters(const FontEncoding& encoding, int code)
+{
+    const CodeSequence sequence = encoding.GetMappedSequence(code);
+    return {sequence.values.begin(), sequence.values.begin() + sequence.count};
+}
+
+/// CMaps as objects 5, 6 and so on of a document.
+struct CMapFile
+{
+    explicit CMapFile(const std::string& program, const std::string& entries = "",
+                      const std::vector<std::string>& others = {})
+        : document(MakePagePdf("", {.objects = MakeObjects(program, entries, others)})),
+          encoding(CMapInterpreter::GetEncoding(document.GetRef(5)))
+    {}
+
+    static std::vector<std::string> MakeObjects(const std::string& program, const std::string& entries,
+                                                const std::vector<std::string>& others)
+    {
+        std::vector<std::string> objects{PdfBuilder::MakeStream(program, entries)};
+        objects.insert(objects.end(), others.begin(), others.end());
+        return objects;
+    }
+
+    Characters Get(int code) const { return GetCharacters(*encoding, code); }
+    const std::vector<int>& GetErrors() const { return document.GetErrors(); }
+
+    TestDocument document;
+    Encoding encoding;
+};
+
+TEST(CMapTest, ReadsMappings)
+{
+    const struct
+    {
+        const char* program;
+        std::vector<std::pair<int, Characters>> mappings;
+    } rows[] = {
+        {"1 beginbfchar <41> <0058> endbfchar", {{0x41, {'X'}}, {0x42, {0}}}},
+        {"<41> <0009> <42> <0061000A> <43> <000D> endbfchar", {{0x41, {' '}}, {0x42, {' '}}, {0x43, {' '}}}},
+        {"<41> <42> <0009> endbfrange", {{0x41, {'\t'}}, {0x42, {'\n'}}}},
+        {"<41> <004100420043004400450046> endbfchar", {{0x41, {'A', 'B', 'C', 'D', 'E'}}}},
+        {"<41> <004142> <42> <43> <44> <> endbfchar", {{0x41, {'A', 'B'}}, {0x42, {'C'}}, {0x44, {0}}}},
+        {"<41> <D83DDE00> endbfchar", {{0x41, {0xD83D, 0xDE00}}}},
+        {"<41> 66 endbfchar <42> 67 endbfcid", {{0x41, {'B'}}, {0x42, {'C'}}}},
+        {"<41> <43> 100 endcidrange", {{0x41, {100}}, {0x43, {102}}, {0x44, {0}}}},
+        {"<41> <42> <00660069> endbfrange", {{0x41, {'f', 'i'}}, {0x42, {'f', 'j'}}}},
+        {"<41> <43> [<0061> 98 <00660069>] <50> <50> <0070> endbfrange",
+         {{0x41, {'a'}}, {0x42, {'b'}}, {0x43, {'f', 'i'}}, {0x50, {'p'}}}},
+        {"<41> 5 endcidchar", {{0x41, {0}}}},
+        {"<41> <0061> /Other usecmap <42> <0062> endbfchar", {{0x41, {0}}, {0x42, {'b'}}}},
+        {"<< /A <41> >> <41> <0061> endbfchar", {{0x41, {'a'}}}},
+        {"<8140> <0061> endbfchar <00> <7FFFFFFF> 7 endcidrange <8140> <0062> endbfchar",
+         {{0x8140, {'b'}}, {0x7FFFFFFF, {0x80000006}}}},
+        {"<41> <0061> <42> endbfchar", {{0x41, {'a'}}, {0x42, {0}}}},
+        {"<41> <40> <0061> endbfrange", {{0x41, {0}}, {0x40, {0}}}},
+    };
+    for (const auto& row : rows) {
+        const CMapFile file(row.program);
+        for (const auto& [code, characters] : row.mappings)
+            EXPECT_EQ(file.Get(code), characters) << row.program << ' ' << code;
+        EXPECT_THAT(file.GetErrors(), IsEmpty()) << row.program;
+    }
+}
+
+TEST(CMapTest, RaisesBadRanges)
+{
+    const struct
+    {
+        const char* program;
+        Characters at41;
+        Characters at50;
+        std::size_t errors;
+    } rows[] = {
+        {"<41> <43> [<0061> <0062>] <50> <50> <0070> endbfrange", {'a'}, {'p'}, 1},
+        {"<41> <41> [<0061> <0062>] <50> <50> <0070> endbfrange", {'a'}, {0}, 1},
+        {"<41> <43> [<0061> /b <0063>] <50> <50> <0070> endbfrange", {'a'}, {0}, 2},
+        {"<41> <7FFFFFFF> [<0061>] <50> <50> <0070> endbfrange", {'a'}, {'p'}, 1},
+        {"<40> <41> [<0061>] endbfrange <50> <50> <0070> endbfrange", {0}, {'p'}, 1},
+        {"<80000000> <80000005> <0061> endbfrange <50> <0070> endbfchar", {0}, {'p'}, 1},
+        {"<41> <FFFFFFFF> <0061> endbfrange <50> <0070> endbfchar", {0}, {'p'}, 0},
+    };
+    for (const auto& row : rows) {
+        const CMapFile file(row.program);
+        EXPECT_EQ(file.Get(0x41), row.at41) << row.program;
+        EXPECT_EQ(file.Get(0x50), row.at50) << row.program;
+        EXPECT_THAT(file.GetErrors(), testing::AllOf(testing::SizeIs(row.errors), testing::Each(Error::General)))
+            << row.program;
+    }
+}
+
+TEST(CMapTest, ReadsCodeSpacesAndNames)
+{
+    const CMapFile file("/CMapName /Mine def /CIDSystemInfo 3 dict dup begin /Registry (Adobe) def "
+                        "/Ordering (Japan1) def /Supplement 2 def end def /WMode 1 def "
+                        "<8000> <FFFF> endcodespacerange 1 usefont <00> <7F> endcodespacerange");
+    EXPECT_EQ(file.encoding->name, "Mine");
+    EXPECT_EQ(file.encoding->registry, "Adobe");
+    EXPECT_EQ(file.encoding->ordering, "Japan1");
+    const auto& ranges = file.encoding->codeSpaceRanges;
+    ASSERT_EQ(ranges.size(), 2U);
+    EXPECT_EQ(ranges[0].byteCount, 1);
+    EXPECT_EQ(ranges[0].fontIndex, 1);
+    EXPECT_EQ(ranges[0].high, 0x7FU);
+    EXPECT_EQ(ranges[1].byteCount, 2);
+    EXPECT_EQ(ranges[1].fontIndex, 0);
+    EXPECT_EQ(ranges[1].low, 0x8000U);
+
+    // A dictionary is not looked into, and a name needs its key alone before it.
+    const CMapFile dropped("/CIDSystemInfo << /Registry (Adobe) /Ordering (Japan1) >> def 7 /Registry (A) def");
+    EXPECT_EQ(dropped.encoding->registry, "");
+    EXPECT_EQ(dropped.encoding->ordering, "");
+    EXPECT_FALSE(GetCidToUnicode(dropped.encoding));
+}
+
+TEST(CMapTest, BuildsOnOthers)
+{
+    const auto makeUsing = [](const char* program, const char* entries) {
+        return PdfBuilder::MakeStream(program, entries);
+    };
+    const std::string own = "<41> <0061> endbfchar";
+    const CMapFile based(own, "/UseCMap 6 0 R",
+                         {makeUsing("/Registry (A) def <41> <43> <0078> endbfrange <00> <FF> endcodespacerange", "")});
+    EXPECT_EQ(based.Get(0x41), Characters{'a'});
+    EXPECT_EQ(based.Get(0x42), Characters{'y'});
+    EXPECT_EQ(based.encoding->registry, "A");
+    EXPECT_EQ(based.encoding->codeSpaceRanges.size(), 1U);
+    EXPECT_THAT(based.GetErrors(), IsEmpty());
+    // The other stays as it is.
+    const auto other = CMapInterpreter::GetEncoding(based.document.GetRef(6));
+    EXPECT_EQ(GetCharacters(*other, 0x41), Characters{'x'});
+    EXPECT_EQ(CMapInterpreter::GetEncoding(based.document.GetRef(5)), based.encoding);
+
+    const CMapFile self(own, "/UseCMap 5 0 R");
+    EXPECT_EQ(self.Get(0x41), Characters{'a'});
+    EXPECT_THAT(self.GetErrors(), IsEmpty());
+    const CMapFile cycle(
+        own, "/UseCMap 6 0 R",
+        {makeUsing("<42> <0062> endbfchar", "/UseCMap 7 0 R"), makeUsing("<43> <0063> endbfchar", "/UseCMap 5 0 R")});
+    EXPECT_EQ(cycle.Get(0x41), Characters{'a'});
+    for (const char* entries : {"/UseCMap 99 0 R", "/UseCMap /Identity-H", "/UseCMap 1 0 R", "/UseCMap null"})
+        EXPECT_EQ(CMapFile(own, entries).Get(0x41), Characters{'a'}) << entries;
+}
+
+TEST(CMapTest, ReadsOnInStreamsOfAnyType)
+{
+    const CMapFile file("<41> <0061> endbfchar", "/Type /CMap");
+    EXPECT_EQ(file.Get(0x41), Characters{'a'});
+    EXPECT_THAT(file.GetErrors(), ElementsAre(Error::General));
+}
+
+/// Ends a run that raises without end.
+class ImpatientHandler : public ErrorForwarder
+{
+public:
+    void OnError(Error::Type) const override
+    {
+        if (++count > 10000) throw Error::FileOp;
+    }
+
+    mutable int count = 0;
+};
+
+TEST(CMapTest, SurvivesRubbish)
+{
+    const std::string deep(100000, '[');
+    for (const std::string& program :
+         {std::string(), std::string("<41> <0061"), std::string(") > ] >> } <41> <0061> endbfchar"),
+          std::string("endbfrange endbfchar def usefont endcodespacerange"), std::string("<41> endbfchar"),
+          std::string("/A [<41> [<42>]] /B endbfrange"), std::string("<41> <42> [ endbfrange"),
+          std::string("<< /A << /B"), std::string("9999999999999999999 usefont <00> <FF> endcodespacerange"),
+          std::string("<> <> endcodespacerange"), std::string("%"), deep, deep + "<41>"}) {
+        TestDocument document(
+            MakePagePdf("", {.objects = {PdfBuilder::MakeStream(program + " <7A> <007A> endbfchar")}}));
+        const ImpatientHandler handler;
+        document->SetErrorHandler(&handler);
+        Encoding encoding;
+        EXPECT_NO_THROW(encoding = CMapInterpreter::GetEncoding(document.GetRef(5))) << program.substr(0, 50);
+        EXPECT_TRUE(encoding && !encoding->codeSpaceRanges.empty()) << program.substr(0, 50);
+    }
+    const CMapFile behind("> ] >> } endbfchar <7A> <007A> endbfchar");
+    EXPECT_EQ(behind.Get(0x7A), Characters{'z'});
+    EXPECT_FALSE(behind.GetErrors().empty());
+    TestDocument document(MakePagePdf("", {.objects = {"12", "<< >>"}}));
+    for (const int number : {-1, 5, 6, 99})
+        EXPECT_TRUE(CMapInterpreter::GetEncoding(document.GetRef(number))) << number;
+}
+
+TEST(CMapTest, ReadsAPlainSource)
+{
+    const std::string program = "/CMapName /Mine def <41> <0061> endbfchar";
+    const CMapInterpreter interpreter(Kernel::MakeCounted<MemorySource>(program.data(), program.size()));
+    EXPECT_EQ(interpreter.encoding->name, "Mine");
+    EXPECT_EQ(GetCharacters(*interpreter.encoding, 0x41), Characters{'a'});
+}
+
+struct Taken
+{
+    bool isCode;
+    int code;
+    int pos;
+};
+
+Taken Take(const FontEncoding& encoding, const std::string& text)
+{
+    int fontIndex = -1;
+    Taken taken{false, -1, 0};
+    taken.isCode = encoding.AdvanceCharCode(fontIndex, taken.code, taken.pos, {text.begin(), text.end()});
+    return taken;
+}
+
+TEST(StandardCMapsTest, LeadFromCodesToCharacters)
+{
+    const struct
+    {
+        const char* name;
+        std::string text;
+        char32_t character;
+    } rows[] = {
+        {"90ms-RKSJ-H", "\x88\xEA", 0x4E00}, {"90ms-RKSJ-V", "\x88\xEA", 0x4E00},    {"90ms-RKSJ-H", "A", 'A'},
+        {"UniJIS-UCS2-H", "\x4E", 0},        {"UniJIS-UTF16-H", "\x4E\x01", 0x4E01}, {"GBK-EUC-H", "\xD2\xBB", 0x4E00},
+        {"ETen-B5-H", "\xA4\x40", 0x4E00},   {"KSCms-UHC-H", "\xEC\xE9", 0x4E00},
+    };
+    for (const auto& row : rows) {
+        const Encoding encoding = GetStandardCMap(row.name);
+        ASSERT_FALSE(encoding->ordering.empty()) << row.name;
+        const Encoding toUnicode = GetCidToUnicode(encoding);
+        ASSERT_TRUE(toUnicode) << row.name;
+        const Taken taken = Take(*encoding, row.text);
+        EXPECT_EQ(taken.isCode, row.character != 0) << row.name;
+        if (row.character == 0) continue;
+        EXPECT_EQ(taken.pos, static_cast<int>(row.text.size())) << row.name;
+        const auto cid = static_cast<int>(encoding->GetMappedSequence(taken.code).values[0]);
+        EXPECT_NE(cid, 0) << row.name;
+        EXPECT_EQ(GetCharacters(*toUnicode, cid), Characters{row.character}) << row.name;
+    }
+    const Encoding vertical = GetStandardCMap("Identity-V");
+    EXPECT_EQ(Take(*vertical, "\x12\x34").code, 0x1234);
+    EXPECT_EQ(GetCharacters(*vertical, 0x1234), Characters{0x1234});
+}
+
+TEST(StandardCMapsTest, UnknownOnesAreTheIdentity)
+{
+    const Encoding identity = MakeIdentityCMap();
+    EXPECT_EQ(identity->name, "Identity-H");
+    for (const int code : {0, 9, 255, 256, 0xFFFF})
+        EXPECT_EQ(GetCharacters(*identity, code), Characters{static_cast<char32_t>(code)});
+    EXPECT_EQ(Take(*identity, "\x12\x34").code, 0x1234);
+    EXPECT_FALSE(GetCidToUnicode(identity));
+    EXPECT_FALSE(GetCidToUnicode(nullptr));
+    // Names come from files, and must not lead anywhere else.
+    for (const std::string& name :
+         {std::string("Identity-H"), std::string("No such"), std::string(), std::string("."), std::string(".."),
+          std::string("../Standard CMaps/90ms-RKSJ-H"), std::string("./90ms-RKSJ-H"), std::string("a/../90ms-RKSJ-H"),
+          std::string("90ms-RKSJ-H.txt\0", 16), std::string("\\90ms-RKSJ-H"), std::string(10000, 'x')}) {
+        EXPECT_EQ(GetStandardCMap(name), identity) << name.substr(0, 40);
+        EXPECT_EQ(GetStandardCMap(name), identity) << name.substr(0, 40);
+    }
+    FontEncoding other;
+    other.SetRegistry("No");
+    other.SetOrdering("Such");
+    EXPECT_EQ(GetCidToUnicode(Kernel::MakeCounted<FontEncoding>(other)), identity);
+}
+
+TEST(StandardCMapsTest, ThreadsGetTheSame)
+{
+    const auto ask = [](std::vector<Encoding>& results) {
+        for (const char* name : {"GBpc-EUC-H", "B5pc-H", "KSC-EUC-H", "Identity-H", "No such"})
+            results.push_back(GetStandardCMap(name));
+    };
+    std::vector<std::vector<Encoding>> results(4);
+    std::vector<std::thread> threads;
+    for (auto& result : results)
+        threads.emplace_back([&result, &ask] { ask(result); });
+    for (std::thread& thread : threads)
+        thread.join();
+    for (const auto& result : results)
+        EXPECT_EQ(result, results[0]);
+    EXPECT_FALSE(results[0][0] == results[0][3]);
+}
+
+} // namespace
+} // namespace Quillet

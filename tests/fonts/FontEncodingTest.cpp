@@ -1,0 +1,417 @@
+#include "fonts/FontEncodingFactory.h"
+
+#include "support/PdfBuilder.h"
+#include "support/TestDocument.h"
+
+#include <Kernel/UnicodeCmap.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace Quillet {
+namespace {
+
+using namespace FontEncodingType;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+CodeSequence MakeSequence(std::initializer_list<char32_t> values)
+{
+    CodeSequence sequence;
+    for (const char32_t value : values)
+        sequence.Add(value);
+    return sequence;
+}
+
+/// What ranges stand for, code by code.
+using Twin = std::map<int, CodeSequence>;
+
+void ExpectSame(const FontEncoding& encoding, const Twin& twin, int end)
+{
+    // A run ends where the next code does not count on.
+    std::size_t runs = 0;
+    for (auto entry = twin.begin(); entry != twin.end(); ++entry) {
+        const auto before = entry == twin.begin() ? twin.end() : std::prev(entry);
+        if (before == twin.end() || before->first + 1 != entry->first || !(before->second.Advanced(1) == entry->second))
+            ++runs;
+    }
+    EXPECT_EQ(encoding.mapRanges.size(), runs);
+    for (int code = -1; code < end; ++code) {
+        const auto known = twin.find(code);
+        ASSERT_EQ(encoding.ContainsMappingFor(code), known != twin.end()) << code;
+        const CodeSequence expected = known == twin.end() ? CodeSequence(0) : known->second;
+        ASSERT_TRUE(encoding.GetMappedSequenceSlow(code) == expected) << code;
+    }
+    for (char32_t character = 0; character < static_cast<char32_t>(end); ++character) {
+        int index = -1;
+        for (const auto& [code, sequence] : twin) {
+            if (index < 0 && sequence == CodeSequence(character)) index = code;
+        }
+        ASSERT_EQ(encoding.GetIndexOfChar(character), index) << static_cast<unsigned>(character);
+    }
+}
+
+TEST(FontEncodingTest, MapsLikeASimpleTable)
+{
+    constexpr int c_end = 300;
+    std::mt19937 random(5);
+    const auto pick = [&random](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
+    for (int round = 0; round < 30; ++round) {
+        FontEncoding encoding;
+        Twin twin;
+        for (int step = 0; step < 25; ++step) {
+            const int first = pick(c_end);
+            const int last = std::min(first + pick(3) * pick(40) - 1 + pick(3), c_end - 1);
+            // Mostly values that continue what other calls may have set.
+            const auto character = static_cast<char32_t>(first + 1 + pick(2));
+            if (pick(5) == 0) {
+                encoding.AddUndefinedMaps(first, last, character);
+                for (int code = first; code <= last; ++code)
+                    twin.emplace(code, CodeSequence(character));
+                continue;
+            }
+            const CodeSequence sequence = pick(4) == 0 ? MakeSequence({U'f', character}) : CodeSequence(character);
+            encoding.AddMapRange(first, last, sequence);
+            for (int code = first; code <= last; ++code)
+                twin[code] = sequence.Advanced(code - first);
+        }
+        ASSERT_NO_FATAL_FAILURE(ExpectSame(encoding, twin, c_end)) << round;
+        encoding.OnComplete();
+        for (int code = 0; code < c_end; ++code)
+            ASSERT_TRUE(encoding.GetMappedSequence(code) == encoding.GetMappedSequenceSlow(code)) << code;
+    }
+}
+
+TEST(FontEncodingTest, SplitsAndJoinsRanges)
+{
+    FontEncoding encoding;
+    encoding.AddMapRange(0x20, 0x7E, U' ');
+    encoding.AddMap(0x41, U'a');
+    EXPECT_EQ(encoding.mapRanges.size(), 3U);
+    EXPECT_EQ(encoding.GetMappedSequenceSlow(0x42).values[0], U'B');
+    encoding.AddMap(0x41, U'A');
+    EXPECT_EQ(encoding.mapRanges.size(), 1U);
+    encoding.AddMapRange(0x30, 0x20, U'x');
+    EXPECT_EQ(encoding.mapRanges.size(), 1U);
+    // Nothing goes on behind the last code that there is.
+    encoding.AddMapRange(0, 0x7FFFFFFF, U'x');
+    encoding.AddMap(0x7FFFFFFF, U'y');
+    encoding.AddMap(0, U'z');
+    EXPECT_EQ(encoding.mapRanges.size(), 3U);
+    EXPECT_EQ(encoding.GetMappedSequenceSlow(0x7FFFFFFF).values[0], U'y');
+}
+
+TEST(FontEncodingTest, RaisesNegativeCodes)
+{
+    const ErrorRecorder errors;
+    FontEncoding encoding;
+    encoding.SetErrorHandler(&errors);
+    encoding.AddMapRange(-3, 2, U'a');
+    encoding.AddMapRange(-3, -2, U'x');
+    EXPECT_THAT(errors.kinds, ElementsAre(Error::General, Error::General));
+    EXPECT_EQ(encoding.GetMappedSequenceSlow(0).values[0], U'a');
+    EXPECT_EQ(encoding.GetMappedSequenceSlow(2).values[0], U'c');
+    EXPECT_EQ(encoding.mapRanges.size(), 1U);
+}
+
+struct Step
+{
+    bool isCode;
+    int code;
+    int fontIndex;
+    int pos;
+
+    friend bool operator==(const Step&, const Step&) = default;
+    friend std::ostream& operator<<(std::ostream& out, const Step& step)
+    {
+        return out << step.isCode << ' ' << step.code << ' ' << step.fontIndex << ' ' << step.pos;
+    }
+};
+
+Step Advance(const FontEncoding& encoding, const std::string& text)
+{
+    Step step{false, -1, -1, 0};
+    step.isCode =
+        encoding.AdvanceCharCode(step.fontIndex, step.code, step.pos, std::vector<char>(text.begin(), text.end()));
+    return step;
+}
+
+TEST(FontEncodingTest, TakesCodesOfSeveralLengths)
+{
+    FontEncoding mixed;
+    mixed.AddCodeSpaceRange(3, 2, 0xE10000, 0xE1FFFF);
+    mixed.AddCodeSpaceRange(1, 0, 0, 0x80);
+    mixed.AddCodeSpaceRange(2, 1, 0x8140, 0x9FFC);
+    mixed.OnComplete();
+    FontEncoding two;
+    two.AddCodeSpaceRange(2, 4, 0x100, 0x1FF);
+    two.OnComplete();
+    // An invalid code goes to the longest range that begins like the bytes behind it.
+    FontEncoding prefixed;
+    prefixed.AddCodeSpaceRange(2, 1, 0x110, 0x1FF);
+    prefixed.AddCodeSpaceRange(3, 2, 0x20000, 0x2FFFF);
+    prefixed.OnComplete();
+    FontEncoding bare;
+    bare.OnComplete();
+
+    const struct
+    {
+        const FontEncoding& encoding;
+        std::string text;
+        Step expected;
+    } rows[] = {
+        {mixed, "AB", {true, 'A', 0, 1}},
+        {mixed,
+         "\x81\x40"
+         "A",
+         {true, 0x8140, 1, 2}},
+        {mixed, "\xE1\x02\x03", {true, 0xE10203, 2, 3}},
+        {mixed, "\xE1\x02", {false, 0, 0, 2}},
+        {two, std::string("\1\0\1", 3), {true, 0x100, 4, 2}},
+        {two, std::string("\5\5\5\5\0\7Z", 7), {false, 7, 4, 6}},
+        {two, "\5\5\5\5\7", {false, 7, 4, 5}},
+        {two, "\5\5\5", {false, 0, 4, 3}},
+        {two, "\1", {false, 0, 4, 1}},
+        {prefixed, std::string("\11\11\11\2\0\5\0\0\7Z", 10), {false, 7, 2, 9}},
+        {prefixed, std::string("\11\11\11\1\40\0\0\7ZZ", 10), {false, 7, 1, 8}},
+        {bare, std::string("\0Z", 2), {true, 0, 0, 1}},
+        {bare, "ABCD", {false, 'C', 0, 3}},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(Advance(row.encoding, row.text), row.expected) << testing::PrintToString(row.text);
+    EXPECT_EQ(mixed.GetFontIndex(0x8140), 1);
+    EXPECT_EQ(mixed.GetFontIndex(0x41), 0);
+    EXPECT_EQ(mixed.GetFontIndex(0x81), -1);
+}
+
+TEST(FontEncodingTest, EndsForCodesWithoutBytes)
+{
+    const std::vector<char> text(50, 'x');
+    for (const int byteCount : {0, -7, 1 << 30}) {
+        FontEncoding encoding;
+        encoding.AddCodeSpaceRange(byteCount, 0, 0, 0);
+        encoding.OnComplete();
+        int steps = 0;
+        for (int pos = 0; pos < 50; ++steps) {
+            int fontIndex = 0;
+            int code = 0;
+            const int before = pos;
+            encoding.AdvanceCharCode(fontIndex, code, pos, text);
+            ASSERT_GT(pos, before) << byteCount;
+        }
+        EXPECT_GT(steps, 0);
+    }
+}
+
+TEST(FontEncodingTest, TurnsIntoOthers)
+{
+    FontEncoding encoding;
+    encoding.AddCodeSpaceRange(1, 3, 0, 0x7F);
+    encoding.AddMapRange(5, 6, char32_t{0x3B1});
+    encoding.AddMap(7, U'\u20AC');
+    encoding.AddMap(8, MakeSequence({0x3B1, 0x3B2}));
+    encoding.AddMap(9, U'\uFB03');
+    const auto inPrivateUse = encoding.AsPrivateUse(FontEncodingFactory::Get(FontEncodingSymbol));
+    EXPECT_EQ(inPrivateUse->GetMappedSequence(5).values[0], 0xF061U);
+    EXPECT_EQ(inPrivateUse->GetMappedSequence(6).values[0], 0xF062U);
+    EXPECT_EQ(inPrivateUse->GetMappedSequence(7).values[0], 0xF0A0U);
+    EXPECT_TRUE(inPrivateUse->GetMappedSequence(8) == MakeSequence({0x3B1, 0x3B2}));
+    EXPECT_EQ(inPrivateUse->GetMappedSequence(9).values[0], 0xFB03U);
+    ASSERT_EQ(inPrivateUse->codeSpaceRanges.size(), 1U);
+    EXPECT_EQ(inPrivateUse->codeSpaceRanges[0].fontIndex, 3);
+
+    const auto inverse = encoding.GetInverse();
+    EXPECT_THAT(inverse->codeSpaceRanges, IsEmpty());
+    EXPECT_EQ(inverse->GetMappedSequenceSlow(0x3B2).values[0], 6U);
+    EXPECT_EQ(inverse->GetMappedSequenceSlow(0x20AC).values[0], 7U);
+    EXPECT_EQ(inverse->mapRanges.size(), 3U);
+}
+
+TEST(FontEncodingTest, BuiltInOnesMapAsPublished)
+{
+    const struct
+    {
+        Type type;
+        int code;
+        char32_t character;
+    } rows[] = {
+        {FontEncodingIdentity, 9, ' '},        {FontEncodingIdentity, 10, 10},
+        {FontEncodingIdentity, 255, 255},      {FontEncodingIdentity, 256, 0},
+        {FontEncodingStandard, 39, 0x2019},    {FontEncodingStandard, 0x80, 0},
+        {FontEncodingStandard, 0xC8, 0xA8},    {FontEncodingMacRoman, 0x80, 0xC4},
+        {FontEncodingWinAnsi, 39, '\''},       {FontEncodingWinAnsi, 31, 0},
+        {FontEncodingWinAnsi, 127, 0x2022},    {FontEncodingWinAnsi, 0x80, 0x20AC},
+        {FontEncodingWinAnsi, 0x81, 0x2022},   {FontEncodingWinAnsi, 0xC8, 0xC8},
+        {FontEncodingMacExpert, 0x21, 0xF721}, {FontEncodingSymbol, 0x61, 0x3B1},
+        {FontEncodingSymbol, 0xA0, 0x20AC},    {FontEncodingZapfDingbats, 0x21, 0x2701},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(FontEncodingFactory::Get(row.type)->GetMappedSequence(row.code).values[0], row.character)
+            << row.type << ' ' << row.code;
+    }
+}
+
+TEST(FontEncodingFactoryTest, TellsEncodingsByName)
+{
+    const struct
+    {
+        const char* encoding;
+        const char* font;
+        bool isSymbolic;
+        Type type;
+    } rows[] = {
+        {"MacRomanEncoding", "Symbol", true, FontEncodingMacRoman},
+        {"WinAnsiEncoding", "", true, FontEncodingWinAnsi},
+        {"MacExpertEncoding", "", false, FontEncodingMacExpert},
+        {"Symbol", "", false, FontEncodingSymbol},
+        {"ZapfDingbats", "Symbol", false, FontEncodingZapfDingbats},
+        {"StandardEncoding", "", false, FontEncodingStandard},
+        {"StandardEncoding", "", true, FontEncodingIdentity},
+        {"StandardEncoding", "Symbol", false, FontEncodingSymbol},
+        {"", "ZapfDingbats", false, FontEncodingZapfDingbats},
+        {"winansiencoding", "Helvetica", false, FontEncodingStandard},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(FontEncodingFactory::GetNamedId(row.encoding, row.font, row.isSymbolic), row.type) << row.encoding;
+        EXPECT_EQ(FontEncodingFactory::GetNamed(row.encoding, row.font, row.isSymbolic),
+                  FontEncodingFactory::Get(row.type));
+    }
+}
+
+/// Object 5 of a document.
+struct EncodingFile
+{
+    explicit EncodingFile(const std::string& object) : document(MakePagePdf("", {.objects = {object}})) {}
+    Ref GetRef() const { return document.GetRef(5); }
+
+    TestDocument document;
+};
+
+constexpr const char* c_differences = "<< /Type /Encoding /BaseEncoding /WinAnsiEncoding /Differences [65 /B /g1A -1 "
+                                      "/C /A 255 /D /E 300 /A 97 /alpha] >>";
+
+TEST(FontEncodingFactoryTest, AppliesDifferences)
+{
+    const EncodingFile file(c_differences);
+    const auto encoding = FontEncodingFactory::GetType1(file.GetRef(), "Nofont", false, Kernel::Font());
+    const std::pair<int, char32_t> rows[] = {{0, 'A'},  {65, 'B'},  {66, 'B'}, {67, 'C'}, {97, 0x3B1},
+                                             {98, 'b'}, {255, 'D'}, {256, 0},  {300, 0}};
+    for (const auto& [code, character] : rows)
+        EXPECT_EQ(encoding->GetMappedSequence(code).values[0], character) << code;
+    EXPECT_THAT(file.document.GetErrors(), ElementsAre(Error::UnimplementedTextEncoding));
+    // The base is shared, and stays.
+    EXPECT_EQ(FontEncodingFactory::Get(FontEncodingWinAnsi)->GetMappedSequence(65).values[0], U'A');
+
+    const auto differences = FontEncodingFactory::GetType1Differences(file.GetRef());
+    ASSERT_TRUE(differences);
+    EXPECT_EQ(differences->GetName(66), "g1A");
+    EXPECT_EQ(differences->GetName(256), "E");
+    EXPECT_EQ(differences->GetName(300), "A");
+    EXPECT_EQ(differences->GetName(301), "");
+
+    for (const char* object :
+         {"<< /BaseEncoding /WinAnsiEncoding >>", "<< /BaseEncoding /WinAnsiEncoding /Differences /A >>"}) {
+        const EncodingFile plain(object);
+        EXPECT_EQ(FontEncodingFactory::GetType1(plain.GetRef(), "Nofont", false, Kernel::Font()),
+                  FontEncodingFactory::Get(FontEncodingWinAnsi))
+            << object;
+    }
+    const EncodingFile dingbats("<< /Differences [65 /a1] >>");
+    EXPECT_EQ(FontEncodingFactory::GetType1(dingbats.GetRef(), "ZapfDingbats", true, Kernel::Font())
+                  ->GetMappedSequence(65)
+                  .values[0],
+              0x2701U);
+    EXPECT_FALSE(FontEncodingFactory::GetType1Differences(EncodingFile("<< >>").GetRef()));
+}
+
+TEST(FontEncodingFactoryTest, ReadsGlyphNumbersByTheFontOfTheMachine)
+{
+    Kernel::Font font;
+    font.SetPostscriptName("DejaVuSans");
+    const auto cmap = Kernel::UnicodeCmap::Make(font);
+    ASSERT_TRUE(cmap);
+    FontEncodingFactory::Encoding cache;
+    for (const char* format : {"g%X", "g%x", "g%04X", "g%06x", "g%X.alt"}) {
+        char name[40];
+        std::snprintf(name, sizeof name, format, static_cast<unsigned>(cmap->GetGlyphIndex(U'\u00E9')));
+        EXPECT_EQ(FontEncodingFactory::GetUnicodeFromGlyphIndex(name, font, &cache), U'\u00E9') << name;
+    }
+    EXPECT_TRUE(cache);
+    for (const char* name : {"", "g", "gx", "h24", "gFFFF", "gFFFFFFFFFFFFFFFF"})
+        EXPECT_EQ(FontEncodingFactory::GetUnicodeFromGlyphIndex(name, font, &cache), 0U) << name;
+    font.SetPostscriptName("Nofont");
+    FontEncodingFactory::Encoding none;
+    EXPECT_EQ(FontEncodingFactory::GetUnicodeFromGlyphIndex("g24", font, &none), 0U);
+    EXPECT_FALSE(FontEncodingFactory::GetFromOs(font));
+}
+
+TEST(FontEncodingFactoryTest, GivesTheBaseAlone)
+{
+    const struct
+    {
+        const char* object;
+        const char* font;
+        bool isSymbolic;
+        bool noDefault;
+        int type;
+    } rows[] = {
+        {"<< /BaseEncoding /MacRomanEncoding >>", "", true, true, FontEncodingMacRoman},
+        {"<< /BaseEncoding /Other >>", "", true, true, FontEncodingIdentity},
+        {"<< >>", "", false, true, -1},
+        {"<< >>", "Symbol", true, false, -1},
+        {"<< >>", "Symbol", false, false, FontEncodingSymbol},
+        {"<< >>", "ZapfDingbats", false, false, FontEncodingZapfDingbats},
+        {"<< >>", "Helvetica", false, false, FontEncodingStandard},
+        {"12", "Helvetica", false, true, -1},
+    };
+    for (const auto& row : rows) {
+        const EncodingFile file(row.object);
+        const auto expected =
+            row.type < 0 ? FontEncodingFactory::Encoding() : FontEncodingFactory::Get(static_cast<Type>(row.type));
+        EXPECT_EQ(FontEncodingFactory::GetType1Encoding(file.GetRef(), row.font, row.isSymbolic, row.noDefault),
+                  expected)
+            << row.object << row.font;
+    }
+}
+
+TEST(FontEncodingFactoryTest, MovesWidthsToTheCodesOfTheDifferences)
+{
+    std::vector<double> standard(128, 100);
+    standard['i'] = 222;
+    standard['W'] = 944;
+    const auto apply = [&](const std::string& object, const char* font, bool isSymbolic) {
+        std::vector<double> widths = standard;
+        FontEncodingFactory::ApplyEncodingToWidths(widths, EncodingFile(object).GetRef(), font, isSymbolic);
+        return widths;
+    };
+    const std::string swapped = "<< /Differences [65 /i /W /nothing 105 /W 200 /Euro /nothing 300 /A] >>";
+    for (const bool isSymbolic : {false, true}) {
+        const auto widths = apply(swapped, "Helvetica", isSymbolic);
+        ASSERT_EQ(widths.size(), 202U);
+        EXPECT_EQ(widths[65], 222);
+        EXPECT_EQ(widths[66], 944);
+        EXPECT_EQ(widths[67], 100);
+        // Widths are looked up as they came in.
+        EXPECT_EQ(widths[105], 944);
+        EXPECT_EQ(widths[200], 556);
+        EXPECT_EQ(widths[201], 0);
+    }
+    const auto unknown = apply(swapped, "Nofont", true);
+    EXPECT_EQ(unknown[65], 100);
+    EXPECT_EQ(unknown.size(), 202U);
+    EXPECT_EQ(apply("<< /BaseEncoding /WinAnsiEncoding >>", "Helvetica", false), standard);
+    EXPECT_EQ(apply("<< /Differences [65 /beta] >>", "Symbol", false)[65], 100);
+    standard.clear();
+    EXPECT_THAT(apply("<< /Differences [3 /A] >>", "Nofont", false), Each(0.0));
+    EXPECT_EQ(apply("<< /Differences [3 /A] >>", "Helvetica", false)[3], 667);
+}
+
+} // namespace
+} // namespace Quillet

@@ -1,0 +1,218 @@
+#include "CommandRun.h"
+#include "ExitStatus.h"
+#include "support/PdfBuilder.h"
+
+#include <Renderer/FontMetrics.h>
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+#include <pugixml.hpp>
+
+#include <string>
+#include <vector>
+
+namespace Host::Test {
+namespace {
+
+using Json = nlohmann::json;
+using Quillet::PdfBuilder;
+using testing::HasSubstr;
+
+constexpr const char* c_sans = "NimbusSans-Regular";
+
+/// Every character is half an em wide. Code 1 is a control character, code 2 half of a surrogate pair, code 3 a
+/// character that is none, and code 4 has no character at all.
+std::string MakeFile(const std::string& content)
+{
+    std::string font = "<< /Type /Font /Subtype /Type1 /BaseFont /NimbusSans-Regular /ToUnicode 6 0 R /FirstChar 0 "
+                       "/LastChar 255 /Widths [";
+    for (int i = 0; i < 256; ++i)
+        font += " 500";
+    font += "] >>";
+    return Quillet::MakePagePdf(
+        content,
+        {.resources = "/Font << /F 5 0 R /S 7 0 R >>",
+         .objects = {font,
+                     PdfBuilder::MakeStream("1 begincodespacerange <00> <FF> endcodespacerange 4 beginbfchar <01> "
+                                            "<0007> <02> <D83D> <03> <FFFE> <04> <0000> endbfchar 1 beginbfrange <20> "
+                                            "<7E> <0020> endbfrange"),
+                     "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica-Oblique >>"}});
+}
+
+class TextExportTest : public CommandRun
+{
+public:
+    std::string Convert(const std::string& content, const std::string& suffix)
+    {
+        folder.Put("FILE", MakeFile(content));
+        EXPECT_EQ(Run({"convert", "FILE", "-o", "OUT." + suffix}), 0) << problems;
+        return folder.Read("OUT." + suffix);
+    }
+
+    /// The text elements of the page.
+    std::vector<pugi::xml_node> ConvertToSvg(const std::string& content)
+    {
+        const std::string text = Convert(content, "svg");
+        EXPECT_TRUE(svg.load_string(text.c_str(), pugi::parse_full | pugi::parse_ws_pcdata)) << text;
+        std::vector<pugi::xml_node> nodes;
+        for (const auto& found : svg.select_nodes("//*[local-name()='text']"))
+            nodes.push_back(found.node());
+        return nodes;
+    }
+
+    pugi::xml_document svg;
+};
+
+TEST_F(TextExportTest, WritesLinesAndTheirRunsAsJson)
+{
+    const Json json = Json::parse(Convert(
+        "BT 10 80 Td /F 10 Tf (ab ) Tj 1 0 0 rg 2 Tr 50 Tz (cd) Tj 100 Tz 0 Tr /F 6 Tf 3 Ts (2) Tj ET", "json"));
+    const Json& line = json["pages"][0]["root"]["children"][0];
+    EXPECT_EQ(line["type"], "line");
+    EXPECT_EQ(line["position"], Json({10, 20}));
+    EXPECT_EQ(line["width"], 23);
+    EXPECT_EQ(line["height"], 10);
+    EXPECT_EQ(line["text"], "ab cd2");
+    ASSERT_EQ(line["runs"].size(), 3);
+    const char* texts[] = {"ab ", "cd", "2"};
+    for (std::size_t i = 0; i < 3; ++i) {
+        const Json& run = line["runs"][i];
+        EXPECT_EQ(run["text"], texts[i]);
+        EXPECT_EQ(run["font"], c_sans);
+        EXPECT_EQ(run["size"], i == 2 ? 6 : 10);
+        EXPECT_EQ(run.value("horizontalScale", 1.0), i == 1 ? 0.5 : 1);
+        EXPECT_EQ(run.value("baselineShift", 0.0), i == 2 ? 3 : 0);
+        EXPECT_EQ(run.contains("stroke"), i == 1);
+        EXPECT_EQ(run["fill"] == line["runs"][0]["fill"], i == 0);
+        EXPECT_FALSE(run.contains("shear") || run.contains("underline") || run.contains("letterSpacing"));
+    }
+}
+
+TEST_F(TextExportTest, WritesJsonThatIsUnicodeWhateverTheFontSays)
+{
+    const Json json = Json::parse(Convert("BT /F 10 Tf (a\\001b\\002c\\003d\\004e) Tj ET", "json"));
+    const std::string text = json["pages"][0]["root"]["children"][0]["text"];
+    for (const char* letter : {"a", "b", "c", "d", "e"})
+        EXPECT_THAT(text, HasSubstr(letter));
+    EXPECT_EQ(Json::parse(Json(text).dump()), Json(text));
+}
+
+TEST_F(TextExportTest, PlacesEachWordInSvgWithTheWidthThatItHasOnThePage)
+{
+    const auto nodes = ConvertToSvg("BT 10 80 Td /F 10 Tf (abc ii W) Tj ET");
+    ASSERT_EQ(nodes.size(), 1);
+    EXPECT_STREQ(nodes[0].attribute("transform").value(), "matrix(1 0 0 1 10 20)");
+    EXPECT_STREQ(nodes[0].attribute("font-size").value(), "10");
+    EXPECT_THAT(nodes[0].attribute("font-family").value(), HasSubstr("Nimbus Sans"));
+    Kernel::Font font;
+    font.SetPostscriptName(c_sans);
+    const auto metrics = Renderer::FontMetrics::Make(font);
+    const struct
+    {
+        const char* text;
+        double x;
+        int letters;
+    } words[] = {{"abc ", 0, 3}, {"ii ", 20, 2}, {"W", 35, 1}};
+    const auto spans = nodes[0].children("tspan");
+    ASSERT_EQ(std::distance(spans.begin(), spans.end()), 3);
+    auto span = spans.begin();
+    for (const auto& word : words) {
+        EXPECT_STREQ(span->text().get(), word.text);
+        EXPECT_DOUBLE_EQ(span->attribute("x").as_double(-1), word.x);
+        double width = word.letters * span->attribute("letter-spacing").as_double();
+        for (int i = 0; i < word.letters; ++i)
+            width += metrics->GetGlyphMetrics(static_cast<unsigned char>(word.text[i])).advance * 10;
+        // A single letter is as wide as it is.
+        if (word.letters > 1) {
+            EXPECT_NEAR(width, word.letters * 5, 1e-3) << word.text;
+        } else {
+            EXPECT_TRUE(span->attribute("letter-spacing").empty());
+        }
+        ++span;
+    }
+}
+
+TEST_F(TextExportTest, PutsGlyphsInSvgWhereTheMatricesSay)
+{
+    const struct
+    {
+        const char* content;
+        /// With the size left to the font.
+        const char* transform;
+        const char* size;
+    } rows[] = {
+        {"1 0 0 1 10 80 Tm", "matrix(1 0 0 1 10 20)", "10"},
+        {"2 0 0 3 10 80 Tm", "matrix(0.666666667 0 0 1 10 20)", "30"},
+        {"50 Tz 10 80 Td", "matrix(0.5 0 0 1 10 20)", "10"},
+        {"0 1 -1 0 10 80 Tm", "matrix(0 -1 1 0 10 20)", "10"},
+        {"1 0 0.5 1 10 80 Tm", "matrix(1 0 -0.5 1 10 20)", "10"},
+        {"10 80 Td 4 Ts", "matrix(1 0 0 1 10 16)", "10"},
+    };
+    for (const auto& row : rows) {
+        const auto nodes = ConvertToSvg(std::string("BT /F 10 Tf ") + row.content + " (ab) Tj ET");
+        ASSERT_EQ(nodes.size(), 1) << row.content;
+        EXPECT_STREQ(nodes[0].attribute("transform").value(), row.transform) << row.content;
+        EXPECT_STREQ(nodes[0].attribute("font-size").value(), row.size) << row.content;
+    }
+}
+
+TEST_F(TextExportTest, WritesTextThatXmlCanHold)
+{
+    const auto nodes = ConvertToSvg("BT /F 10 Tf (<a&\\001b\\002\">) Tj (c\\003d\\004) Tj ET");
+    ASSERT_EQ(nodes.size(), 1);
+    std::string text;
+    for (const auto& span : nodes[0].children("tspan"))
+        text += span.text().get();
+    EXPECT_THAT(text, HasSubstr("<a&b"));
+    EXPECT_THAT(text, HasSubstr("\">c"));
+    for (const char c : text)
+        EXPECT_GE(static_cast<unsigned char>(c), 0x20);
+    EXPECT_EQ(text.find("\xEF\xBF\xBE"), std::string::npos);
+    EXPECT_EQ(text.find("\xED\xA0"), std::string::npos);
+}
+
+TEST_F(TextExportTest, PaintsOrHidesTextAsThePageDoes)
+{
+    const struct
+    {
+        const char* content;
+        const char* fill;
+        bool isStroked;
+    } rows[] = {
+        {"1 0 0 rg (a) Tj", "#ff0000", false},
+        {"1 0 0 rg 1 Tr (a) Tj", "none", true},
+        {"1 0 0 rg 2 Tr (a) Tj", "#ff0000", true},
+        {"3 Tr (a) Tj", "none", false},
+    };
+    for (const auto& row : rows) {
+        const auto nodes = ConvertToSvg(std::string("BT /F 10 Tf ") + row.content + " ET");
+        ASSERT_EQ(nodes.size(), 1) << row.content;
+        EXPECT_STREQ(nodes[0].attribute("fill").value(), row.fill) << row.content;
+        EXPECT_EQ(!nodes[0].attribute("stroke").empty(), row.isStroked) << row.content;
+    }
+    EXPECT_TRUE(ConvertToSvg("BT /F 10 Tf 7 Tr (a) Tj ET").empty());
+    EXPECT_TRUE(ConvertToSvg("BT /F 0 Tf (a) Tj ET").empty());
+}
+
+TEST_F(TextExportTest, ListsTheFontsOfADocument)
+{
+    folder.Put("FILE", MakeFile("BT /F 10 Tf (a) Tj ET"));
+    ASSERT_EQ(Run({"info", "FILE"}), 0);
+    EXPECT_THAT(output, HasSubstr("NimbusSans-Regular, Type1, not embedded, on this machine\n"));
+    EXPECT_THAT(output, HasSubstr("Helvetica-Oblique, Type1, not embedded, shown in NimbusSans-Italic\n"));
+    ASSERT_EQ(Run({"info", "--json", "FILE"}), 0);
+    const Json fonts = Json::parse(output)["fonts"];
+    ASSERT_EQ(fonts.size(), 2);
+    const bool isSansFirst = fonts[0]["name"] == c_sans;
+    EXPECT_EQ(
+        fonts[isSansFirst ? 0 : 1],
+        Json({{"name", c_sans}, {"subtype", "Type1"}, {"embedded", false}, {"available", true}, {"shownIn", c_sans}}));
+    EXPECT_EQ(fonts[isSansFirst ? 1 : 0], Json({{"name", "Helvetica-Oblique"},
+                                                {"subtype", "Type1"},
+                                                {"embedded", false},
+                                                {"available", false},
+                                                {"shownIn", "NimbusSans-Italic"}}));
+}
+
+} // namespace
+} // namespace Host::Test
