@@ -57,10 +57,14 @@ const char* GetGenericFamily(const Font& font)
     if (font.panose.GetKind() == Panose::LatinScript) return "cursive";
     if (font.panose.GetKind() == Panose::LatinText && font.panose.digits[1] != 0)
         return font.panose.digits[1] < c_firstSansSerif ? "serif" : "sans-serif";
-    for (const char* word : {"Serif", "Times", "Roman", "Garamond", "Minion", "Caslon", "Century", "CMR", "CMB"}) {
-        if (font.postscriptName.find(word) != std::string::npos &&
-            font.postscriptName.find("Sans") == std::string::npos)
-            return "serif";
+    std::string name = font.postscriptName.empty() ? font.family : font.postscriptName;
+    for (char& c : name)
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    if (name.find("sans") != name.npos) return "sans-serif";
+    for (const char* word :
+         {"serif", "times", "roman", "garamond", "minion", "caslon", "century", "bookman", "palatino", "georgia",
+          "cambria", "mincho", "cmr", "cmb", "cmti", "cmsl", "cmcsc", "sfrm"}) {
+        if (name.find(word) != name.npos) return "serif";
     }
     return "sans-serif";
 }

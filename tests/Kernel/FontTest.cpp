@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 
 namespace {
@@ -62,29 +61,6 @@ TEST(Font, IsFoundAsStrictlyAsAsked)
     EXPECT_TRUE(Font::GetEmpty().IsEmpty());
 }
 
-TEST(Font, KeepsWhatTheMachineSaysOfIt)
-{
-    const Font bold = GetClosestAvailableFont(MakeFont("NimbusMonoPS-BoldItalic"), FontMatchType::Strict);
-    EXPECT_EQ(bold.family, "Nimbus Mono PS");
-    EXPECT_EQ(bold.weight, 700);
-    EXPECT_TRUE(bold.isItalic);
-    EXPECT_EQ(bold.width, FontWidth::Normal);
-    EXPECT_TRUE(FontCache::IsLoaded());
-
-    const FontCache& cache = FontCache::GetInstance();
-    const FontFamily* family = cache.FindFontFamilyByPostscriptName("NimbusSans-Bold");
-    ASSERT_TRUE(family);
-    EXPECT_EQ(family->name, "Nimbus Sans");
-    EXPECT_EQ(cache.FindFamily("NIMBUS-sans"), family);
-    EXPECT_FALSE(cache.FindFontFamilyByPostscriptName("NimbusSans"));
-    EXPECT_FALSE(cache.FindFamily(""));
-    const FontFace* face = cache.FindFace(bold);
-    ASSERT_TRUE(face);
-    EXPECT_EQ(face->font, bold);
-    EXPECT_FALSE(cache.FindFace(MakeFont("Nofont")));
-    EXPECT_FALSE(cache.MatchKnown("Nofont", Font()));
-}
-
 TEST(FontMap, AnswersForTheStandardFonts)
 {
     const struct
@@ -139,48 +115,6 @@ TEST(Font, ParsesNoNamesOfOthersAsVariable)
     for (const char* name : {"", "_550wght", "Nofont_550wght", "DejaVuSans_550wght", "DejaVuSans_wght",
                              "DejaVuSans_5x0wght", "DejaVuSans_", "DejaVuSans_550wght_", "DejaVuSans"})
         EXPECT_TRUE(TryParseVariableFontName(MakeFont(name)).IsEmpty()) << name;
-}
-
-TEST(Font, TellsVariationsAndEqualsApart)
-{
-    FontVariationParams a;
-    FontVariationParams b;
-    EXPECT_EQ(a.GetDistance(b), 0);
-    a.axes = {{"wght", 400}, {"wdth", 80}};
-    EXPECT_NE(a.GetDistance(b), 0);
-    EXPECT_EQ(a.GetDistance(b), b.GetDistance(a));
-    b.axes = {{"wght", 450}, {"wdth", 80}};
-    EXPECT_EQ(a.GetDistance(b), 50);
-    EXPECT_EQ(a.GetDistance(a), 0);
-
-    Font instance = MakeFont("A", "Family");
-    Font other = MakeFont("B", "Family", 700);
-    EXPECT_FALSE(instance.IsVariationOf(other));
-    instance.isVariable = true;
-    EXPECT_TRUE(instance.IsVariationOf(other));
-    EXPECT_TRUE(other.IsVariationOf(instance));
-    other.SetFamily("Others");
-    EXPECT_FALSE(instance.IsVariationOf(other));
-    instance.SetFamily("");
-    other.SetFamily("");
-    EXPECT_FALSE(instance.IsVariationOf(other));
-
-    const std::function<void(Font&)> changes[] = {
-        [](Font& font) { font.SetPostscriptName("C"); },  [](Font& font) { font.SetFamily("C"); },
-        [](Font& font) { font.SetWeight(500); },          [](Font& font) { font.SetWidth(FontWidth::Condensed); },
-        [](Font& font) { font.SetIsItalic(true); },       [](Font& font) { font.panose.SetIsMonospaced(); },
-        [&a](Font& font) { font.SetVariationParams(a); },
-    };
-    const Font original = MakeFont("A", "Family");
-    for (const auto& change : changes) {
-        Font changed = original;
-        change(changed);
-        EXPECT_FALSE(changed == original);
-        Font again = original;
-        change(again);
-        EXPECT_EQ(changed, again);
-        EXPECT_EQ(changed.GetHash(), again.GetHash());
-    }
 }
 
 TEST(UnicodeCmap, ListsTheCharactersOfAFont)

@@ -258,33 +258,6 @@ TEST(FontEncodingTest, BuiltInOnesMapAsPublished)
     }
 }
 
-TEST(FontEncodingFactoryTest, TellsEncodingsByName)
-{
-    const struct
-    {
-        const char* encoding;
-        const char* font;
-        bool isSymbolic;
-        Type type;
-    } rows[] = {
-        {"MacRomanEncoding", "Symbol", true, FontEncodingMacRoman},
-        {"WinAnsiEncoding", "", true, FontEncodingWinAnsi},
-        {"MacExpertEncoding", "", false, FontEncodingMacExpert},
-        {"Symbol", "", false, FontEncodingSymbol},
-        {"ZapfDingbats", "Symbol", false, FontEncodingZapfDingbats},
-        {"StandardEncoding", "", false, FontEncodingStandard},
-        {"StandardEncoding", "", true, FontEncodingIdentity},
-        {"StandardEncoding", "Symbol", false, FontEncodingSymbol},
-        {"", "ZapfDingbats", false, FontEncodingZapfDingbats},
-        {"winansiencoding", "Helvetica", false, FontEncodingStandard},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(FontEncodingFactory::GetNamedId(row.encoding, row.font, row.isSymbolic), row.type) << row.encoding;
-        EXPECT_EQ(FontEncodingFactory::GetNamed(row.encoding, row.font, row.isSymbolic),
-                  FontEncodingFactory::Get(row.type));
-    }
-}
-
 /// Object 5 of a document.
 struct EncodingFile
 {
