@@ -33,4 +33,6 @@ add_custom_command(OUTPUT ${quilletCMapsStamp}
   COMMENT "Writing the predefined CMaps"
   VERBATIM)
 add_custom_target(quillet_cmaps ALL DEPENDS ${quilletCMapsStamp})
+# Whoever builds one program only has them too.
+add_dependencies(Quillet quillet_cmaps)
 install(DIRECTORY ${quilletCMaps} DESTINATION ${CMAKE_INSTALL_DATADIR}/quillet)
