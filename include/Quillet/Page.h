@@ -2,10 +2,14 @@
 
 #include <Quillet/PageBase.h>
 
+#include <Kernel/Font.h>
+
+#include <unordered_set>
 #include <vector>
 
 namespace Quillet {
 
+class Font;
 class GroupObject;
 class SequentialSource;
 
@@ -26,6 +30,9 @@ public:
     /// trim box. Stops early, with what there is, once the host's abort flag is set. Faults in the content are
     /// recorded; only fatal kinds are thrown.
     Kernel::Counted<GroupObject> BuildObjects() const;
+    /// Appends what the fonts in the page's resources ask for, each font of the file once for all calls with one
+    /// `seen`.
+    void GetFonts(std::vector<Kernel::Font>& fonts, std::unordered_set<const Font*>& seen) const;
 };
 
 } // namespace Quillet

@@ -126,7 +126,7 @@ public:
     const Kernel::Counted<const Kernel::FontMap>& GetFontMap() const;
     /// The fonts that the pages and their forms have in their resources, each once, in the order of the pages.
     std::vector<FontInfo> GetFontInfos() const;
-    /// What those ask for.
+    /// What the fonts in the resources of the pages ask for, each font of the file once.
     std::vector<Kernel::Font> GetFonts() const;
     /// Takes a font into the list of those seen, unless an equal one is there.
     void AddFont(const Kernel::Font& font) const;

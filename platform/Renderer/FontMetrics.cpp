@@ -272,6 +272,7 @@ struct Registry
 {
     std::mutex mutex;
     std::unordered_map<Font, Counted<const FontMetrics>> metrics;
+    std::size_t limit = c_maxKept;
     std::map<std::string, std::weak_ptr<FontMetrics::Face>> faces;
 };
 
@@ -289,9 +290,11 @@ Counted<const FontMetrics> FontMetrics::Make(const Font& font)
     const std::lock_guard lock(registry.mutex);
     const auto found = registry.metrics.find(font);
     if (found != registry.metrics.end()) return found->second;
-    if (registry.metrics.size() >= c_maxKept) {
+    if (registry.metrics.size() >= registry.limit) {
         std::erase_if(registry.metrics, [](const auto& entry) { return entry.second->GetReferenceCount() == 1; });
         std::erase_if(registry.faces, [](const auto& entry) { return entry.second.expired(); });
+        // What is in use stays; it is looked through again when there is twice as much.
+        registry.limit = std::max(c_maxKept, 2 * registry.metrics.size());
     }
     auto made = Kernel::MakeCounted<FontMetrics>(font);
     registry.metrics.emplace(font, made);

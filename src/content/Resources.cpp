@@ -75,6 +75,14 @@ Kernel::Counted<const Font> Resources::GetFont(const std::string& name) const
     return value.IsNull() ? nullptr : Font::Make(value, name);
 }
 
+void Resources::AddFonts(std::vector<Kernel::Font>& list, std::unordered_set<const Font*>& seen) const
+{
+    for (const std::string& name : GetFonts()->GetKeys()) {
+        const auto font = GetFont(name);
+        if (font && seen.insert(font.Get()).second) list.push_back(font->GetKernelFont());
+    }
+}
+
 Ref Resources::GetExtGStateRef(const std::string& name) const
 {
     return GetSubDictionary(extGStateDictionary, "ExtGState")->GetRef(name.c_str());

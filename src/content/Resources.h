@@ -4,12 +4,14 @@
 #include <Quillet/Ref.h>
 
 #include <Kernel/Counted.h>
+#include <Kernel/Font.h>
 #include <Kernel/NonCounted.h>
 
 #include "content/XObjectType.h"
 
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace Quillet {
@@ -50,6 +52,8 @@ public:
     Kernel::Counted<const XObject> GetXObject(const std::string& name, XObjectType::Type type) const;
     /// Null for an unknown name.
     Kernel::Counted<const Font> GetFont(const std::string& name) const;
+    /// Appends what these fonts ask for; those in `seen` are left out, and all join it.
+    void AddFonts(std::vector<Kernel::Font>& list, std::unordered_set<const Font*>& seen) const;
     /// The graphics state parameters under `name`, or a null reference.
     Ref GetExtGStateRef(const std::string& name) const;
     /// A new dictionary on the property list under `name`, or null.

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <set>
+#include <unordered_set>
 #include <utility>
 
 namespace Quillet {
@@ -72,22 +73,21 @@ private:
     std::set<std::pair<int, unsigned long long>> seen;
 };
 
-std::vector<FontCollector::Entry> CollectFonts(const PdfDocument& document)
+/// Calls `visit` with each page; a claim of pages is only a number, and the first that is missing ends the walk.
+template <typename Visit>
+void VisitPages(const PdfDocument& document, Visit visit)
 {
-    FontCollector collector;
     // Fonts are read at the cost of a page, and outside of pages as well.
     const Guard::Page budget;
-    // A claim of pages is only a number: the first page that is missing ends the walk.
     for (int index = 0; index < document.GetPageCount(); ++index) {
         try {
             const auto page = document.GetPage(index);
-            if (!page) break;
-            collector.AddResources(page->GetResourcesRef());
+            if (!page) return;
+            visit(*page);
         } catch (Error::Type) {
-            break;
+            return;
         }
     }
-    return std::move(collector.entries);
 }
 
 } // namespace
@@ -107,7 +107,9 @@ const Kernel::Counted<const Kernel::FontMap>& PdfDocument::GetFontMap() const
 std::vector<FontInfo> PdfDocument::GetFontInfos() const
 {
     std::vector<FontInfo> infos;
-    for (const auto& [ref, font] : CollectFonts(*this)) {
+    FontCollector collector;
+    VisitPages(*this, [&collector](const Page& page) { collector.AddResources(page.GetResourcesRef()); });
+    for (const auto& [ref, font] : collector.entries) {
         Dictionary dictionary(ref);
         FontInfo made;
         made.name = dictionary.GetName("BaseFont");
@@ -132,9 +134,8 @@ std::vector<FontInfo> PdfDocument::GetFontInfos() const
 std::vector<Kernel::Font> PdfDocument::GetFonts() const
 {
     std::vector<Kernel::Font> result;
-    for (const auto& [ref, font] : CollectFonts(*this)) {
-        if (std::ranges::find(result, font->GetKernelFont()) == result.end()) result.push_back(font->GetKernelFont());
-    }
+    std::unordered_set<const Font*> seen;
+    VisitPages(*this, [&](const Page& page) { page.GetFonts(result, seen); });
     return result;
 }
 

@@ -40,5 +40,7 @@ inline constexpr long long c_segmentWork = 4;
 inline constexpr long long c_objectWork = 25;
 inline constexpr long long c_charWork = 8;
 inline constexpr long long c_rangeWork = 8;
+/// A font keeps some ten thousand bytes until the document closes.
+inline constexpr long long c_fontWork = 4000;
 
 } // namespace Quillet::Limits

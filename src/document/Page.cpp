@@ -1,5 +1,6 @@
 #include <Quillet/Page.h>
 
+#include "content/Resources.h"
 #include "content/StreamInterpreter.h"
 #include "document/Dictionary.h"
 #include "document/Guard.h"
@@ -32,6 +33,11 @@ Kernel::Counted<GroupObject> Page::BuildObjects() const
     const Guard::Page guard;
     StreamInterpreter interpreter(Kernel::NonCounted<const Page>(this));
     return interpreter.Interpret();
+}
+
+void Page::GetFonts(std::vector<Kernel::Font>& fonts, std::unordered_set<const Font*>& seen) const
+{
+    if (const auto own = GetResources()) own->AddFonts(fonts, seen);
 }
 
 } // namespace Quillet

@@ -1,6 +1,8 @@
 #include "fonts/Font.h"
 
 #include "document/Dictionary.h"
+#include "document/Guard.h"
+#include "document/Limits.h"
 #include "fonts/CompositeFont.h"
 #include "fonts/SimpleFont.h"
 #include "fonts/Type3Font.h"
@@ -33,6 +35,7 @@ Kernel::Counted<const Font> Font::Make(const Ref& ref, const std::string&)
 {
     if (ref.number < 0) return nullptr;
     if (auto cached = ref.GetCache<Font>()) return cached;
+    if (!Guard::Page::Spend(Limits::c_fontWork)) return nullptr;
     const auto font = MakeNew(Kernel::MakeCounted<Dictionary>(ref, "Font", Error::General));
     ref.SetCache(font);
     if (ref.document) ref.document->AddFont(font->GetKernelFont());

@@ -641,5 +641,35 @@ TEST(FontTest, FontsWithoutAnythingDoNoHarm)
     }
 }
 
+TEST(FontTest, DocumentsListTheirFonts)
+{
+    const PageParts parts{
+        .resources = "/Font << /A 5 0 R /B 5 0 R /C 6 0 R >> /XObject << /X 7 0 R >>",
+        .objects = {"<< /Type /Font " + c_unknown + ">>",
+                    "<< /Type /Font /Subtype /Type1 /BaseFont /ABCDEF+Helvetica-Bold /FontDescriptor << "
+                    "/FontFile3 9 0 R >> >>",
+                    "<< /Type /XObject /Subtype /Form /Resources << /XObject << /X 7 0 R >> "
+                    "/Font << /A 5 0 R /D 8 0 R >> >> >>",
+                    "<< /Type /Font /Subtype /Type7 /BaseFont /D >>"}};
+    TestDocument document(MakePagePdf("", parts));
+    const auto fonts = document->GetFonts();
+    ASSERT_EQ(fonts.size(), 2U);
+    EXPECT_EQ(fonts[0].postscriptName, "Nofont");
+    EXPECT_TRUE(document->ContainsFont(fonts[0]));
+    EXPECT_FALSE(document->IsFontPostscriptNameUnique("Nofont"));
+    EXPECT_TRUE(document->IsFontPostscriptNameUnique("Other"));
+
+    // Those of forms too, each once.
+    const auto infos = document->GetFontInfos();
+    ASSERT_EQ(infos.size(), 3U);
+    EXPECT_FALSE(infos[0].isEmbedded);
+    EXPECT_EQ(infos[1].name, "ABCDEF+Helvetica-Bold");
+    EXPECT_TRUE(infos[1].isEmbedded);
+    EXPECT_FALSE(infos[1].isAvailable);
+    EXPECT_EQ(infos[1].actualFont.postscriptName, "NimbusSans-Bold");
+    EXPECT_EQ(infos[2].subtype, "Type7");
+    EXPECT_TRUE(infos[2].actualFont.IsEmpty());
+}
+
 } // namespace
 } // namespace Quillet::Test
