@@ -1,5 +1,7 @@
 #include <Kernel/CharTraits.h>
 
+#include <unicode/uchar.h>
+
 namespace Kernel {
 
 namespace {
@@ -85,6 +87,12 @@ char32_t CharTraits::DecodeCodePoint(std::string_view text, std::size_t& positio
     const Sequence sequence = Decode(text.data() + position, text.size() - position);
     position += sequence.length;
     return sequence.codePoint;
+}
+
+bool CharTraits::IsWide(char32_t character) noexcept
+{
+    const int width = u_getIntPropertyValue(static_cast<UChar32>(character), UCHAR_EAST_ASIAN_WIDTH);
+    return width == U_EA_WIDE || width == U_EA_FULLWIDTH;
 }
 
 } // namespace Kernel

@@ -20,6 +20,10 @@ public:
     /// U+10FFFF, no cut sequence. `size` if all is valid.
     static std::size_t GetValidLength(const char* text, std::size_t size) noexcept;
 
+    /// Whether fonts give the character a whole em: ideographs, kana, syllables, and the forms made to go with them
+    /// (Unicode Standard Annex 11).
+    static bool IsWide(char32_t character) noexcept;
+
     static constexpr bool IsHighSurrogate(char32_t unit) noexcept { return (unit & ~0x3FFu) == 0xD800; }
     static constexpr bool IsLowSurrogate(char32_t unit) noexcept { return (unit & ~0x3FFu) == 0xDC00; }
     /// Whether `value` may stand alone in a text: in range, and no surrogate.

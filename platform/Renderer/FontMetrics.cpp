@@ -1,5 +1,6 @@
 #include <Renderer/FontMetrics.h>
 
+#include <Kernel/CharTraits.h>
 #include <Kernel/FontCache.h>
 
 #include <algorithm>
@@ -341,7 +342,10 @@ GlyphMetrics FontMetrics::GetGlyphMetrics(char32_t character) const
     const std::lock_guard lock(face->mutex);
     const auto [entry, isNew] = face->ids.try_emplace(character, 0);
     if (isNew) entry->second = static_cast<int>(FT_Get_Char_Index(face->face.get(), character));
-    return face->GetGlyph(entry->second);
+    GlyphMetrics glyph = face->GetGlyph(entry->second);
+    // Whatever font the character will come from, it has that width there.
+    if (entry->second == 0 && Kernel::CharTraits::IsWide(character)) glyph.advance = 1;
+    return glyph;
 }
 
 GlyphMetrics FontMetrics::GetGlyphIndexMetrics(int id) const

@@ -39,6 +39,7 @@ public:
     /// Whose measures these are.
     const Kernel::Font& GetActualFont() const { return actualFont; }
 
+    /// A character that the font lacks has the measures of the glyph for that, and a wide one the width of an em.
     GlyphMetrics GetGlyphMetrics(char32_t character) const;
     GlyphMetrics GetGlyphIndexMetrics(int id) const;
     /// Pair kerning of two glyphs, by the font's own tables.

@@ -53,4 +53,12 @@ TEST(CharTraitsTest, EveryCodePointComesBack)
     }
 }
 
+TEST(CharTraitsTest, TellsWideCharacters)
+{
+    for (const char32_t wide : {U'\u3042', U'\u4E00', U'\uD55C', U'\uFF21', U'\u3000', U'\U00020000'})
+        EXPECT_TRUE(CharTraits::IsWide(wide)) << static_cast<std::uint32_t>(wide);
+    for (const char32_t narrow : {U'A', U'\u00E9', U'\u05D0', U'\uFF71', U'\u0000', U'\U0010FFFF'})
+        EXPECT_FALSE(CharTraits::IsWide(narrow)) << static_cast<std::uint32_t>(narrow);
+}
+
 } // namespace

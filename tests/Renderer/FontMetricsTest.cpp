@@ -149,6 +149,15 @@ TEST(FontMetrics, MissingFontsFallBack)
     EXPECT_GT(FontMetrics::Make(Kernel::Font())->GetGlyphMetrics(U'A').advance, 0.3);
 }
 
+TEST(FontMetrics, WideCharactersHaveTheirEmWithoutAGlyph)
+{
+    const Metrics metrics = MakeMetrics("NimbusSans-Regular");
+    const GlyphMetrics ideograph = metrics->GetGlyphMetrics(U'\u4E00');
+    EXPECT_EQ(ideograph.id, 0);
+    EXPECT_EQ(ideograph.advance, 1);
+    EXPECT_EQ(metrics->GetGlyphMetrics(U'\uE123').advance, metrics->GetGlyphIndexMetrics(0).advance);
+}
+
 TEST(FontMetrics, AreOneObjectAFont)
 {
     EXPECT_EQ(MakeMetrics("NimbusSans-Regular"), MakeMetrics("NimbusSans-Regular"));
