@@ -98,6 +98,7 @@ private:
     void RemoveThinSpace(std::size_t index);
 
     void ReorderNegativeWidths();
+    void SortByPen();
     void StripLeadingSpaces();
     void RemoveRedundantSpaces();
     void ConvertSoftHyphens();

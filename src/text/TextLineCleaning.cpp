@@ -2,7 +2,6 @@
 
 #include <Quillet/TextLineObject.h>
 
-#include "document/Guard.h"
 #include "text/ForAtts.h"
 #include "text/FrequencyMap.h"
 
@@ -10,6 +9,7 @@
 #include <cmath>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace Quillet {
 
@@ -56,11 +56,13 @@ void TextLineObject::ReorderNegativeWidths()
         width = -width;
         return;
     }
+    // Changing places leaves every glyph where it is, so that it sorts them by their pens. Where that is more than a
+    // few, they are sorted at once.
     std::size_t index = 0;
-    for (;;) {
+    for (std::size_t steps = 0; steps < 4 * chars.size(); ++steps) {
         const auto found = std::find_if(chars.begin() + static_cast<std::ptrdiff_t>(index), chars.end(), IsNegative);
         index = static_cast<std::size_t>(found - chars.begin());
-        if (index + 1 >= chars.size() || !Guard::Page::Spend(1)) break;
+        if (index + 1 >= chars.size()) break;
         Char& c = chars[index];
         Char& next = chars[index + 1];
         const double w = c.width;
@@ -73,15 +75,35 @@ void TextLineObject::ReorderNegativeWidths()
         c.width = w + next.width;
         next.width = -w;
         std::swap(c, next);
-        // Of what was passed already, only the predecessor has changed. What is no number stays that, and would be
-        // found for ever.
+        // What is no number stays that, and would be found for ever.
         if (std::isnan(w)) break;
+        // Of what was passed already, only the predecessor has changed.
         if (index > 0) --index;
     }
+    if (std::any_of(chars.begin(), chars.end() - 1, IsNegative)) SortByPen();
     if (IsNegative(chars.back())) {
         const double before = chars.back().width;
         chars.back().width = chars[chars.size() - 2].width;
         width += chars.back().width - before;
+    }
+}
+
+void TextLineObject::SortByPen()
+{
+    std::vector<std::pair<double, Char>> placed;
+    placed.reserve(chars.size());
+    if (!std::ranges::all_of(chars, [](const Char& c) { return std::isfinite(c.width); })) return;
+    double pen = position.x;
+    for (Char& c : chars) {
+        placed.emplace_back(pen, std::move(c));
+        pen += placed.back().second.width;
+    }
+    std::ranges::stable_sort(placed, {}, &std::pair<double, Char>::first);
+    position.x = placed.front().first;
+    width = pen - position.x;
+    for (std::size_t i = 0; i < placed.size(); ++i) {
+        chars[i] = std::move(placed[i].second);
+        chars[i].width = (i + 1 < placed.size() ? placed[i + 1].first : pen) - placed[i].first;
     }
 }
 
