@@ -39,37 +39,86 @@ constexpr KnownFamily c_knownFamilies[] = {
     {"cambria", "Cambria"},
     {"garamond", "Garamond"},
     {"georgia", "Georgia"},
+    {"helveticaneue", "Helvetica"},
+    {"centuryschoolbook", "Century Schoolbook"},
+    // What TeX embeds for the PostScript fonts, under the older names of their copies.
+    {"nimbusromno9l", "Nimbus Roman No9 L"},
+    {"nimbussanl", "Nimbus Sans L"},
+    {"nimbusmonl", "Nimbus Mono L"},
+    {"urwpalladiol", "URW Palladio L"},
+    {"urwbookmanl", "URW Bookman L"},
+    {"urwgothicl", "URW Gothic L"},
+    {"urwchanceryl", "URW Chancery L"},
+    {"centuryschl", "Century Schoolbook L"},
+    {"standardsyml", "Symbol"},
+    {"standardsymbolsps", "Symbol"},
+    {"dingbats", "ZapfDingbats"},
+    // Copies under names of today.
+    {"nimbusroman", "Nimbus Roman"},
+    {"nimbussans", "Nimbus Sans"},
+    {"nimbusmonops", "Nimbus Mono PS"},
+    {"nimbusmono", "Nimbus Mono PS"},
+    {"texgyretermes", "TeX Gyre Termes"},
+    {"texgyreheros", "TeX Gyre Heros"},
+    {"texgyrecursor", "TeX Gyre Cursor"},
+    {"texgyrepagella", "TeX Gyre Pagella"},
+    {"texgyrebonum", "TeX Gyre Bonum"},
+    {"texgyreschola", "TeX Gyre Schola"},
+    {"texgyreadventor", "TeX Gyre Adventor"},
+    {"texgyrechorus", "TeX Gyre Chorus"},
+    {"liberationserif", "Liberation Serif"},
+    {"liberationsans", "Liberation Sans"},
+    {"liberationsansnarrow", "Liberation Sans Narrow"},
+    {"liberationmono", "Liberation Mono"},
+    {"freeserif", "Times"},
+    {"freesans", "Helvetica"},
+    {"freemono", "Courier"},
+    {"tinos", "Tinos"},
+    {"arimo", "Arimo"},
+    {"cousine", "Cousine"},
+    {"carlito", "Carlito"},
+    {"caladea", "Caladea"},
+    {"gelasio", "Gelasio"},
 };
 
-/// What style words leave of a name: all that follows a hyphen or comma goes, and the makers' suffixes.
-std::string GetStem(std::string_view name)
+const KnownFamily* FindKnown(std::string_view stem)
+{
+    const auto known = std::ranges::find(c_knownFamilies, stem, &KnownFamily::stem);
+    return known == std::end(c_knownFamilies) ? nullptr : known;
+}
+
+/// The family that a name stands for without its style: all that follows a hyphen or comma goes, and the makers'
+/// suffixes, and then style words until a family is known, since "Times New Roman" is one.
+const KnownFamily* FindFamily(std::string_view name)
 {
     std::string stem;
     for (const char c : name.substr(0, name.find_first_of(",-"))) {
         if (c != ' ') stem += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     }
+    const auto cut = [&stem](std::string_view suffix) {
+        const bool isCut = stem.size() > suffix.size() && stem.ends_with(suffix);
+        if (isCut) stem.resize(stem.size() - suffix.size());
+        return isCut;
+    };
     for (const std::string_view suffix : {"mt", "ps", "std", "lt", "itc"}) {
-        if (stem.size() > suffix.size() && stem.ends_with(suffix)) stem.resize(stem.size() - suffix.size());
+        if (!FindKnown(stem)) cut(suffix);
     }
-    for (bool isCut = true; isCut;) {
-        isCut = false;
-        for (const std::string_view suffix : {"bold", "italic", "oblique", "regular", "roman"}) {
-            // "Times New Roman" is a family, and "Times-Roman" has lost its style above.
-            if (stem.size() <= suffix.size() || !stem.ends_with(suffix) || stem == "timesnewroman") continue;
-            stem.resize(stem.size() - suffix.size());
-            isCut = true;
-        }
+    while (!FindKnown(stem)) {
+        constexpr std::string_view c_styles[] = {"bold", "italic", "oblique", "regular", "roman"};
+        if (std::ranges::none_of(c_styles, cut)) return nullptr;
     }
-    return stem;
+    return FindKnown(stem);
 }
 
 /// The style that the words in a name ask for, where the font itself does not say.
 Font GetStyle(const Font& font)
 {
     Font style = font;
-    const std::string& name = font.postscriptName;
-    if (name.find("Bold") != std::string::npos && style.weight == 400) style.weight = 700;
-    if (name.find("Italic") != std::string::npos || name.find("Oblique") != std::string::npos) style.isItalic = true;
+    const auto has = [&name = font.postscriptName](const char* word) { return name.find(word) != name.npos; };
+    // The copies of the PostScript fonts shorten their words, and their "Medi" is the bold of the original.
+    const bool isMedi = font.postscriptName.ends_with("Medi") || has("MediItal");
+    if ((has("Bold") || has("Demi") || isMedi) && style.weight == 400) style.weight = 700;
+    if (has("Ital") || has("Obli") || has("Slant")) style.isItalic = true;
     return style;
 }
 
@@ -78,9 +127,8 @@ class StandardFontMap : public FontMap
 public:
     FontReplacement GetReplacement(const Font& font) const override
     {
-        const std::string stem = GetStem(font.postscriptName.empty() ? font.family : font.postscriptName);
-        const auto known = std::ranges::find(c_knownFamilies, stem, &KnownFamily::stem);
-        if (known == std::end(c_knownFamilies)) return {};
+        const KnownFamily* known = FindFamily(font.postscriptName.empty() ? font.family : font.postscriptName);
+        if (!known) return {};
         const FontFace* face = FontCache::GetInstance().MatchKnown(known->family, GetStyle(font));
         return face ? FontReplacement{face->font, 1} : FontReplacement();
     }

@@ -84,6 +84,14 @@ TEST(FontMap, AnswersForTheStandardFonts)
         {"Courier-BoldOblique", "NimbusMonoPS-BoldItalic", 700, true},
         {"Symbol", "StandardSymbolsPS", 400, false},
         {"ZapfDingbats", "D050000L", 400, false},
+        {"TimesNewRomanPS-BoldItalicMT", "NimbusRoman-BoldItalic", 700, true},
+        {"Arial,Bold", "NimbusSans-Bold", 700, false},
+        {"NimbusRomNo9L-Regu", "NimbusRoman-Regular", 400, false},
+        {"NimbusRomNo9L-MediItal", "NimbusRoman-BoldItalic", 700, true},
+        {"NimbusRomNo9L-Regu-Slant_167", "NimbusRoman-Italic", 400, true},
+        {"NimbusMonL-BoldObli", "NimbusMonoPS-BoldItalic", 700, true},
+        {"TeXGyreHeros-Bold", "NimbusSans-Bold", 700, false},
+        {"StandardSymL", "StandardSymbolsPS", 400, false},
     };
     const auto map = FontMap::GetDefault();
     for (const auto& row : rows) {
