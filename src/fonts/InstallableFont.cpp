@@ -202,7 +202,11 @@ void InstallableFont::UpdateEffectiveFont(const Kernel::FontMap* fontMap)
         effectiveFont = GetClosestAvailableFont(requestedFont, FontMatchType::Any);
         return;
     }
-    const Kernel::FontReplacement replacement = fontMap->GetReplacement(requestedFont);
+    // The name in the file says more than what is left of it, of the style above all.
+    Kernel::Font whole = requestedFont;
+    if (!documentName.empty()) whole.SetPostscriptName(documentName);
+    Kernel::FontReplacement replacement = fontMap->GetReplacement(whole);
+    if (replacement.match == Kernel::FontReplacement::c_none) replacement = fontMap->GetReplacement(requestedFont);
     if (replacement.match != Kernel::FontReplacement::c_none) {
         effectiveFont = replacement.font;
         return;

@@ -422,20 +422,24 @@ TEST(FontTest, DescriptorsTellTheStyle)
 
 TEST(FontTest, TheHostReplacesFonts)
 {
-    FontFile file(c_unknown, {"<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica-Bold >>"});
+    FontFile file(c_unknown, {"<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica-Bold >>",
+                              "<< /Type /Font /Subtype /Type1 /BaseFont /ABCDEF+NimbusRomNo9L-MediItal >>"});
     const auto getEffective = [&file](int number) {
         return Kernel::DynamicCast<const InstallableFont>(file.Get(number))->effectiveFont.postscriptName;
     };
     EXPECT_EQ(getEffective(5), "Nofont");
     EXPECT_EQ(getEffective(6), "NimbusSans-Bold");
+    EXPECT_EQ(getEffective(7), "NimbusRoman-BoldItalic"); // By style words that only the map knows.
     const auto before = file.Get();
 
     Kernel::Font serif;
     serif.SetPostscriptName("DejaVuSerif");
     const auto map = Kernel::MakeCounted<Kernel::FontMap>();
     map->Add("Nofont", serif);
+    map->Add("NimbusRomNo9L", serif);
     file.document->SetFontMap(map);
     EXPECT_EQ(getEffective(5), "DejaVuSerif");
+    EXPECT_EQ(getEffective(7), "DejaVuSerif");
     // Asked for without its style, as the second try had it.
     EXPECT_EQ(getEffective(6), "Helvetica");
     EXPECT_FALSE(file.Get() == before);
