@@ -31,16 +31,31 @@ bool HasFontFile(const Ref& fontDictionary)
     return descriptor.Has("FontFile") || descriptor.Has("FontFile2") || descriptor.Has("FontFile3");
 }
 
+FontInfo MakeInfo(const Ref& ref, const Font& font)
+{
+    Dictionary dictionary(ref);
+    FontInfo made;
+    made.name = dictionary.GetName("BaseFont");
+    made.subtype = font.subtype;
+    made.isAvailable = font.IsAvailable();
+    made.isEmbedded = HasFontFile(ref) || font.subtype == "Type3";
+    std::vector<Ref> descendants;
+    dictionary.GetRefVec("DescendantFonts", descendants);
+    for (const Ref& descendant : descendants)
+        made.isEmbedded = made.isEmbedded || HasFontFile(descendant);
+    if (made.name.empty()) made.name = font.GetPostscriptName();
+    if (!font.GetKernelFont().IsEmpty()) {
+        const auto atts = Kernel::MakeCounted<Story::GlyphAtts>();
+        font.AddTo(*atts);
+        made.actualFont = atts->GetFontMetrics()->GetActualFont();
+    }
+    return made;
+}
+
 /// Goes through resources and those of the forms in them, each once.
 class FontCollector
 {
 public:
-    struct Entry
-    {
-        Ref ref;
-        Kernel::Counted<const Font> font;
-    };
-
     void AddResources(const Ref& first)
     {
         std::vector<Ref> pending{first};
@@ -56,7 +71,7 @@ public:
         }
     }
 
-    std::vector<Entry> entries;
+    std::vector<FontInfo> infos;
 
 private:
     void AddFonts(const Resources& resources)
@@ -65,7 +80,7 @@ private:
         for (const std::string& key : fonts->GetKeys()) {
             const Ref ref = fonts->GetRef(key.c_str());
             if (ref.IsNull() || !seen.emplace(ref.number, ref.GetPos()).second) continue;
-            if (auto font = Font::Make(ref, key)) entries.push_back({ref, std::move(font)});
+            if (const auto font = Font::Make(ref, key)) infos.push_back(MakeInfo(ref, *font));
         }
     }
 
@@ -77,10 +92,10 @@ private:
 template <typename Visit>
 void VisitPages(const PdfDocument& document, Visit visit)
 {
-    // Fonts are read at the cost of a page, and outside of pages as well.
-    const Guard::Page budget;
     for (int index = 0; index < document.GetPageCount(); ++index) {
         try {
+            // Its fonts are read at the cost of the page.
+            const Guard::Page budget;
             const auto page = document.GetPage(index);
             if (!page) return;
             visit(*page);
@@ -106,29 +121,9 @@ const Kernel::Counted<const Kernel::FontMap>& PdfDocument::GetFontMap() const
 
 std::vector<FontInfo> PdfDocument::GetFontInfos() const
 {
-    std::vector<FontInfo> infos;
     FontCollector collector;
     VisitPages(*this, [&collector](const Page& page) { collector.AddResources(page.GetResourcesRef()); });
-    for (const auto& [ref, font] : collector.entries) {
-        Dictionary dictionary(ref);
-        FontInfo made;
-        made.name = dictionary.GetName("BaseFont");
-        made.subtype = font->subtype;
-        made.isAvailable = font->IsAvailable();
-        made.isEmbedded = HasFontFile(ref) || font->subtype == "Type3";
-        std::vector<Ref> descendants;
-        dictionary.GetRefVec("DescendantFonts", descendants);
-        for (const Ref& descendant : descendants)
-            made.isEmbedded = made.isEmbedded || HasFontFile(descendant);
-        if (made.name.empty()) made.name = font->GetPostscriptName();
-        if (!font->GetKernelFont().IsEmpty()) {
-            const auto atts = Kernel::MakeCounted<Story::GlyphAtts>();
-            font->AddTo(*atts);
-            made.actualFont = atts->GetFontMetrics()->GetActualFont();
-        }
-        infos.push_back(std::move(made));
-    }
-    return infos;
+    return std::move(collector.infos);
 }
 
 std::vector<Kernel::Font> PdfDocument::GetFonts() const

@@ -2,6 +2,8 @@
 
 #include "document/Limits.h"
 
+#include <utility>
+
 namespace Quillet::Guard {
 
 namespace {
@@ -36,6 +38,18 @@ bool Page::Spend(long long units)
     if (!t_isPageOpen) return true;
     t_remainingWork -= units;
     return t_remainingWork >= 0;
+}
+
+bool Page::IsSpent()
+{
+    return t_isPageOpen && t_remainingWork < 0;
+}
+
+Reprieve::Reprieve() : wasPageOpen(std::exchange(t_isPageOpen, false)) {}
+
+Reprieve::~Reprieve()
+{
+    t_isPageOpen = wasPageOpen;
 }
 
 } // namespace Quillet::Guard

@@ -40,9 +40,25 @@ public:
     /// Takes from the budget of this thread; false once it is used up: stop, keeping what there is. Without an open
     /// budget there is no limit.
     static bool Spend(long long units);
+    /// The budget is used up: what was built last may be cut short.
+    static bool IsSpent();
 
 private:
     bool isOutermost;
+};
+
+/// Sets the budget of this thread aside. What the process or the document builds once, for all pages, is neither paid
+/// for nor cut short by the page that asks for it first.
+class QUILLET_API Reprieve
+{
+public:
+    Reprieve();
+    ~Reprieve();
+    Reprieve(const Reprieve&) = delete;
+    Reprieve& operator=(const Reprieve&) = delete;
+
+private:
+    bool wasPageOpen;
 };
 
 } // namespace Quillet::Guard

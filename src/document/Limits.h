@@ -10,6 +10,9 @@ inline constexpr unsigned long long c_maxDecodedLength = 1ull << 30;
 /// Bytes of decoded object streams that a document keeps, all together, since they stay until it closes.
 inline constexpr unsigned long long c_maxObjectStreamBytes = 1ull << 30;
 
+/// Bytes of fonts and encodings that a document keeps between uses. What is more is read again when it is asked for.
+inline constexpr unsigned long long c_maxFontBytes = 1ull << 30;
+
 /// Entries of the cross-reference table that are really kept. ISO 32000-2 Annex C names 8,388,607 objects as a limit.
 inline constexpr unsigned long long c_maxTableEntries = 1ull << 23;
 
@@ -32,10 +35,17 @@ inline constexpr unsigned long long c_maxGradientStops = 1ull << 16;
 /// Code space ranges of a font encoding; real ones have some dozens. Each code of a text is looked up among them.
 inline constexpr unsigned long long c_maxCodeSpaceRanges = 4096;
 
+/// Numbers or names of one list. Widths, dashes, domains and the like; page trees and contents are not held to it.
+inline constexpr unsigned long long c_maxListLength = 1ull << 20;
+
+/// Codes that one font has widths or glyph names for. None shows more than 65,536.
+inline constexpr unsigned long long c_maxFontCodes = 1ull << 16;
+
 /// Work of one page, in the units of `Guard::Page::Spend`: an operator is 1, a path segment 4, a character 8, an
-/// object of the tree 25, a range of codes in a font 8. The largest maps stay below a tenth of it; it bounds a page to
-/// a few gigabytes and a minute.
+/// object of the tree 25, a range of codes in a font 8, and 64 bytes that are parsed are 1. The largest maps stay below
+/// a tenth of it; it bounds a page to a few gigabytes and a minute.
 inline constexpr long long c_maxPageWork = 100'000'000;
+inline constexpr long long c_parsedBytesPerWork = 64;
 inline constexpr long long c_segmentWork = 4;
 inline constexpr long long c_objectWork = 25;
 inline constexpr long long c_charWork = 8;

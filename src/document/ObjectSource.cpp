@@ -12,11 +12,13 @@ namespace Quillet {
 void ObjectSource::Open(const Ref& ref, unsigned long long maxLength)
 {
     SetErrorHandler(ref.GetErrorHandler());
+    if (!Check(maxLength != 0, Error::General)) return;
     auto dictionary = Kernel::MakeCounted<Dictionary>(ref);
     Stream stream(dictionary);
     const int objectCount = dictionary->GetInt("N", 0);
     const auto first = static_cast<unsigned long long>(dictionary->GetInt("First", 0));
     stream.ReadAll(data);
+    decodedLength = std::min<unsigned long long>(data.size(), maxLength);
     if (!Check(data.size() <= maxLength, Error::General)) data = {};
 
     // An object takes at least the two numbers of its header with a blank each.

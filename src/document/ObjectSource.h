@@ -31,6 +31,8 @@ public:
 
     std::vector<char> data;
     std::vector<unsigned long long> offsets;
+    /// What decoding has cost, though it may have been too long to stay.
+    unsigned long long decodedLength = 0;
 };
 
 } // namespace Quillet

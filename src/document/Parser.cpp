@@ -1,6 +1,8 @@
 #include "document/Parser.h"
 
 #include "document/CharType.h"
+#include "document/Guard.h"
+#include "document/Limits.h"
 
 #include <algorithm>
 #include <cstring>
@@ -81,6 +83,8 @@ void Parser::Overflow()
     cursor = buffer;
     const int count = source ? source->Read(bufferPos, buffer, c_bufferSize) : 0;
     bufferEnd = buffer + std::max(count, 0);
+    // Whoever loops over tokens sees to it that the budget is not exceeded for long.
+    Guard::Page::Spend(std::max(count, 0) / Limits::c_parsedBytesPerWork);
     if (AtEnd()) buffer[0] = 0;
 }
 

@@ -2,6 +2,7 @@
 
 #include "document/CharType.h"
 #include "document/Guard.h"
+#include "document/Limits.h"
 #include "document/Parser.h"
 
 #include <Kernel/ByteOrderMark.h>
@@ -10,6 +11,7 @@
 #include <Kernel/StringEncoding.h>
 
 #include <limits>
+#include <utility>
 
 namespace Quillet {
 
@@ -176,8 +178,10 @@ void Parser::GetTokenVec(std::vector<Value>& out, Getter getter)
         out.push_back(getter(*this));
         return;
     }
-    while (NextToken() != TokenArrayEnd && tokenType != TokenEnd)
-        out.push_back(getter(*this));
+    while (NextToken() != TokenArrayEnd && tokenType != TokenEnd) {
+        Value value = getter(*this);
+        if (out.size() < Limits::c_maxListLength) out.push_back(std::move(value));
+    }
 }
 
 void Parser::GetTokenIntVec(std::vector<int>& out)

@@ -66,6 +66,8 @@ Kernel::Counted<PdfSource> XRefs::GetSource(int number, int generation)
     XRef* container = GetXRef(entry->streamNumber, 0);
     if (!container) return nullptr;
     if (!container->objectSource) {
+        // All pages read from it.
+        const Guard::Reprieve reprieve;
         Guard::Descent descent;
         if (!Check(static_cast<bool>(descent), Error::General)) return nullptr;
         // Kept before it is opened: a stream that lies in itself, or that needs an object of its own to be read, finds
@@ -73,7 +75,7 @@ Kernel::Counted<PdfSource> XRefs::GetSource(int number, int generation)
         container->objectSource = Kernel::MakeCounted<ObjectSource>();
         Kernel::Counted<ObjectSource> opened = container->objectSource;
         opened->Open(Ref(document, entry->streamNumber, 0), Limits::c_maxObjectStreamBytes - objectStreamBytes);
-        objectStreamBytes += opened->data.size();
+        objectStreamBytes += opened->decodedLength;
     }
     return container->objectSource->MakeSubSource(entry->streamIndex);
 }
@@ -91,7 +93,12 @@ Kernel::Counted<const RefCacheable> XRefs::GetCache(int number, int generation, 
 void XRefs::SetCache(int number, int generation, unsigned long long key, Kernel::Counted<const RefCacheable> value)
 {
     XRef* entry = GetXRef(number, generation);
-    if (entry && !GetCache(number, generation, key)) entry->cache.push_back({key, std::move(value)});
+    if (!entry || GetCache(number, generation, key)) return;
+    if (const std::size_t bytes = value->GetDispensableBytes(); bytes != 0) {
+        if (Guard::Page::IsSpent() || bytes > Limits::c_maxFontBytes - dispensableBytes) return;
+        dispensableBytes += bytes;
+    }
+    entry->cache.push_back({key, std::move(value)});
 }
 
 void XRefs::ClearCaches()
@@ -101,6 +108,7 @@ void XRefs::ClearCaches()
         for (XRef& entry : *block)
             entry.cache.clear();
     }
+    dispensableBytes = 0;
 }
 
 void XRefs::Close()
@@ -109,6 +117,7 @@ void XRefs::Close()
     const auto dropped = std::exchange(table, {});
     blockCount = 0;
     objectStreamBytes = 0;
+    dispensableBytes = 0;
     entrySize = 0;
     readStreams.clear();
     finalTrailer = Ref();

@@ -58,6 +58,8 @@ public:
     /// What an object is read from; null if it lies in an object stream that is not there.
     Kernel::Counted<PdfSource> GetSource(int number, int generation);
     Kernel::Counted<const RefCacheable> GetCache(int number, int generation, unsigned long long key);
+    /// The first value stays. What could be read again is not kept if there is too much of it, or if the work on it was
+    /// cut short.
     void SetCache(int number, int generation, unsigned long long key, Kernel::Counted<const RefCacheable> value);
     /// Forgets what was built; the table stays.
     void ClearCaches();
@@ -76,6 +78,8 @@ private:
     std::vector<std::unique_ptr<Block>> table;
     unsigned long long blockCount = 0;
     unsigned long long objectStreamBytes = 0;
+    /// In the caches, of what could be read again.
+    unsigned long long dispensableBytes = 0;
     /// Cross-reference streams that were read to the end of their chain.
     std::unordered_set<unsigned long long> readStreams;
 

@@ -2,6 +2,7 @@
 
 #include "document/Dictionary.h"
 #include "document/Guard.h"
+#include "document/Limits.h"
 #include "filters/Stream.h"
 
 #include <algorithm>
@@ -44,23 +45,38 @@ bool HasControl(const CodeSequence& sequence)
 
 } // namespace
 
-Kernel::Counted<const FontEncoding> CMapInterpreter::GetEncoding(const Ref& ref)
+Kernel::Counted<const FontEncoding> CMapInterpreter::GetEncoding(const Ref& ref, const CMapInterpreter* user)
 {
     if (auto cached = ref.GetCache<FontEncoding>()) return cached;
-    const CMapInterpreter interpreter(ref);
+    const CMapInterpreter interpreter(ref, user);
     ref.SetCache(interpreter.encoding);
     if (auto cached = ref.GetCache<FontEncoding>()) return cached;
     return interpreter.encoding;
 }
 
-CMapInterpreter::CMapInterpreter(const Ref& ref) : ErrorForwarder(ref.GetErrorHandler())
+bool CMapInterpreter::IsBeingRead(const Ref& ref) const
+{
+    for (const CMapInterpreter* reading = this; reading; reading = reading->user) {
+        if (reading->object == ref) return true;
+    }
+    return false;
+}
+
+void CMapInterpreter::UseBase(const Ref& base)
+{
+    const Guard::Descent descent;
+    if (base.IsNull() || IsBeingRead(base) || !descent || Guard::Page::IsSpent()) return;
+    const auto used = GetEncoding(base, this);
+    if (!used || !Guard::Page::Spend(Limits::c_rangeWork * static_cast<long long>(used->mapRanges.size()))) return;
+    encoding = Kernel::MakeCounted<FontEncoding>(*used);
+}
+
+CMapInterpreter::CMapInterpreter(const Ref& ref, const CMapInterpreter* reader)
+    : ErrorForwarder(ref.GetErrorHandler()), object(ref), user(reader)
 {
     // Files write "CMap", so that this records a fault for most of them, which does no harm.
     const auto dictionary = Kernel::MakeCounted<Dictionary>(ref, "Cmap", Error::General);
-    const Guard::Descent descent;
-    if (const Ref base = dictionary->GetRef("UseCMap"); !base.IsNull() && !(base == ref) && descent) {
-        if (const auto used = GetEncoding(base)) encoding = Kernel::MakeCounted<FontEncoding>(*used);
-    }
+    UseBase(dictionary->GetRef("UseCMap"));
     if (!encoding) encoding = Kernel::MakeCounted<FontEncoding>();
     encoding->SetErrorHandler(GetErrorHandler());
     parser = Kernel::MakeCounted<Parser>(Kernel::MakeCounted<Stream>(dictionary));
@@ -84,6 +100,7 @@ void CMapInterpreter::Interpret()
         do {
             parser->NextToken();
         } while (!ParseObject(args, op));
+        if (!Check(Guard::Page::Spend(1), Error::General)) break;
         Execute(op, args);
         // The tokeniser goes no further than a parenthesis that closes nothing.
     } while (!parser->AtEnd() && parser->tokenType != Token::TokenEnd);

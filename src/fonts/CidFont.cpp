@@ -28,6 +28,7 @@ Kernel::Counted<const CidFont> CidFont::Make(const Ref& ref, const Kernel::Count
 {
     if (ref.number < 0) return nullptr;
     if (auto cached = ref.GetCache<CidFont>()) return cached;
+    if (!Guard::Page::Spend(Limits::c_fontWork)) return nullptr;
     const auto font = Kernel::MakeCounted<CidFont>(Kernel::MakeCounted<Dictionary>(ref, "Font", Error::General));
     ref.SetCache(font);
     return font;
@@ -89,6 +90,13 @@ void CidFont::ReadMetrics(Dictionary& dictionary)
             SetWidths(cid, last, parser->NextReal());
         }
     }
+}
+
+std::size_t CidFont::GetDispensableBytes() const
+{
+    constexpr std::size_t c_nodeBytes = sizeof(decltype(widths)::value_type) + 4 * sizeof(void*);
+    // What the machine's font says is shared, but not what an embedded table makes of it.
+    return sizeof *this + widths.size() * c_nodeBytes + (encoding ? encoding->GetDispensableBytes() : 0);
 }
 
 double CidFont::GetBaseWidth(int cid) const

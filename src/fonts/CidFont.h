@@ -18,6 +18,7 @@ public:
 
     /// Has no text of its own.
     double TextOut(std::vector<Char>&, const std::vector<char>&, const GraphicsState&) const override { return 0; }
+    std::size_t GetDispensableBytes() const override;
     /// In thousandths of the size.
     double GetBaseWidth(int cid) const;
 

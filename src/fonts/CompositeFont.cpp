@@ -83,13 +83,21 @@ CodeSequence CompositeFont::DecodeChar(int code, int cid, const CidFont& descend
         sequence = toUnicode->GetMappedSequence(code);
         if (sequence.IsGood()) return sequence;
     }
-    if (descendant.encoding) {
-        sequence = descendant.encoding->GetMappedSequence(cid);
-    } else if (cidToUnicode) {
-        sequence = cidToUnicode->GetMappedSequence(cid);
-    }
+    if (descendant.encoding) return descendant.encoding->GetMappedSequence(cid);
+    if (cidToUnicode) return cidToUnicode->GetMappedSequence(cid);
+    // Without any map the code itself is as good a guess as any.
     const bool isNothing = sequence.count == 0 || (sequence.count == 1 && sequence.values[0] == 0);
     return isNothing ? CodeSequence(static_cast<char32_t>(code)) : sequence;
+}
+
+std::size_t CompositeFont::GetDispensableBytes() const
+{
+    std::size_t bytes = sizeof *this + descendants.size() * sizeof descendants[0];
+    for (const auto& part : {encoding, toUnicode})
+        bytes += part ? part->GetDispensableBytes() : 0;
+    for (const auto& descendant : descendants)
+        bytes += descendant->GetDispensableBytes();
+    return bytes;
 }
 
 double CompositeFont::TextOut(std::vector<Char>& chars, const std::vector<char>& string,

@@ -20,6 +20,7 @@ public:
     void AddTo(Story::GlyphAtts& atts) const override;
     double TextOut(std::vector<Char>& chars, const std::vector<char>& string,
                    const GraphicsState& state) const override;
+    std::size_t GetDispensableBytes() const override;
 
     /// Whether codes can be told as characters at all.
     bool CanDecodeText() const;

@@ -45,7 +45,10 @@ Kernel::Counted<const Font> Font::Make(const Ref& ref, const std::string&)
 
 const Kernel::Counted<const Font>& Font::GetDefaultFont()
 {
-    static const auto& font = *new Kernel::Counted<const Font>(Kernel::MakeCounted<SimpleFont>());
+    static const auto& font = *[] {
+        const Guard::Reprieve reprieve;
+        return new Kernel::Counted<const Font>(Kernel::MakeCounted<SimpleFont>());
+    }();
     return font;
 }
 

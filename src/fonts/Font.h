@@ -39,15 +39,17 @@ public:
     /// What the document asks for.
     virtual const Kernel::Font& GetKernelFont() const = 0;
     virtual bool operator==(const Font& other) const = 0;
-    /// How many ems of the machine's font an em of this one is: not 1 for a font whose units are its own affair.
-    virtual double GetSizeScale() const { return 1; }
-    /// Whether its own matrix turns its glyphs upside down.
-    virtual bool IsMirrored() const { return false; }
     /// Puts the font that text will use into attributes.
     virtual void AddTo(Story::GlyphAtts& atts) const = 0;
     /// Appends the characters of a string; gives the sum of their advances, in points of line space.
     virtual double TextOut(std::vector<Char>& chars, const std::vector<char>& string,
                            const GraphicsState& state) const = 0;
+    /// How many ems of the machine's font an em of this one is: not 1 for a font whose units are its own affair.
+    virtual double GetSizeScale() const { return 1; }
+    /// Whether its own matrix turns its glyphs upside down.
+    virtual bool IsMirrored() const { return false; }
+
+    std::size_t GetDispensableBytes() const override { return sizeof *this; }
 
     void SetIsSpaceDefined(bool isDefined, int code)
     {

@@ -98,6 +98,13 @@ CodeSequence FontEncoding::GetMappedSequenceSlow(int code) const
     return range ? range->sequence.Advanced(static_cast<long long>(code) - range->first) : CodeSequence(0);
 }
 
+std::size_t FontEncoding::GetDispensableBytes() const
+{
+    // A node of a map has three pointers and a colour besides.
+    constexpr std::size_t c_nodeBytes = sizeof(decltype(mapRanges)::value_type) + 4 * sizeof(void*);
+    return sizeof *this + mapRanges.size() * c_nodeBytes + codeSpaceRanges.size() * sizeof(CodeSpaceRange);
+}
+
 bool FontEncoding::ContainsMappingFor(int code) const
 {
     return FindRange(code) != nullptr;
@@ -111,9 +118,14 @@ bool FontEncoding::AdvanceCharCode(int& fontIndex, int& code, int& pos, const st
     const int maxBytes = codeSpaceRanges.empty() ? 1 : std::max(codeSpaceRanges.back().byteCount, 1);
     unsigned value = 0;
     const auto take = [&] { value = value << 8 | static_cast<unsigned char>(text[static_cast<std::size_t>(pos++)]); };
-    Guard::Page::Spend(1 + static_cast<long long>(codeSpaceRanges.size() / 16));
+    const auto isAffordable = [work = 1 + static_cast<long long>(codeSpaceRanges.size() / 16), size, &pos] {
+        if (pos >= size) return false;
+        if (Guard::Page::Spend(work)) return true;
+        pos = size;
+        return false;
+    };
 
-    for (int taken = 1; taken <= maxBytes && pos < size; ++taken) {
+    for (int taken = 1; taken <= maxBytes && isAffordable(); ++taken) {
         take();
         for (const CodeSpaceRange& range : codeSpaceRanges) {
             if (range.byteCount != taken || value < range.low || value > range.high) continue;
@@ -126,7 +138,7 @@ bool FontEncoding::AdvanceCharCode(int& fontIndex, int& code, int& pos, const st
     const CodeSpaceRange* best = codeSpaceRanges.empty() ? nullptr : &codeSpaceRanges.front();
     value = 0;
     bool hasBest = false;
-    for (int taken = 1; taken <= maxBytes && pos < size; ++taken) {
+    for (int taken = 1; taken <= maxBytes && isAffordable(); ++taken) {
         take();
         for (const CodeSpaceRange& range : codeSpaceRanges) {
             if (range.byteCount < taken) continue;

@@ -67,13 +67,16 @@ public:
     }
     CodeSequence GetMappedSequenceSlow(int code) const;
     /// Takes the next code off `text` at `pos`. False for bytes that are no code: those take the two attempts at them
-    /// and then as many bytes as a code has, and the code is what the last of these say.
+    /// and then as many bytes as a code has, and the code is what the last of these say. On a page that has used up its
+    /// work it takes all that is left.
     bool AdvanceCharCode(int& fontIndex, int& code, int& pos, const std::vector<char>& text) const;
     /// The font index of the first code space range with the value in it; -1 for none.
     int GetFontIndex(unsigned long code) const;
     bool ContainsMappingFor(int code) const;
     /// The lowest code that maps to a single character; -1 for none.
     int GetIndexOfChar(char32_t character) const;
+
+    std::size_t GetDispensableBytes() const override;
 
     /// For fonts whose glyphs are reached through the private area: characters that `base` has become U+F000 plus their
     /// code there.

@@ -1,6 +1,8 @@
 #include "fonts/FontEncodingFactory.h"
 
 #include "document/Dictionary.h"
+#include "document/Guard.h"
+#include "document/Limits.h"
 #include "fonts/GlyphNames.h"
 
 #include <Kernel/UnicodeCmap.h>
@@ -10,6 +12,7 @@
 #include <charconv>
 #include <functional>
 #include <limits>
+#include <mutex>
 #include <utility>
 
 namespace Quillet {
@@ -69,9 +72,11 @@ bool VisitDifferences(Dictionary& dictionary, const std::function<void(long long
     while (parser->NextToken() != Token::TokenArrayEnd && parser->tokenType != Token::TokenEnd) {
         if (parser->tokenType == Token::TokenInt) {
             code = parser->tokenInt;
-        } else {
-            visit(code++, parser->GetTokenName());
+            continue;
         }
+        if (!Guard::Page::Spend(Limits::c_rangeWork)) break;
+        visit(code, parser->GetTokenName());
+        if (code < std::numeric_limits<int>::max()) ++code;
     }
     return true;
 }
@@ -115,15 +120,18 @@ Kernel::Counted<FontEncoding> MakeSingleTable(const char* name, std::span<const 
 
 Encoding FontEncodingFactory::Get(Type type)
 {
-    static const auto& encodings = *new std::array<Encoding, 7>{
-        MakeIdentity(),
-        MakeLatinTable("StandardEncoding", LatinEncoding::c_standard),
-        MakeLatinTable("MacRomanEncoding", LatinEncoding::c_macRoman),
-        MakeLatinTable("WinAnsiEncoding", LatinEncoding::c_winAnsi),
-        MakeSingleTable("MacExpertEncoding", c_macExpertEncoding),
-        MakeSingleTable("Symbol", c_symbolEncoding),
-        MakeSingleTable("ZapfDingbats", c_zapfDingbatsEncoding),
-    };
+    static const auto& encodings = *[] {
+        const Guard::Reprieve reprieve;
+        return new std::array<Encoding, 7>{
+            MakeIdentity(),
+            MakeLatinTable("StandardEncoding", LatinEncoding::c_standard),
+            MakeLatinTable("MacRomanEncoding", LatinEncoding::c_macRoman),
+            MakeLatinTable("WinAnsiEncoding", LatinEncoding::c_winAnsi),
+            MakeSingleTable("MacExpertEncoding", c_macExpertEncoding),
+            MakeSingleTable("Symbol", c_symbolEncoding),
+            MakeSingleTable("ZapfDingbats", c_zapfDingbatsEncoding),
+        };
+    }();
     return encodings.at(static_cast<std::size_t>(type));
 }
 
@@ -167,13 +175,13 @@ Encoding FontEncodingFactory::GetType1(const Ref& ref, const std::string& fontNa
     result->SetErrorHandler(ref.GetErrorHandler());
     Encoding cache;
     const bool hasDifferences = VisitDifferences(*dictionary, [&](long long code, const std::string& name) {
-        if (code < 0 || code > c_maxCode) return;
+        if (code > c_maxCode) return;
         char32_t character = GetUnicodeFromAdobeName(name, fontName == "ZapfDingbats");
         if (character == 0) character = GetUnicodeFromGlyphIndex(name, font, &cache);
         if (character == 0) {
             ref.OnError(Error::UnimplementedTextEncoding);
         } else {
-            result->AddMap(static_cast<int>(code), character);
+            result->AddMap(static_cast<int>(std::max<long long>(code, std::numeric_limits<int>::min())), character);
         }
     });
     if (!hasDifferences) return base;
@@ -196,6 +204,7 @@ Kernel::Counted<const FontEncodingDifferences> FontEncodingFactory::GetType1Diff
     const auto dictionary = MakeDictionary(ref);
     auto differences = Kernel::MakeCounted<FontEncodingDifferences>();
     const bool isThere = VisitDifferences(*dictionary, [&](long long code, const std::string& name) {
+        if (differences->names.size() >= Limits::c_maxFontCodes) return;
         if (code >= std::numeric_limits<int>::min() && code <= std::numeric_limits<int>::max())
             differences->Add(static_cast<int>(code), name);
     });
@@ -227,8 +236,11 @@ void FontEncodingFactory::ApplyEncodingToWidths(std::vector<double>& widths, con
     if (hasDifferences) widths = std::move(result);
 }
 
-Encoding FontEncodingFactory::GetFromOs(const Kernel::Font& font)
+namespace {
+
+Encoding ReadFromOs(const Kernel::Font& font)
 {
+    const Guard::Reprieve reprieve;
     const auto cmap = Kernel::UnicodeCmap::Make(font);
     if (!cmap) return nullptr;
     auto encoding = Kernel::MakeCounted<FontEncoding>();
@@ -240,6 +252,25 @@ Encoding FontEncodingFactory::GetFromOs(const Kernel::Font& font)
     }
     encoding->OnComplete();
     return encoding;
+}
+
+} // namespace
+
+Encoding FontEncodingFactory::GetFromOs(const Kernel::Font& font)
+{
+    // Documents embed one font of the machine in many subsets; each encoding can take some megabytes.
+    constexpr std::size_t c_maxKept = 8;
+    static std::mutex mutex;
+    static auto& recent = *new std::vector<std::pair<Kernel::Font, Encoding>>;
+    const std::lock_guard lock(mutex);
+    const auto found = std::ranges::find(recent, font, &std::pair<Kernel::Font, Encoding>::first);
+    if (found != recent.end()) {
+        std::rotate(recent.begin(), found, found + 1);
+    } else {
+        if (recent.size() == c_maxKept) recent.pop_back();
+        recent.insert(recent.begin(), {font, ReadFromOs(font)});
+    }
+    return recent.front().second;
 }
 
 char32_t FontEncodingFactory::GetUnicodeFromGlyphIndex(const std::string& glyphName, const Kernel::Font& font,

@@ -57,7 +57,8 @@ public:
     static void ApplyEncodingToWidths(std::vector<double>& widths, const Ref& ref, const std::string& fontName,
                                       bool isSymbolic);
 
-    /// From glyph numbers to characters, as the machine's font has them; null if the machine lacks it.
+    /// From glyph numbers to characters, as the machine's font has them; null if the machine lacks it. The last ones
+    /// are kept.
     static Encoding GetFromOs(const Kernel::Font& font);
     /// The character behind a name "g" and a glyph number in hexadecimal digits, by the machine's copy of the font; 0
     /// for any other name. `cache` keeps the font's encoding from call to call.

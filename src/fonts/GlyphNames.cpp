@@ -33,15 +33,17 @@ int GetDigit(char c, int base)
     return value < base ? value : -1;
 }
 
-/// The number that a text begins with, of at most `maxDigits`; nothing for a text that begins with none.
+/// The number that a text begins with, of at most `maxDigits`; nothing for a text that begins with none. Too large a
+/// number for a character stays one.
 std::optional<unsigned long> ReadNumber(std::string_view text, int base, std::size_t maxDigits)
 {
+    constexpr unsigned long c_tooLarge = 0x1000000;
     unsigned long value = 0;
     std::size_t count = 0;
     for (; count < std::min(text.size(), maxDigits); ++count) {
         const int digit = GetDigit(text[count], base);
         if (digit < 0) break;
-        value = value * static_cast<unsigned long>(base) + static_cast<unsigned long>(digit);
+        value = std::min(value * static_cast<unsigned long>(base) + static_cast<unsigned long>(digit), c_tooLarge);
     }
     if (count == 0) return std::nullopt;
     return value;
@@ -70,7 +72,7 @@ void AddComponent(std::string_view name, bool isZapfDingbats, CodeSequence& out)
         return;
     }
     if (name.starts_with("u") && AddNumber(name.substr(1), 16, 6, out)) return;
-    if (name.starts_with("MT")) AddNumber(name.substr(2), 10, 9, out);
+    if (name.starts_with("MT")) AddNumber(name.substr(2), 10, name.size(), out);
 }
 
 } // namespace

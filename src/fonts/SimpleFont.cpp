@@ -2,6 +2,8 @@
 
 #include "content/GraphicsState.h"
 #include "document/Dictionary.h"
+#include "document/Guard.h"
+#include "document/Limits.h"
 #include "fonts/CMapInterpreter.h"
 #include "fonts/FontEncodingFactory.h"
 #include "fonts/FontTables.h"
@@ -15,9 +17,6 @@
 namespace Quillet {
 
 namespace {
-
-/// More codes than a byte has are never asked for.
-constexpr int c_maxFirstChar = 1 << 16;
 
 /// The value behind `key`, with one reference followed, and the parser on its first token; null if it is absent.
 Kernel::Counted<Parser> OpenValue(const Kernel::Counted<Dictionary>& dictionary, const char* key)
@@ -81,10 +80,12 @@ void SimpleFont::ReadMetrics(const Kernel::Counted<Dictionary>& dictionary)
     ReadMetricsFromStandard();
     if (dictionary->Has("Widths")) {
         const int first = dictionary->GetInt("FirstChar", 32);
-        widths.assign(static_cast<std::size_t>(std::clamp(first, 0, c_maxFirstChar)), 0);
+        widths.assign(static_cast<std::size_t>(std::clamp(first, 0, static_cast<int>(Limits::c_maxFontCodes) - 1)), 0);
         const std::size_t start = widths.size();
         dictionary->GetRealVec("Widths", widths);
         if (widths.size() > start) missingWidth = widths[start];
+        widths.resize(std::min<std::size_t>(widths.size(), Limits::c_maxFontCodes));
+        Guard::Page::Spend(static_cast<long long>(widths.size()));
     } else {
         if (!GetStandardFontMetrics(documentName)) {
             dictionary->OnError(Error::UnimplementedTextEncoding);
@@ -145,6 +146,14 @@ CodeSequence SimpleFont::DecodeChar(int code) const
         }
     }
     return encoding ? encoding->GetMappedSequence(code) : CodeSequence(0);
+}
+
+std::size_t SimpleFont::GetDispensableBytes() const
+{
+    constexpr std::size_t c_bytesPerName = 128;
+    const std::size_t names = differences ? differences->names.size() : 0;
+    return sizeof *this + widths.size() * sizeof(double) + names * c_bytesPerName +
+           (toUnicode ? toUnicode->GetDispensableBytes() : 0);
 }
 
 double SimpleFont::TextOut(std::vector<Char>& chars, const std::vector<char>& string, const GraphicsState& state) const

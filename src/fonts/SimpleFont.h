@@ -18,6 +18,7 @@ public:
 
     double TextOut(std::vector<Char>& chars, const std::vector<char>& string,
                    const GraphicsState& state) const override;
+    std::size_t GetDispensableBytes() const override;
     /// Takes the widths and flags of a standard font from its published metrics.
     virtual void ReadMetricsFromStandard();
 

@@ -1,6 +1,7 @@
 #include "fonts/StandardCMaps.h"
 
 #include "document/FileSource.h"
+#include "document/Guard.h"
 #include "fonts/CMapInterpreter.h"
 
 #include <Kernel/FileSystem.h>
@@ -22,6 +23,7 @@ bool IsFileName(const std::string& name)
 Kernel::Counted<const FontEncoding> ReadCMap(const std::string& name)
 {
     if (name == "Identity-H" || !IsFileName(name)) return MakeIdentityCMap();
+    const Guard::Reprieve reprieve;
     try {
         const auto source = Kernel::MakeCounted<FileSource>();
         source->Open((Kernel::FileSystem::GetResourcesDirectory() / "Standard CMaps" / (name + ".txt")).string());
@@ -36,6 +38,7 @@ Kernel::Counted<const FontEncoding> ReadCMap(const std::string& name)
 Kernel::Counted<const FontEncoding> MakeIdentityCMap()
 {
     static const auto& identity = *new Kernel::Counted<const FontEncoding>([] {
+        const Guard::Reprieve reprieve;
         auto encoding = Kernel::MakeCounted<FontEncoding>("Identity-H");
         encoding->AddCodeSpaceRange(2, 0, 0, 0xFFFF);
         encoding->AddMapRange(0, 0xFFFF, char32_t{0});
@@ -47,14 +50,19 @@ Kernel::Counted<const FontEncoding> MakeIdentityCMap()
 
 Kernel::Counted<const FontEncoding> GetStandardCMap(const std::string& name)
 {
-    // Names without a file are kept too, but a file may make up any number of them.
-    constexpr std::size_t c_maxKept = 1024;
+    // Names without a CMap are kept too, but a file may make up any number of them.
+    constexpr int c_maxUnknown = 1024;
+    static int unknownCount = 0;
     static std::mutex mutex;
     static auto& known = *new std::map<std::string, Kernel::Counted<const FontEncoding>>;
     const std::lock_guard lock(mutex);
     if (const auto found = known.find(name); found != known.end()) return found->second;
     auto encoding = ReadCMap(name);
-    if (known.size() < c_maxKept) known.emplace(name, encoding);
+    const bool isUnknown = encoding == MakeIdentityCMap();
+    if (!isUnknown || unknownCount < c_maxUnknown) {
+        known.emplace(name, encoding);
+        unknownCount += isUnknown ? 1 : 0;
+    }
     return encoding;
 }
 

@@ -1,6 +1,8 @@
 #include "document/XRefs.h"
 
 #include "document/Dictionary.h"
+#include "document/Guard.h"
+#include "document/Limits.h"
 #include "filters/Stream.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
@@ -212,6 +214,35 @@ TEST(XRefsTest, CachesPerValue)
     EXPECT_FALSE(ref.GetCacheBase());
     document.GetRef(99).SetCache(first);
     EXPECT_FALSE(document.GetRef(99).GetCacheBase());
+}
+
+TEST(XRefsTest, CachesNoMoreThanItMayOfWhatCanBeReadAgain)
+{
+    struct Large : RefCacheable
+    {
+        std::size_t GetDispensableBytes() const override { return Limits::c_maxFontBytes / 2; }
+    };
+    struct Needed : RefCacheable
+    {};
+    TestDocument document(MakeBuilder().Build());
+    const Ref object = document.GetRef(3);
+    const auto keeps = [&object](unsigned long long place, const Kernel::Counted<const RefCacheable>& value) {
+        const Ref inside = Ref::FromPosition(object, object.GetPos() + place);
+        inside.SetCache(value);
+        return static_cast<bool>(inside.GetCacheBase());
+    };
+    EXPECT_TRUE(keeps(1, Kernel::MakeCounted<Large>()));
+    EXPECT_TRUE(keeps(2, Kernel::MakeCounted<Large>()));
+    EXPECT_FALSE(keeps(3, Kernel::MakeCounted<Large>()));
+    EXPECT_TRUE(keeps(3, Kernel::MakeCounted<Needed>()));
+    document->xrefs->ClearCaches();
+    {
+        const Guard::Page budget;
+        EXPECT_FALSE(Guard::Page::Spend(Limits::c_maxPageWork + 1));
+        EXPECT_FALSE(keeps(1, Kernel::MakeCounted<Large>()));
+        EXPECT_TRUE(keeps(2, Kernel::MakeCounted<Needed>()));
+    }
+    EXPECT_TRUE(keeps(1, Kernel::MakeCounted<Large>()));
 }
 
 } // namespace

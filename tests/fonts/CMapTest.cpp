@@ -1,6 +1,8 @@
 #include "fonts/CMapInterpreter.h"
 #include "fonts/StandardCMaps.h"
 
+#include "document/Guard.h"
+#include "document/Limits.h"
 #include "document/MemorySource.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
@@ -159,6 +161,8 @@ TEST(CMapTest, BuildsOnOthers)
         own, "/UseCMap 6 0 R",
         {makeUsing("<42> <0062> endbfchar", "/UseCMap 7 0 R"), makeUsing("<43> <0063> endbfchar", "/UseCMap 5 0 R")});
     EXPECT_EQ(cycle.Get(0x41), Characters{'a'});
+    EXPECT_EQ(cycle.Get(0x42), Characters{'b'});
+    EXPECT_EQ(cycle.Get(0x43), Characters{'c'});
     for (const char* entries : {"/UseCMap 99 0 R", "/UseCMap /Identity-H", "/UseCMap 1 0 R", "/UseCMap null"})
         EXPECT_EQ(CMapFile(own, entries).Get(0x41), Characters{'a'}) << entries;
 }
@@ -201,6 +205,10 @@ TEST(CMapTest, SurvivesRubbish)
     }
     const CMapFile behind("> ] >> } endbfchar <7A> <007A> endbfchar");
     EXPECT_EQ(behind.Get(0x7A), Characters{'z'});
+    // What is no operand is an operator, and has those before it.
+    const CMapFile early("<41> <0061> ] <42> <0062> endbfchar");
+    EXPECT_EQ(early.Get(0x41), Characters{0});
+    EXPECT_EQ(early.Get(0x42), Characters{'b'});
     EXPECT_FALSE(behind.GetErrors().empty());
     TestDocument document(MakePagePdf("", {.objects = {"12", "<< >>"}}));
     for (const int number : {-1, 5, 6, 99})
@@ -281,6 +289,44 @@ TEST(StandardCMapsTest, UnknownOnesAreTheIdentity)
     other.SetRegistry("No");
     other.SetOrdering("Such");
     EXPECT_EQ(GetCidToUnicode(Kernel::MakeCounted<FontEncoding>(other)), identity);
+}
+
+TEST(StandardCMapsTest, MadeUpNamesTakeNoPlaceOfOthers)
+{
+    for (int i = 0; i < 1100; ++i)
+        GetStandardCMap("No such " + std::to_string(i));
+    EXPECT_EQ(GetStandardCMap("GBKp-EUC-H"), GetStandardCMap("GBKp-EUC-H"));
+}
+
+// A page that has used up its work leaves nothing unfinished behind.
+
+TEST(StandardCMapsTest, AreWholeWhoeverAsksFirst)
+{
+    const Guard::Page budget;
+    EXPECT_FALSE(Guard::Page::Spend(Limits::c_maxPageWork + 1));
+    EXPECT_EQ(GetCharacters(*MakeIdentityCMap(), 0x1234), Characters{0x1234});
+    EXPECT_GT(GetStandardCMap("EUC-H")->mapRanges.size(), 100U);
+    EXPECT_TRUE(Guard::Page::IsSpent());
+}
+
+TEST(CMapTest, WhatIsCutShortIsNotKept)
+{
+    std::string program;
+    for (char digit = '0'; digit <= '9'; ++digit)
+        program += std::string("<4") + digit + "> <0061> endbfchar ";
+    TestDocument document(MakePagePdf("", {.objects = {PdfBuilder::MakeStream(program)}}));
+    {
+        const Guard::Page budget;
+        EXPECT_TRUE(Guard::Page::Spend(Limits::c_maxPageWork - 50));
+        EXPECT_LT(CMapInterpreter::GetEncoding(document.GetRef(5))->mapRanges.size(), 10U);
+    }
+    const auto whole = CMapInterpreter::GetEncoding(document.GetRef(5));
+    EXPECT_EQ(whole->mapRanges.size(), 10U);
+    EXPECT_EQ(CMapInterpreter::GetEncoding(document.GetRef(5)), whole);
+
+    const Guard::Page budget;
+    EXPECT_FALSE(Guard::Page::Spend(Limits::c_maxPageWork + 1));
+    EXPECT_EQ(Take(*whole, std::string(1000, 'A')).pos, 1000);
 }
 
 TEST(StandardCMapsTest, ThreadsGetTheSame)

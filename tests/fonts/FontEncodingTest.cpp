@@ -278,7 +278,7 @@ TEST(FontEncodingFactoryTest, AppliesDifferences)
                                              {98, 'b'}, {255, 'D'}, {256, 0},  {300, 0}};
     for (const auto& [code, character] : rows)
         EXPECT_EQ(encoding->GetMappedSequence(code).values[0], character) << code;
-    EXPECT_THAT(file.document.GetErrors(), ElementsAre(Error::UnimplementedTextEncoding));
+    EXPECT_THAT(file.document.GetErrors(), ElementsAre(Error::UnimplementedTextEncoding, Error::General));
     // The base is shared, and stays.
     EXPECT_EQ(FontEncodingFactory::Get(FontEncodingWinAnsi)->GetMappedSequence(65).values[0], U'A');
 
@@ -302,6 +302,11 @@ TEST(FontEncodingFactoryTest, AppliesDifferences)
                   .values[0],
               0x2701U);
     EXPECT_FALSE(FontEncodingFactory::GetType1Differences(EncodingFile("<< >>").GetRef()));
+
+    std::string many = "<< /Differences [9223372036854775807 /A /B -9223372036854775808 /C 0";
+    for (int i = 0; i < 70000; ++i)
+        many += " /A";
+    EXPECT_EQ(FontEncodingFactory::GetType1Differences(EncodingFile(many + "] >>").GetRef())->names.size(), 65536U);
 }
 
 TEST(FontEncodingFactoryTest, ReadsGlyphNumbersByTheFontOfTheMachine)
@@ -317,6 +322,7 @@ TEST(FontEncodingFactoryTest, ReadsGlyphNumbersByTheFontOfTheMachine)
         EXPECT_EQ(FontEncodingFactory::GetUnicodeFromGlyphIndex(name, font, &cache), U'\u00E9') << name;
     }
     EXPECT_TRUE(cache);
+    EXPECT_EQ(FontEncodingFactory::GetFromOs(font), cache);
     for (const char* name : {"", "g", "gx", "h24", "gFFFF", "gFFFFFFFFFFFFFFFF"})
         EXPECT_EQ(FontEncodingFactory::GetUnicodeFromGlyphIndex(name, font, &cache), 0U) << name;
     font.SetPostscriptName("Nofont");

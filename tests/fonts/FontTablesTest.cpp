@@ -140,6 +140,7 @@ TEST(GlyphNamesTest, StandForCharacters)
         // The example of the Adobe Glyph List specification.
         {"Lcommaaccent_uni20AC0308_u1040C.alternate", {0x13B, 0x20AC, 0x308, 0x1040C}},
         {"MT65", {65}},
+        {"MT000000000000065", {65}},
         {"a_a_a_a_a_a_a_a_a_a_a_a", std::vector<char32_t>(10, 'a')},
         {"uniD800", {}},
         {"uniD800DC00", {}},

@@ -338,13 +338,18 @@ TEST(FontTest, NamesTellTheStyle)
         {"NofontSemibold", 600, false, 5},
         {"NofontDemiBold", 600, false, 5},
         {"NofontExtraBold", 800, false, 5},
+        {"NofontUltraBold", 800, false, 5},
         {"NofontExtraBlack", 900, false, 5},
         {"NofontUltraLight", 200, false, 5},
         {"NofontBdIt", 700, true, 5},
         {"NofontThin", 100, false, 5},
+        {"NofontThOb", 100, true, 5},
         {"NofontLightOblique", 300, true, 5},
         {"NofontBoldBook", 700, false, 5},
         {"NofontMedium", 500, false, 5},
+        {"NofontMd", 500, false, 5},
+        {"NofontHeavyRegular", 900, false, 5},
+        {"NofontLightRegularCond", 300, false, 3},
         {"NofontHv", 900, false, 5},
         {"NofontBlackExt", 900, false, 7},
         {"NofontBoldCn", 700, false, 3},
@@ -362,7 +367,8 @@ TEST(FontTest, NamesTellTheStyle)
         EXPECT_EQ(font.weight, row.weight) << row.name;
         EXPECT_EQ(font.isItalic, row.isItalic) << row.name;
         EXPECT_EQ(font.width, row.width) << row.name;
-        EXPECT_TRUE(std::string(row.name).starts_with(font.postscriptName)) << font.postscriptName;
+        // Only what stands behind a hyphen is cut off the name.
+        EXPECT_EQ(font.postscriptName, std::string_view(row.name).substr(0, std::string_view(row.name).find('-')));
     }
 }
 
@@ -536,13 +542,14 @@ TEST(CompositeFontTest, CodesAreDecodedInOrder)
         {"named", MakeType0("/ToUnicode /Identity-H"), c_cidFont, "\x4E\x01", U"\u4E01", true, {}},
         {"host", MakeType0(""), known + ">>", code, U"A", true, {}},
         {"host, identity", MakeType0(""), known + "/CIDToGIDMap /Identity >>", code, U"A", true, {}},
+        {"host, identity as text", MakeType0(""), known + "/CIDToGIDMap (Identity) >>", code, U"A", true, {}},
         {"host, other name", MakeType0(""), known + "/CIDToGIDMap /Other >>", code, U"A", true, {16}},
         {"host, map", MakeType0(""), known + "/CIDToGIDMap 8 0 R >>", five, U"A", true, {}},
         {"host, not in the map",
          MakeType0(""),
          known + "/CIDToGIDMap 8 0 R >>",
          std::string("\0\4", 2),
-         U"\4",
+         std::u32string(1, 0),
          true,
          {}},
         {"collection",
@@ -553,12 +560,22 @@ TEST(CompositeFontTest, CodesAreDecodedInOrder)
          U"\u4E00A",
          true,
          {}},
+        {"not in the collection",
+         MakeType0("", "10 0 R"),
+         c_cidFont,
+         std::string("\x4E\0", 2),
+         std::u32string(1, 0),
+         true,
+         {}},
         {"odd end", MakeType0(""), c_cidFont, std::string("\0A\0", 3), U"A ", false, {16}},
         {"own encoding", MakeType0("", "9 0 R"), c_cidFont, "A", U"A", false, {16}},
     };
     for (const auto& row : rows) {
         const FontFile shown(row.font, {row.descendant, toUnicode, glyphIds,
-                                        PdfBuilder::MakeStream("<00> <FF> endcodespacerange <41> <41> 2 endcidrange")});
+                                        PdfBuilder::MakeStream("<00> <FF> endcodespacerange <41> <41> 2 endcidrange"),
+                                        PdfBuilder::MakeStream("/Registry (Adobe) def /Ordering (Japan1) def <0000> "
+                                                               "<FFFF> endcodespacerange <4E00> <4E00> 60000 "
+                                                               "endcidrange")});
         const auto font = shown.GetComposite();
         EXPECT_EQ(font->CanDecodeText(), row.canDecode) << row.what;
         EXPECT_EQ(shown.GetErrors(), row.errors) << row.what;
