@@ -142,20 +142,17 @@ Json MakeRun(const TextRun& run)
     Json json{{"text", GetRunText(run.first, run.last)},
               {"font", font.postscriptName.empty() ? font.family : font.postscriptName},
               {"size", Tidy(atts.GetSize())},
-              {"fill", MakeFill(*atts.GetFill(Story::GlyphAtt::Fill))}};
-    const auto addNumber = [&json](const char* key, double value, double usual) {
-        if (value != usual) json[key] = Tidy(value);
-    };
-    addNumber("letterSpacing", atts.Get(LetterSpacing), 0);
-    addNumber("horizontalScale", atts.Get(HorizontalScale), 1);
-    addNumber("shear", atts.Get(Shear), 0);
-    // Upward, as designers count it.
-    addNumber("baselineShift", -atts.Get(BaselineShift), 0);
-    if (!atts.UsesAutoKerning()) json["kerning"] = "none";
-    if (!atts.GetFill(StrokeFill)->IsEmpty()) json["stroke"] = MakeFill(*atts.GetFill(StrokeFill));
-    if (!atts.GetFill(HighlightFill)->IsEmpty()) json["highlight"] = MakeFill(*atts.GetFill(HighlightFill));
+              {"letterSpacing", Tidy(atts.Get(LetterSpacing))},
+              {"kerning", Tidy(atts.Get(Kerning))},
+              {"horizontalScale", Tidy(atts.Get(HorizontalScale))},
+              {"shear", Tidy(atts.Get(Shear))},
+              // Upward, as designers count it.
+              {"baselineShift", Tidy(0 - atts.Get(BaselineShift))}};
     if (atts.Get(Underline) != 0) json["underline"] = true;
     if (atts.Get(Strikeout) != 0) json["strikeout"] = true;
+    json["highlight"] = MakeFill(*atts.GetFill(HighlightFill));
+    json["fill"] = MakeFill(*atts.GetFill(Story::GlyphAtt::Fill));
+    json["stroke"] = MakeFill(*atts.GetFill(StrokeFill));
     json["language"] = atts.Get(Language);
     return json;
 }
@@ -167,10 +164,20 @@ void AddLine(Json& json, const TextLineObject& line)
     json["width"] = Tidy(line.width);
     json["height"] = Tidy(line.textHeight);
     json["text"] = GetRunText(line.chars.begin(), line.chars.end());
-    json["runs"] = Json::array();
-    for (const TextRun& run : SplitIntoRuns(line))
-        json["runs"].push_back(MakeRun(run));
     AddBlending(json, 1, line.blendMode);
+}
+
+/// One by one: a line may have millions, and each is many times its text.
+void AppendRuns(std::string& text, const TextLineObject& line)
+{
+    text += ",\"runs\":[";
+    const char* separator = "";
+    for (const TextRun& run : SplitIntoRuns(line)) {
+        text += separator;
+        text += Dump(MakeRun(run));
+        separator = ",";
+    }
+    text += ']';
 }
 
 /// A node without its children, and without the closing brace.
@@ -199,6 +206,7 @@ std::string MakeNode(const Object& object, long long firstId)
     if (bitmap) AddBitmap(json, *bitmap);
     std::string text = Dump(json);
     text.pop_back();
+    if (line) AppendRuns(text, *line);
     return text;
 }
 

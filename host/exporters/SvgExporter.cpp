@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -26,6 +27,7 @@ namespace {
 using namespace Quillet;
 using Geometry::WindingOrderMode;
 using Params = Geometry::AffineTransform::Params;
+using Chars = TextLineObject::Chars;
 
 std::string MakeNumber(double value, int decimals = 6)
 {
@@ -54,16 +56,19 @@ std::pair<std::size_t, char32_t> ReadCharacter(std::string_view text)
     return {code >= c_smallest[size] ? size : 0, code};
 }
 
-/// The characters of a text that XML can hold (XML 1.0, 2.2).
+/// What XML can hold (XML 1.0, 2.2).
+bool IsXmlCharacter(char32_t code)
+{
+    const bool isControl = code < 0x20 && code != '\t' && code != '\n' && code != '\r';
+    return !isControl && (code < 0xD800 || (code >= 0xE000 && code < 0xFFFE) || (code > 0xFFFF && code < 0x110000));
+}
+
 std::string MakeXmlText(std::string_view text)
 {
     std::string clean;
     while (!text.empty()) {
         const auto [size, code] = ReadCharacter(text);
-        const bool isControl = code < 0x20 && code != '\t' && code != '\n' && code != '\r';
-        const bool isCharacter =
-            code < 0xD800 || (code >= 0xE000 && code < 0xFFFE) || (code > 0xFFFF && code < 0x110000);
-        if (size > 0 && isCharacter && !isControl) clean += text.substr(0, size);
+        if (size > 0 && IsXmlCharacter(code)) clean += text.substr(0, size);
         text.remove_prefix(std::max<std::size_t>(size, 1));
     }
     return clean;
@@ -322,8 +327,7 @@ private:
         }
     }
 
-    /// A text element for each run: only an element can be scaled and slanted. Each word starts where the page has it,
-    /// and its letters are spaced so that it ends there, whatever the widths of the font that is used.
+    /// A text element for each run: only an element can be scaled and slanted.
     void AddRun(pugi::xml_node parent, const TextLineObject& line, const TextRun& run)
     {
         using namespace Story::GlyphAtt;
@@ -357,50 +361,66 @@ private:
         AddWords(text, run, scale);
     }
 
-    void AddWords(pugi::xml_node text, const TextRun& run, double scale)
+    /// Characters that one start and one letter spacing place.
+    struct Piece
+    {
+        Chars::const_iterator last;
+        double spacing;
+    };
+
+    /// What is drawn for it is a glyph of the font, so that its width is known.
+    static bool IsMeasured(const Char& c) { return c.GetGlyphMetrics().id != 0 && c.unicode != 0; }
+
+    /// A word, as far as its letters can be spaced evenly so that each lies near its place on the page, whatever the
+    /// widths of the font that is used. The space goes with the word before it: text copied from the picture has it.
+    static Piece FindPiece(Chars::const_iterator first, Chars::const_iterator end, double scale)
+    {
+        // In ems: what the eye forgives within a word.
+        constexpr double c_tolerance = 0.05;
+        const double size = first->GetSize();
+        const Renderer::FontMetrics& metrics = *first->atts->GetFontMetrics();
+        double lowest = -std::numeric_limits<double>::infinity();
+        double highest = std::numeric_limits<double>::infinity();
+        double deviation = 0;
+        double count = 0;
+        auto c = first;
+        for (; !c->isSpace && c + 1 != end && !(c + 1)->isSpace; ++c) {
+            const Char& next = *(c + 1);
+            if (!IsMeasured(*c) || !IsMeasured(next) || !IsXmlCharacter(next.unicode)) break;
+            const Renderer::GlyphMetrics glyph = c->GetGlyphMetrics();
+            const double kerning = metrics.GetAutoKerning(glyph.id, next.GetGlyphMetrics().id);
+            const double nextDeviation = deviation + c->width / scale - (glyph.advance + kerning) * size;
+            const double least = std::max(lowest, (nextDeviation - c_tolerance * size) / (count + 1));
+            const double most = std::min(highest, (nextDeviation + c_tolerance * size) / (count + 1));
+            if (!(least <= most)) break;
+            lowest = least;
+            highest = most;
+            deviation = nextDeviation;
+            ++count;
+        }
+        auto last = c + 1;
+        if (!c->isSpace && last != end && last->isSpace) ++last;
+        return {last, count > 0 ? std::clamp(deviation / count, lowest, highest) : 0};
+    }
+
+    static void AddWords(pugi::xml_node text, const TextRun& run, double scale)
     {
         double pen = 0;
         for (auto first = run.first; first != run.last;) {
-            // The space goes with the word before it, so that text copied from the picture has it.
-            auto last = std::find_if(first, run.last, [](const Char& c) { return c.isSpace; });
-            const auto wordEnd = last;
-            if (last != run.last) ++last;
-            double width = 0;
-            double own = 0;
-            for (auto c = first; c != wordEnd; ++c) {
-                width += c->width / scale;
-                own += c->GetGlyphMetrics().advance * c->GetSize();
-            }
-            const auto count = wordEnd - first;
-            pugi::xml_node span = text.append_child("tspan");
-            const double spacing = count > 1 ? (width - own) / static_cast<double>(count) : 0;
-            if (std::all_of(first, wordEnd, [](const Char& c) { return c.GetGlyphMetrics().id != 0; })) {
+            const Piece piece = FindPiece(first, run.last, scale);
+            const std::string characters = MakeXmlText(GetRunText(first, piece.last));
+            if (!characters.empty()) {
+                pugi::xml_node span = text.append_child("tspan");
                 Set(span, "x", MakeNumber(pen, 4));
-                if (std::abs(spacing) > 1e-3) Set(span, "letter-spacing", MakeNumber(spacing, 4));
-            } else {
-                // Nobody knows the widths of the font that characters will be taken from: each has a place of its own.
-                Set(span, "x", MakePlaces(pen, first, wordEnd, scale));
+                if (std::abs(piece.spacing) > 1e-3) Set(span, "letter-spacing", MakeNumber(piece.spacing, 4));
+                // The characters are in the order of their places, and not of reading.
+                if (std::any_of(first, piece.last, IsRightToLeft))
+                    Set(span, "style", "direction:ltr;unicode-bidi:bidi-override");
+                span.text().set(characters.c_str());
             }
-            // The characters are in the order of their places, and not of reading.
-            if (std::any_of(first, wordEnd, IsRightToLeft))
-                Set(span, "style", "direction:ltr;unicode-bidi:bidi-override");
-            span.text().set(MakeXmlText(GetRunText(first, last)).c_str());
-            pen += width;
-            if (last != wordEnd) pen += wordEnd->width / scale;
-            first = last;
+            for (; first != piece.last; ++first)
+                pen += first->width / scale;
         }
-    }
-
-    static std::string MakePlaces(double pen, TextLineObject::Chars::const_iterator first,
-                                  TextLineObject::Chars::const_iterator last, double scale)
-    {
-        std::string places;
-        for (; first != last; ++first) {
-            if (!places.empty()) places += ' ';
-            AppendNumber(places, pen, 4);
-            pen += first->width / scale;
-        }
-        return places;
     }
 
     /// Of a script that is written from right to left.

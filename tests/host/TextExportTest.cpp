@@ -16,12 +16,14 @@ namespace {
 
 using Json = nlohmann::json;
 using Quillet::PdfBuilder;
+using testing::DoubleNear;
 using testing::HasSubstr;
+using testing::Pointwise;
 
 constexpr const char* c_sans = "NimbusSans-Regular";
 
 /// Every character is half an em wide. Code 1 is a control character, code 2 half of a surrogate pair, code 3 a
-/// character that is none, and code 4 has no character at all.
+/// character that is none, code 4 has no character at all, and code 5 one that the font lacks.
 std::string MakeFile(const std::string& content)
 {
     std::string font = "<< /Type /Font /Subtype /Type1 /BaseFont /NimbusSans-Regular /ToUnicode 6 0 R /FirstChar 0 "
@@ -33,9 +35,10 @@ std::string MakeFile(const std::string& content)
         content,
         {.resources = "/Font << /F 5 0 R /S 7 0 R >>",
          .objects = {font,
-                     PdfBuilder::MakeStream("1 begincodespacerange <00> <FF> endcodespacerange 4 beginbfchar <01> "
-                                            "<0007> <02> <D83D> <03> <FFFE> <04> <0000> endbfchar 1 beginbfrange <20> "
-                                            "<7E> <0020> endbfrange"),
+                     PdfBuilder::MakeStream(
+                         "1 begincodespacerange <00> <FF> endcodespacerange 5 beginbfchar <01> "
+                         "<0007> <02> <D83D> <03> <FFFE> <04> <0000> <05> <4E00> endbfchar 1 beginbfrange <20> "
+                         "<7E> <0020> endbfrange"),
                      "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica-Oblique >>"}});
 }
 
@@ -80,11 +83,14 @@ TEST_F(TextExportTest, WritesLinesAndTheirRunsAsJson)
         EXPECT_EQ(run["text"], texts[i]);
         EXPECT_EQ(run["font"], c_sans);
         EXPECT_EQ(run["size"], i == 2 ? 6 : 10);
-        EXPECT_EQ(run.value("horizontalScale", 1.0), i == 1 ? 0.5 : 1);
-        EXPECT_EQ(run.value("baselineShift", 0.0), i == 2 ? 3 : 0);
-        EXPECT_EQ(run.contains("stroke"), i == 1);
+        EXPECT_EQ(run["horizontalScale"], i == 1 ? 0.5 : 1);
+        EXPECT_EQ(run["baselineShift"], i == 2 ? 3 : 0);
+        EXPECT_EQ(run["stroke"].is_null(), i != 1);
         EXPECT_EQ(run["fill"] == line["runs"][0]["fill"], i == 0);
-        EXPECT_FALSE(run.contains("shear") || run.contains("underline") || run.contains("letterSpacing"));
+        EXPECT_TRUE(run["highlight"].is_null());
+        for (const char* key : {"shear", "letterSpacing", "kerning"})
+            EXPECT_EQ(run[key], 0) << key;
+        EXPECT_FALSE(run.contains("underline") || run.contains("strikeout"));
     }
 }
 
@@ -97,38 +103,53 @@ TEST_F(TextExportTest, WritesJsonThatIsUnicodeWhateverTheFontSays)
     EXPECT_EQ(Json::parse(Json(text).dump()), Json(text));
 }
 
-TEST_F(TextExportTest, PlacesEachWordInSvgWithTheWidthThatItHasOnThePage)
+TEST_F(TextExportTest, PlacesWordsInSvgWholeAndTheirLettersNearTheirPlaces)
 {
-    const auto nodes = ConvertToSvg("BT 10 80 Td /F 10 Tf (abc ii W) Tj ET");
-    ASSERT_EQ(nodes.size(), 1);
-    EXPECT_STREQ(nodes[0].attribute("transform").value(), "matrix(1 0 0 1 10 20)");
-    EXPECT_STREQ(nodes[0].attribute("font-size").value(), "10");
-    EXPECT_THAT(nodes[0].attribute("font-family").value(), HasSubstr("Nimbus Sans"));
     Kernel::Font font;
     font.SetPostscriptName(c_sans);
     const auto metrics = Renderer::FontMetrics::Make(font);
     const struct
     {
-        const char* text;
-        double x;
-        int letters;
-    } words[] = {{"abc ", 0, 3}, {"ii ", 20, 2}, {"W", 35, 1}};
-    const auto spans = nodes[0].children("tspan");
-    ASSERT_EQ(std::distance(spans.begin(), spans.end()), 3);
-    auto span = spans.begin();
-    for (const auto& word : words) {
-        EXPECT_STREQ(span->text().get(), word.text);
-        EXPECT_DOUBLE_EQ(span->attribute("x").as_double(-1), word.x);
-        double width = word.letters * span->attribute("letter-spacing").as_double();
-        for (int i = 0; i < word.letters; ++i)
-            width += metrics->GetGlyphMetrics(static_cast<unsigned char>(word.text[i])).advance * 10;
-        // A single letter is as wide as it is.
-        if (word.letters > 1) {
-            EXPECT_NEAR(width, word.letters * 5, 1e-3) << word.text;
-        } else {
-            EXPECT_TRUE(span->attribute("letter-spacing").empty());
+        const char* shown;
+        std::vector<std::string> pieces;
+        /// Of all letters, in points from the start of the line.
+        std::vector<double> places;
+    } rows[] = {
+        {"(abc no W) Tj", {"abc ", "no ", "W"}, {0, 5, 10, 20, 25, 35}},
+        // The font kerns these closer.
+        {"(AVAVA) Tj", {"AVAVA"}, {0, 5, 10, 15, 20}},
+        {"[(a) -150 (b) 150 (c)] TJ", {"ab", "c"}, {0, 6.5, 10}},
+        {"1 Tc (abc) Tj", {"abc"}, {0, 6, 12}},
+        // Nobody knows how wide the glyph of a character is that the font lacks.
+        {"(a\\005b) Tj", {"a", "\u4E00", "b"}, {0, 5, 10}},
+        // Code 1 has no character that XML can hold.
+        {"(a\\001b) Tj", {"a", "b"}, {0, 10}},
+    };
+    for (const auto& row : rows) {
+        const auto nodes = ConvertToSvg(std::string("BT 10 80 Td /F 10 Tf ") + row.shown + " ET");
+        ASSERT_EQ(nodes.size(), 1) << row.shown;
+        EXPECT_STREQ(nodes[0].attribute("transform").value(), "matrix(1 0 0 1 10 20)");
+        EXPECT_STREQ(nodes[0].attribute("font-size").value(), "10");
+        EXPECT_THAT(nodes[0].attribute("font-family").value(), HasSubstr("Nimbus Sans"));
+        std::vector<std::string> pieces;
+        std::vector<double> places;
+        for (const auto& span : nodes[0].children("tspan")) {
+            const std::string text = span.text().get();
+            pieces.push_back(text);
+            double pen = span.attribute("x").as_double(-1);
+            // What a renderer does, as far as the letters are of one byte.
+            for (std::size_t i = 0; i < text.size() && text[i] != ' '; ++i) {
+                places.push_back(pen);
+                if (static_cast<unsigned char>(text[i]) >= 0x80) break;
+                const auto glyph = metrics->GetGlyphMetrics(static_cast<unsigned char>(text[i]));
+                const int next =
+                    i + 1 < text.size() ? metrics->GetGlyphMetrics(static_cast<unsigned char>(text[i + 1])).id : 0;
+                pen += (glyph.advance + metrics->GetAutoKerning(glyph.id, next)) * 10 +
+                       span.attribute("letter-spacing").as_double();
+            }
         }
-        ++span;
+        EXPECT_EQ(pieces, row.pieces) << row.shown;
+        EXPECT_THAT(places, Pointwise(DoubleNear(0.51), row.places)) << row.shown;
     }
 }
 
