@@ -49,10 +49,12 @@ struct HbFontCloser
     void operator()(hb_font_t* font) const { hb_font_destroy(font); }
 };
 
-/// Text is shaped from glyphs that are chosen already: each stands for itself.
-hb_bool_t GetSameGlyph(hb_font_t*, void*, hb_codepoint_t unicode, hb_codepoint_t* glyph, void*)
+/// Glyphs are shaped as characters of a private plane, where none has a meaning of its own.
+constexpr hb_codepoint_t c_glyphPlane = 0xF0000;
+
+hb_bool_t GetGlyphOfPlane(hb_font_t*, void*, hb_codepoint_t unicode, hb_codepoint_t* glyph, void*)
 {
-    *glyph = unicode;
+    *glyph = unicode - c_glyphPlane;
     return 1;
 }
 
@@ -183,7 +185,7 @@ struct FontMetrics::Face
         hb_font_set_variations(whole, variations.data(), static_cast<unsigned>(variations.size()));
         shaper.reset(hb_font_create_sub_font(whole));
         hb_font_funcs_t* functions = hb_font_funcs_create();
-        hb_font_funcs_set_nominal_glyph_func(functions, GetSameGlyph, nullptr, nullptr);
+        hb_font_funcs_set_nominal_glyph_func(functions, GetGlyphOfPlane, nullptr, nullptr);
         hb_font_set_funcs(shaper.get(), functions, nullptr, nullptr);
         hb_font_funcs_destroy(functions);
         hb_font_destroy(whole);
@@ -242,8 +244,8 @@ struct FontMetrics::Face
         hb_buffer_set_direction(buffer, HB_DIRECTION_LTR);
         hb_buffer_set_script(buffer, HB_SCRIPT_LATIN);
         hb_buffer_set_content_type(buffer, HB_BUFFER_CONTENT_TYPE_UNICODE);
-        hb_buffer_add(buffer, static_cast<hb_codepoint_t>(left), 0);
-        hb_buffer_add(buffer, static_cast<hb_codepoint_t>(right), 1);
+        hb_buffer_add(buffer, c_glyphPlane + static_cast<hb_codepoint_t>(left), 0);
+        hb_buffer_add(buffer, c_glyphPlane + static_cast<hb_codepoint_t>(right), 1);
         hb_shape(shaper.get(), buffer, c_features.data(), c_features.size());
         unsigned count = 0;
         const hb_glyph_position_t* positions = hb_buffer_get_glyph_positions(buffer, &count);

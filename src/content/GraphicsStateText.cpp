@@ -57,6 +57,7 @@ void GraphicsState::AddAdvanceTo(Story::GlyphAtts& atts) const
 
 Kernel::Consolidated<Story::GlyphAtts> GraphicsState::MakeGlyphAtts(const Params& lineTransform) const
 {
+    Guard::Page::Spend(Limits::c_objectWork);
     Kernel::Counted<Story::GlyphAtts> atts = Story::GlyphAtts::GetDefault()->Clone();
     if (page && page->ref.document) atts->Set(Language, page->ref.document->languageId);
     if (font) font->AddTo(*atts);

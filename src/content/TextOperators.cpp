@@ -104,7 +104,7 @@ void OpNewLine::Execute(const ArgVec& args) const
         state.SetWordSpace(args.GetReal(0));
         state.SetCharSpace(args.GetReal(1));
     }
-    if (hasString) GetTextHandler().TextOut(args.GetStringBuf(spacingCount));
+    if (hasString) GetTextHandler().TextOut(args.GetStringBuf(args.count - 1));
 }
 
 } // namespace Quillet

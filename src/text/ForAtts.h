@@ -14,13 +14,16 @@ template <typename Change>
 void ForAtts(std::vector<Char>::iterator first, std::vector<Char>::iterator last, Change change)
 {
     using Atts = Kernel::Consolidated<Story::GlyphAtts>;
+    // More are not worth the search: equal results are found equal when they are interned.
+    constexpr std::size_t c_maxKnown = 5;
     std::vector<std::pair<Atts, Atts>> known;
-    known.reserve(5);
+    known.reserve(c_maxKnown);
     for (; first != last; ++first) {
         const auto pair = std::ranges::find(known, first->atts, &std::pair<Atts, Atts>::first);
         if (pair == known.end()) {
             Kernel::Counted<Story::GlyphAtts> clone = first->atts->Clone();
             change(*clone);
+            if (known.size() == c_maxKnown) known.pop_back();
             known.insert(known.begin(), {first->atts, Kernel::ConsolidateObjectSacrifice(std::move(clone))});
         } else {
             std::rotate(known.begin(), pair, pair + 1);

@@ -1,9 +1,17 @@
 #include "text/FrequencyMap.h"
 
+#include "document/Guard.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace Quillet {
+
+namespace {
+
+constexpr std::ptrdiff_t c_movedBucketsPerWork = 64;
+
+} // namespace
 
 double FrequencyMap::Round(double value) const
 {
@@ -19,14 +27,18 @@ FrequencyMap::Buckets::const_iterator FrequencyMap::Find(double rounded) const
 void FrequencyMap::Add(double value)
 {
     const double rounded = Round(value);
+    // What is no number is in no order.
+    if (std::isnan(rounded)) return;
     const auto place = buckets.begin() + (Find(rounded) - buckets.cbegin());
-    ++total;
     if (place != buckets.end() && place->rounded == rounded) {
         place->sum += value;
         ++place->count;
     } else {
+        // A new bucket moves those above it.
+        if (!Guard::Page::Spend((buckets.end() - place) / c_movedBucketsPerWork)) return;
         buckets.insert(place, {rounded, value, 1});
     }
+    ++total;
 }
 
 FrequencyMap::Buckets::const_iterator FrequencyMap::GetBest() const

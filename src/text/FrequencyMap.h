@@ -21,6 +21,7 @@ public:
 
     explicit FrequencyMap(double bucketStep) : step(bucketStep) {}
 
+    /// Without effect for what is no number.
     void Add(double value);
     /// The bucket with the most numbers; of several, the one nearest to 0. The first position of a map with none.
     Buckets::const_iterator GetBest() const;

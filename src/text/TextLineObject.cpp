@@ -1,6 +1,8 @@
 #include <Quillet/TextLineObject.h>
 
 #include "content/GraphicsState.h"
+#include "document/Guard.h"
+#include "document/Limits.h"
 #include "fonts/Font.h"
 #include "text/ForAtts.h"
 
@@ -27,6 +29,7 @@ constexpr double c_maxSizeRatio = 3;
 constexpr double c_sameBaseline = 1;
 constexpr double c_sameSize = 1;
 constexpr double c_absorbedWidth = -1e-5;
+constexpr double c_noise = 1e-9;
 constexpr double c_thinSpace = 1;
 
 } // namespace
@@ -121,7 +124,9 @@ void TextLineObject::MoveTo(const Point& point, GraphicsState& state)
         return;
     }
     state.SetAdvance(position.y - point.y);
-    AddSpaceAtEnd(point.x - (position.x + width));
+    // A pen that was worked back from the line's end returns with noise, which is no gap.
+    const double gap = point.x - (position.x + width);
+    if (!(std::abs(gap) <= c_noise)) AddSpaceAtEnd(gap);
 }
 
 void TextLineObject::Kern(double amount)
@@ -275,6 +280,10 @@ void TextLineObject::AppendOutlinesTo(Geometry::PolyCurveDbl& target) const
         const int glyph = c.GetGlyphMetrics().id;
         if (const auto outline = c.isSpace ? nullptr : c.atts->GetFontMetrics()->GetOutline(glyph)) {
             const double baseline = pen.y + c.atts->Get(BaselineShift);
+            long long nodeCount = 0;
+            for (const auto& curve : *outline)
+                nodeCount += static_cast<long long>(curve->nodes.size());
+            if (!Guard::Page::Spend(Limits::c_segmentWork * nodeCount)) return;
             const auto placed = outline->Clone();
             placed->Transform(transform * c.atts->GetGlyphTransform({pen.x, baseline}));
             for (const auto& curve : *placed)

@@ -94,6 +94,11 @@ TEST(FontMetrics, KernsPairs)
         EXPECT_EQ(GetKerning(*metrics, U'\u4E00', 'A'), 0) << font;
     }
     EXPECT_EQ(GetKerning(*MakeMetrics("NimbusMonoPS-Regular"), 'A', 'V'), 0);
+    // Numbers of glyphs are no characters, though many would be ones without a width, or marks.
+    const Metrics metrics = MakeMetrics("DejaVuSans");
+    const int next = metrics->GetGlyphMetrics(U'x').id;
+    for (int id = 0; id < 1200; ++id)
+        EXPECT_LT(std::abs(metrics->GetAutoKerning(id, next)), 0.4) << id;
 }
 
 /// Cubic outlines as well as quadratic ones.

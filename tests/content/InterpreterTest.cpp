@@ -28,7 +28,7 @@ TEST(InterpreterTest, ReportsWrongPlacesAndOperandCounts)
         {"BT q Q ET", 2},
         {"BT 5 Tj ET", 1},
         {"BT [(a) /b 3] TJ ET", 1},
-        {"BT 1 T* (a) 2 ' ET", 2},
+        {"BT 1 T* (a) 2 ' ET", 3},
         {"1 m n", 2},
         // At page level: the place, the missing path, and the place of the painting operator.
         {"1 1 l n", 3},

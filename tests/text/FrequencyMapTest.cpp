@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <vector>
 
 namespace Quillet::Test {
@@ -47,6 +48,15 @@ TEST(FrequencyMapTest, FindsTheMostFrequentValueAndOfEqualsTheOneNearestToZero)
         EXPECT_EQ(map.GetMaxValue(), row.max) << testing::PrintToString(row.values);
         EXPECT_EQ(map.total, static_cast<int>(row.values.size()));
     }
+}
+
+TEST(FrequencyMapTest, PassesOverWhatIsNoNumber)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const FrequencyMap map = MakeMap(1, {2, nan, 1, nan, 3, 1});
+    EXPECT_EQ(map.buckets.size(), 3U);
+    EXPECT_EQ(map.total, 4);
+    EXPECT_EQ(map.GetBestRounded(), 1);
 }
 
 TEST(FrequencyMapTest, CountsWhatIsAtOrAboveAValueAndWhatIsNear)

@@ -2,6 +2,8 @@
 
 #include "TextOf.h"
 #include "content/ContentRun.h"
+#include "document/Guard.h"
+#include "document/Limits.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -210,15 +212,49 @@ TEST(TextHandlerTest, PutsGlyphsWhereTheMatricesSay)
 
 TEST(TextHandlerTest, SurvivesMatricesThatNoTextFits)
 {
-    for (const char* content : {"0 0 0 0 0 0 Tm", "1 1 1 1 0 0 Tm", "0 0 0 1 5 5 Tm", "1 0 0 0 5 5 Tm", "/F 0 Tf",
-                                "0 Tz", "1e300 0 0 1e300 0 0 Tm", "1 0 0 1 1e308 1e308 Tm 1e308 0 Td", "1e308 Tc",
-                                "1e38 Ts", "/F 1e300 Tf", "-1e308 Tw 1e308 Tc"}) {
-        const TextRun text(std::string("BT /F 10 Tf ") + content + " (a b) Tj [(c) -1e300 (d)] TJ q Q (e) Tj ET " +
+    // Numbers have no exponents: what is larger than an integer takes products of matrices.
+    const std::string large = "9000000000000000000";
+    const auto scale = [&large](int times) {
+        std::string content;
+        for (int i = 0; i < times; ++i)
+            content += large + " 0 0 " + large + " 0 0 cm ";
+        return content;
+    };
+    for (const std::string& content :
+         {std::string("0 0 0 0 0 0 Tm"), std::string("1 1 1 1 0 0 Tm"), std::string("0 0 0 1 5 5 Tm"),
+          std::string("1 0 0 0 5 5 Tm"), std::string("/F 0 Tf"), std::string("0 Tz"),
+          large + " 0 0 " + large + " 0 0 Tm", "1 0 0 1 " + large + " " + large + " Tm " + large + " 0 Td",
+          large + " Tc", large + " Ts", "/F " + large + " Tf", "-" + large + " Tw " + large + " Tc", scale(1), scale(8),
+          scale(16), scale(17), scale(16) + "1 0 0 1 " + large + " " + large + " cm",
+          scale(16) + large + " Ts 0 " + large + " Td"}) {
+        const TextRun text("q BT /F 10 Tf " + content + " (a b) Tj [(c) -" + large + " (d)] TJ q Q (e) Tj ET Q " +
                            "BT /F 10 Tf 100 Tz 0 Tc 0 Tw 0 Ts (end) Tj ET");
         ASSERT_FALSE(text.lines.empty()) << content;
         EXPECT_EQ(text.lines.back()->GetText(), "end") << content;
         text.run.root->UpdateBBoxes();
     }
+}
+
+TEST(TextHandlerTest, NoiseInThePenMakesNoGap)
+{
+    // The letters are drawn narrower than they are set, and a kern would make a space of less.
+    for (const char* between : {"", "12 TL", "1 g", "1 Tr"}) {
+        const std::string show = std::string(between) + " (i) Tj ";
+        for (const char* matrix : {"1 0 0 1 0 0", ".7 .3 -.3 .7 10 10", "0.1 0 0 0.1 3 7", ".24 0 0 .24 0 0"}) {
+            const TextRun text(std::string(matrix) + " cm BT /F 10 Tf 10.1 80.3 Td " + show + show + "0 g 0 Tr" + show +
+                               show + show + "ET");
+            ASSERT_EQ(text.lines.size(), 1) << matrix << ' ' << between;
+            EXPECT_EQ(text.lines[0]->GetText(), "iiiii") << matrix << ' ' << between;
+        }
+    }
+}
+
+TEST(TextHandlerTest, ClipsAreCutWhereThePageHasUsedUpItsWork)
+{
+    const Guard::Page budget;
+    EXPECT_TRUE(Guard::Page::Spend(Limits::c_maxPageWork - 3000));
+    const TextRun text("BT /F 10 Tf 7 Tr (@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@) Tj ET 0 0 50 50 re f");
+    EXPECT_TRUE(Guard::Page::IsSpent());
 }
 
 double GetAlpha(const Char& c, Story::GlyphAtt::Object paint)
