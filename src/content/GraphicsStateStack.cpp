@@ -92,6 +92,8 @@ void GraphicsStateStack::RestoreForXObject()
         while (!states.empty() && GetTop().xObjectDepth > xObjectDepth)
             Pop();
     }
+    // Text that the form has left open clips nothing outside of it.
+    textHandler->clipOutline.curves.clear();
     currentCategory = OperatorCategory::Page;
 }
 

@@ -28,10 +28,13 @@ class TextRun
 {
 public:
     explicit TextRun(const std::string& content)
-        : run(content, {.resources = std::string("/Font << /F 5 0 R >> /ExtGState << ") + c_states + " >>",
+        : run(content, {.resources = std::string("/Font << /F 5 0 R >> /XObject << /Open 7 0 R >> /ExtGState << ") +
+                                     c_states + " >>",
                         .objects = {MakeFont(c_sans),
                                     PdfBuilder::MakeStream("0 0 50 50 re f", "/Type /XObject /Subtype /Form /BBox [0 0 "
-                                                                             "50 50] /Group << /S /Transparency >>")}}),
+                                                                             "50 50] /Group << /S /Transparency >>"),
+                                    PdfBuilder::MakeStream("BT /F 10 Tf 7 Tr 10 10 Td (ab) Tj",
+                                                           "/Type /XObject /Subtype /Form /BBox [0 0 200 200]")}}),
           lines(GetLines(*run.root))
     {}
 
@@ -212,25 +215,37 @@ TEST(TextHandlerTest, PutsGlyphsWhereTheMatricesSay)
 
 TEST(TextHandlerTest, SurvivesMatricesThatNoTextFits)
 {
-    // Numbers have no exponents: what is larger than an integer takes products of matrices.
-    const std::string large = "9000000000000000000";
-    const auto scale = [&large](int times) {
-        std::string content;
-        for (int i = 0; i < times; ++i)
-            content += large + " 0 0 " + large + " 0 0 cm ";
-        return content;
-    };
-    for (const std::string& content :
-         {std::string("0 0 0 0 0 0 Tm"), std::string("1 1 1 1 0 0 Tm"), std::string("0 0 0 1 5 5 Tm"),
-          std::string("1 0 0 0 5 5 Tm"), std::string("/F 0 Tf"), std::string("0 Tz"),
-          large + " 0 0 " + large + " 0 0 Tm", "1 0 0 1 " + large + " " + large + " Tm " + large + " 0 Td",
-          large + " Tc", large + " Ts", "/F " + large + " Tf", "-" + large + " Tw " + large + " Tc", scale(1), scale(8),
-          scale(16), scale(17), scale(16) + "1 0 0 1 " + large + " " + large + " cm",
-          scale(16) + large + " Ts 0 " + large + " Td"}) {
-        const TextRun text("q BT /F 10 Tf " + content + " (a b) Tj [(c) -" + large + " (d)] TJ q Q (e) Tj ET Q " +
-                           "BT /F 10 Tf 100 Tz 0 Tc 0 Tw 0 Ts (end) Tj ET");
-        ASSERT_FALSE(text.lines.empty()) << content;
-        EXPECT_EQ(text.lines.back()->GetText(), "end") << content;
+    // "#" is a large number. Numbers have no exponents: what is larger than an integer takes products of matrices.
+    const std::pair<int, const char*> rows[] = {{0, "0 0 0 0 0 0 Tm"},
+                                                {0, "1 1 1 1 0 0 Tm"},
+                                                {0, "0 0 0 1 5 5 Tm"},
+                                                {0, "1 0 0 0 5 5 Tm"},
+                                                {0, "/F 0 Tf"},
+                                                {0, "0 Tz"},
+                                                {0, "# 0 0 # 0 0 Tm"},
+                                                {0, "1 0 0 1 # # Tm # 0 Td"},
+                                                {0, "# Tc"},
+                                                {0, "# Ts"},
+                                                {0, "/F # Tf"},
+                                                {0, "-# Tw # Tc"},
+                                                {1, ""},
+                                                {8, ""},
+                                                {16, ""},
+                                                {17, ""},
+                                                {16, "1 0 0 1 # # cm"},
+                                                {16, "# Ts 0 # Td"},
+                                                {17, "-# Tc [-# -#] TJ"}};
+    for (const auto& [scales, state] : rows) {
+        std::string content = "q BT /F 10 Tf ";
+        for (int i = 0; i < scales; ++i)
+            content += "# 0 0 # 0 0 cm ";
+        content.append(state).append(" (a b) Tj [(c) -# (d)] TJ q Q (e) Tj ET Q ");
+        content += "BT /F 10 Tf 100 Tz 0 Tc 0 Tw 0 Ts (end) Tj ET";
+        for (auto place = content.find('#'); place != content.npos; place = content.find('#'))
+            content.replace(place, 1, "9000000000000000000");
+        const TextRun text(content);
+        ASSERT_FALSE(text.lines.empty()) << scales << state;
+        EXPECT_EQ(text.lines.back()->GetText(), "end") << scales << state;
         text.run.root->UpdateBBoxes();
     }
 }
@@ -239,14 +254,24 @@ TEST(TextHandlerTest, NoiseInThePenMakesNoGap)
 {
     // The letters are drawn narrower than they are set, and a kern would make a space of less.
     for (const char* between : {"", "12 TL", "1 g", "1 Tr"}) {
-        const std::string show = std::string(between) + " (i) Tj ";
         for (const char* matrix : {"1 0 0 1 0 0", ".7 .3 -.3 .7 10 10", "0.1 0 0 0.1 3 7", ".24 0 0 .24 0 0"}) {
-            const TextRun text(std::string(matrix) + " cm BT /F 10 Tf 10.1 80.3 Td " + show + show + "0 g 0 Tr" + show +
-                               show + show + "ET");
-            ASSERT_EQ(text.lines.size(), 1) << matrix << ' ' << between;
-            EXPECT_EQ(text.lines[0]->GetText(), "iiiii") << matrix << ' ' << between;
+            std::string content = matrix;
+            content += " cm BT /F 10 Tf 10.1 80.3 Td ";
+            for (int i = 0; i < 5; ++i)
+                content.append(i == 2 ? "0 g 0 Tr" : between).append(" (i) Tj ");
+            const TextRun text(content + "ET");
+            ASSERT_EQ(text.lines.size(), 1) << content;
+            EXPECT_EQ(text.lines[0]->GetText(), "iiiii") << content;
         }
     }
+}
+
+TEST(TextHandlerTest, ClipsThatAFormLeavesOpenEndWithIt)
+{
+    const TextRun text("/Open Do BT /F 10 Tf (x) Tj ET 0 0 50 50 re f");
+    ASSERT_EQ(text.run.GetCount(), 3);
+    EXPECT_FALSE(text.run.GetGroup(2));
+    EXPECT_EQ(text.Print(), "x 0,100 5");
 }
 
 TEST(TextHandlerTest, ClipsAreCutWhereThePageHasUsedUpItsWork)
