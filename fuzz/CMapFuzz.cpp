@@ -2,7 +2,6 @@
 /// the text as well.
 
 #include "document/Guard.h"
-#include "document/Limits.h"
 #include "document/MemorySource.h"
 #include "fonts/CMapInterpreter.h"
 
@@ -45,8 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::size_t zero = input.find('\0');
     const std::string program = input.substr(0, zero);
     const std::string text = zero == std::string::npos ? input : input.substr(zero + 1);
-    const Guard::Page budget;
-    Guard::Page::Spend(Limits::c_maxPageWork - c_work);
+    const Guard::Page budget(c_work);
     try {
         const CMapInterpreter interpreter(Kernel::MakeCounted<MemorySource>(program.data(), program.size()));
         Decode(*interpreter.encoding, {text.begin(), text.end()});

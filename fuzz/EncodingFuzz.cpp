@@ -3,7 +3,6 @@
 /// byte.
 
 #include "document/Guard.h"
-#include "document/Limits.h"
 #include "fonts/Font.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
@@ -53,8 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     TestDocument document(MakeFile(std::string(reinterpret_cast<const char*>(data), size)));
     if (!document.isOpen) return 0;
-    const Guard::Page budget;
-    Guard::Page::Spend(Limits::c_maxPageWork - c_work);
+    const Guard::Page budget(c_work);
     try {
         if (const auto font = Font::Make(document.GetRef(5), "F")) {
             font->IsAvailable();

@@ -5,7 +5,6 @@
 #include "colour/DeviceRgbColourSpace.h"
 #include "colour/Function.h"
 #include "document/Guard.h"
-#include "document/Limits.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
 
@@ -44,8 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     TestDocument document(MakeFile(std::string(reinterpret_cast<const char*>(data), size)));
     if (!document.isOpen) return 0;
-    const Guard::Page budget;
-    Guard::Page::Spend(Limits::c_maxPageWork - c_work);
+    const Guard::Page budget(c_work);
     for (const int number : {5, 8}) {
         const auto function = Function::Make(document.GetRef(number));
         const std::vector<double> in{0.5, -0.25, 1, 0, 2, 0.125, 0.75, 1};

@@ -5,7 +5,6 @@
 #include "support/TestDocument.h"
 
 #include "document/Guard.h"
-#include "document/Limits.h"
 
 #include <Quillet/GroupObject.h>
 
@@ -58,8 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     TestDocument document(zero == std::string::npos ? MakeFile(c_resources, input)
                                                     : MakeFile(input.substr(0, zero), input.substr(zero + 1)));
     if (!document.isOpen) return 0;
-    const Guard::Page budget;
-    Guard::Page::Spend(Limits::c_maxPageWork - c_pageWork);
+    const Guard::Page budget(c_pageWork);
     if (const auto root = document.Build()) root->UpdateBBoxes();
     return 0;
 }

@@ -5,7 +5,6 @@
 #include "support/TestDocument.h"
 
 #include "document/Guard.h"
-#include "document/Limits.h"
 
 #include <Quillet/GroupObject.h>
 #include <Quillet/TextLineObject.h>
@@ -78,8 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     TestDocument document(MakeFile(std::string(reinterpret_cast<const char*>(data), size)));
     if (!document.isOpen) return 0;
-    const Guard::Page budget;
-    Guard::Page::Spend(Limits::c_maxPageWork - c_pageWork);
+    const Guard::Page budget(c_pageWork);
     const auto root = document.Build();
     if (!root) return 0;
     root->UpdateBBoxes();

@@ -9,6 +9,7 @@
 #include <Quillet/PathObject.h>
 #include <Quillet/TextLineObject.h>
 
+#include <Kernel/CharTraits.h>
 #include <Renderer/Colour.h>
 
 #include <pugixml.hpp>
@@ -36,40 +37,24 @@ std::string MakeNumber(double value, int decimals = 6)
     return text;
 }
 
-/// The bytes of the character at a place in UTF-8 text, and its code; no bytes for what is no UTF-8.
-std::pair<std::size_t, char32_t> ReadCharacter(std::string_view text)
-{
-    const auto lead = static_cast<unsigned char>(text.front());
-    const std::size_t size = lead < 0x80   ? 1
-                             : lead < 0xC0 ? 0
-                             : lead < 0xE0 ? 2
-                             : lead < 0xF0 ? 3
-                             : lead < 0xF8 ? 4
-                                           : 0;
-    if (size < 2 || size > text.size()) return {size == 1, lead};
-    char32_t code = lead & (0x7Fu >> size);
-    for (const char next : text.substr(1, size - 1)) {
-        if ((next & 0xC0) != 0x80) return {0, 0};
-        code = code << 6 | (static_cast<unsigned char>(next) & 0x3F);
-    }
-    static constexpr char32_t c_smallest[] = {0, 0, 0x80, 0x800, 0x10000};
-    return {code >= c_smallest[size] ? size : 0, code};
-}
-
 /// What XML can hold (XML 1.0, 2.2).
 bool IsXmlCharacter(char32_t code)
 {
     const bool isControl = code < 0x20 && code != '\t' && code != '\n' && code != '\r';
-    return !isControl && (code < 0xD800 || (code >= 0xE000 && code < 0xFFFE) || (code > 0xFFFF && code < 0x110000));
+    return !isControl && code != 0xFFFE && code != 0xFFFF && Kernel::CharTraits::IsScalarValue(code);
 }
 
+/// The characters of a text that XML can hold.
 std::string MakeXmlText(std::string_view text)
 {
     std::string clean;
-    while (!text.empty()) {
-        const auto [size, code] = ReadCharacter(text);
-        if (size > 0 && IsXmlCharacter(code)) clean += text.substr(0, size);
-        text.remove_prefix(std::max<std::size_t>(size, 1));
+    for (std::size_t end = 0; end < text.size();) {
+        const std::size_t start = end;
+        const char32_t code = Kernel::CharTraits::DecodeCodePoint(text, end);
+        const std::string_view bytes = text.substr(start, end - start);
+        // Bytes that are no UTF-8 decode to the replacement character.
+        const bool isBroken = code == Kernel::CharTraits::c_replacement && bytes != "\uFFFD";
+        if (!isBroken && IsXmlCharacter(code)) clean += bytes;
     }
     return clean;
 }

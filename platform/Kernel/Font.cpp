@@ -2,6 +2,7 @@
 
 #include <Kernel/FontCache.h>
 #include <Kernel/NumberText.h>
+#include <Kernel/ToLowerCase.h>
 
 #include <algorithm>
 #include <cmath>
@@ -57,9 +58,7 @@ const char* GetGenericFamily(const Font& font)
     if (font.panose.GetKind() == Panose::LatinScript) return "cursive";
     if (font.panose.GetKind() == Panose::LatinText && font.panose.digits[1] != 0)
         return font.panose.digits[1] < c_firstSansSerif ? "serif" : "sans-serif";
-    std::string name = font.postscriptName.empty() ? font.family : font.postscriptName;
-    for (char& c : name)
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    const std::string name = ToLowerCase(font.postscriptName.empty() ? font.family : font.postscriptName);
     if (name.find("sans") != name.npos) return "sans-serif";
     for (const char* word :
          {"serif", "times", "roman", "garamond", "minion", "caslon", "century", "bookman", "palatino", "georgia",

@@ -1,5 +1,7 @@
 #include <Kernel/FontCache.h>
 
+#include <Kernel/ToLowerCase.h>
+
 #include <algorithm>
 #include <atomic>
 #include <cmath>
@@ -162,11 +164,8 @@ void FontCache::Add(FontFace face)
 
 std::string FontCache::Fold(std::string_view name)
 {
-    std::string folded;
-    for (const char c : name) {
-        if (c == ' ' || c == '-') continue;
-        folded += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    }
+    std::string folded = ToLowerCase(std::string(name));
+    std::erase_if(folded, [](char c) { return c == ' ' || c == '-'; });
     return folded;
 }
 

@@ -39,7 +39,8 @@ public:
     /// Null if no font has that PostScript name.
     const FontFamily* FindFontFamilyByPostscriptName(const std::string& name) const;
     const FontFace* FindByPostscriptName(const std::string& name) const;
-    /// Letter case, blanks and hyphens do not count.
+    /// What counts of a family's name: without letter case, blanks and hyphens.
+    static std::string Fold(std::string_view name);
     const FontFamily* FindFamily(const std::string& name) const;
     /// The face of `family` that comes nearest in weight, width and slant.
     static const FontFace* FindInFamily(const FontFamily& family, const Font& style);
@@ -57,7 +58,6 @@ private:
 
     struct Configuration;
     void Add(FontFace face);
-    static std::string Fold(std::string_view name);
 
     std::unique_ptr<Configuration> configuration;
     std::vector<std::unique_ptr<FontFace>> faces;

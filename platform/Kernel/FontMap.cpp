@@ -9,7 +9,7 @@ namespace Kernel {
 
 namespace {
 
-/// Families by the stems of their PostScript names, in lower case and without hyphens and blanks.
+/// Families by the stems of their PostScript names, folded.
 struct KnownFamily
 {
     std::string_view stem;
@@ -91,10 +91,7 @@ const KnownFamily* FindKnown(std::string_view stem)
 /// suffixes, and then style words until a family is known, since "Times New Roman" is one.
 const KnownFamily* FindFamily(std::string_view name)
 {
-    std::string stem;
-    for (const char c : name.substr(0, name.find_first_of(",-"))) {
-        if (c != ' ') stem += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    }
+    std::string stem = FontCache::Fold(name.substr(0, name.find_first_of(",-")));
     const auto cut = [&stem](std::string_view suffix) {
         const bool isCut = stem.size() > suffix.size() && stem.ends_with(suffix);
         if (isCut) stem.resize(stem.size() - suffix.size());

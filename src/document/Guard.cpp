@@ -21,11 +21,13 @@ Descent::~Descent()
     --t_depth;
 }
 
-Page::Page() : isOutermost(!t_isPageOpen)
+Page::Page() : Page(Limits::c_maxPageWork) {}
+
+Page::Page(long long work) : isOutermost(!t_isPageOpen)
 {
     if (!isOutermost) return;
     t_isPageOpen = true;
-    t_remainingWork = Limits::c_maxPageWork;
+    t_remainingWork = work;
 }
 
 Page::~Page()

@@ -32,7 +32,9 @@ private:
 class QUILLET_API Page
 {
 public:
+    /// With the work of a real page.
     Page();
+    explicit Page(long long work);
     ~Page();
     Page(const Page&) = delete;
     Page& operator=(const Page&) = delete;

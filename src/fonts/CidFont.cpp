@@ -5,6 +5,7 @@
 #include "document/Limits.h"
 #include "filters/Stream.h"
 #include "fonts/FontEncodingFactory.h"
+#include "fonts/MapBytes.h"
 #include <Quillet/Char.h>
 
 #include <algorithm>
@@ -94,9 +95,8 @@ void CidFont::ReadMetrics(Dictionary& dictionary)
 
 std::size_t CidFont::GetDispensableBytes() const
 {
-    constexpr std::size_t c_nodeBytes = sizeof(decltype(widths)::value_type) + 4 * sizeof(void*);
     // What the machine's font says is shared, but not what an embedded table makes of it.
-    return sizeof *this + widths.size() * c_nodeBytes + (encoding ? encoding->GetDispensableBytes() : 0);
+    return sizeof *this + GetMapBytes(widths) + (encoding ? encoding->GetDispensableBytes() : 0);
 }
 
 double CidFont::GetBaseWidth(int cid) const

@@ -2,6 +2,7 @@
 
 #include "document/Guard.h"
 #include "document/Limits.h"
+#include "fonts/MapBytes.h"
 
 #include <algorithm>
 #include <iterator>
@@ -100,9 +101,7 @@ CodeSequence FontEncoding::GetMappedSequenceSlow(int code) const
 
 std::size_t FontEncoding::GetDispensableBytes() const
 {
-    // A node of a map has three pointers and a colour besides.
-    constexpr std::size_t c_nodeBytes = sizeof(decltype(mapRanges)::value_type) + 4 * sizeof(void*);
-    return sizeof *this + mapRanges.size() * c_nodeBytes + codeSpaceRanges.size() * sizeof(CodeSpaceRange);
+    return sizeof *this + GetMapBytes(mapRanges) + codeSpaceRanges.size() * sizeof(CodeSpaceRange);
 }
 
 bool FontEncoding::ContainsMappingFor(int code) const

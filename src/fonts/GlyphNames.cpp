@@ -2,18 +2,17 @@
 
 #include "fonts/FontTables.h"
 
+#include <Kernel/CharTraits.h>
+
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <optional>
 #include <span>
 
 namespace Quillet {
 
 namespace {
-
-bool IsValid(unsigned long value)
-{
-    return value != 0 && (value < 0xD800 || (value >= 0xE000 && value <= 0x10FFFF));
-}
 
 std::optional<char32_t> Find(std::span<const GlyphListEntry> list, std::string_view name)
 {
@@ -24,36 +23,13 @@ std::optional<char32_t> Find(std::span<const GlyphListEntry> list, std::string_v
     return found->character;
 }
 
-int GetDigit(char c, int base)
+/// The number that a text begins with.
+bool AddNumber(std::string_view text, int base, CodeSequence& out)
 {
-    const int value = c >= '0' && c <= '9'   ? c - '0'
-                      : c >= 'a' && c <= 'f' ? c - 'a' + 10
-                      : c >= 'A' && c <= 'F' ? c - 'A' + 10
-                                             : 99;
-    return value < base ? value : -1;
-}
-
-/// The number that a text begins with, of at most `maxDigits`; nothing for a text that begins with none. Too large a
-/// number for a character stays one.
-std::optional<unsigned long> ReadNumber(std::string_view text, int base, std::size_t maxDigits)
-{
-    constexpr unsigned long c_tooLarge = 0x1000000;
-    unsigned long value = 0;
-    std::size_t count = 0;
-    for (; count < std::min(text.size(), maxDigits); ++count) {
-        const int digit = GetDigit(text[count], base);
-        if (digit < 0) break;
-        value = std::min(value * static_cast<unsigned long>(base) + static_cast<unsigned long>(digit), c_tooLarge);
-    }
-    if (count == 0) return std::nullopt;
-    return value;
-}
-
-bool AddNumber(std::string_view text, int base, std::size_t maxDigits, CodeSequence& out)
-{
-    const auto value = ReadNumber(text, base, maxDigits);
-    if (!value || !IsValid(*value)) return false;
-    out.Add(static_cast<char32_t>(*value));
+    std::uint32_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, base);
+    if (error != std::errc() || value == 0 || !Kernel::CharTraits::IsScalarValue(value)) return false;
+    out.Add(value);
     return true;
 }
 
@@ -68,11 +44,11 @@ void AddComponent(std::string_view name, bool isZapfDingbats, CodeSequence& out)
     }
     if (name.starts_with("uni") && name.size() % 4 == 3 && name.size() > 3) {
         for (std::size_t i = 3; i < name.size(); i += 4)
-            AddNumber(name.substr(i, 4), 16, 4, out);
+            AddNumber(name.substr(i, 4), 16, out);
         return;
     }
-    if (name.starts_with("u") && AddNumber(name.substr(1), 16, 6, out)) return;
-    if (name.starts_with("MT")) AddNumber(name.substr(2), 10, name.size(), out);
+    if (name.starts_with("u") && AddNumber(name.substr(1, 6), 16, out)) return;
+    if (name.starts_with("MT")) AddNumber(name.substr(2), 10, out);
 }
 
 } // namespace

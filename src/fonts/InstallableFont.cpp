@@ -6,6 +6,7 @@
 
 #include <Kernel/FontCache.h>
 #include <Kernel/HashAccumulator.h>
+#include <Kernel/ToLowerCase.h>
 #include <Story/GlyphAtts.h>
 
 #include <algorithm>
@@ -49,13 +50,6 @@ const StyleWord c_styleWords[] = {
     {{"condensed", "cond", "cn"}, 0, false, Kernel::FontWidth::Condensed},
     {{"narrow"}, 0, false, Kernel::FontWidth::Condensed},
 };
-
-std::string ToLowerCase(std::string text)
-{
-    std::ranges::transform(text, text.begin(),
-                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-    return text;
-}
 
 } // namespace
 
@@ -181,7 +175,7 @@ void InstallableFont::GuessStyle(const Kernel::FontMap* fontMap)
 
 void InstallableFont::GuessStyleFrom(std::string name)
 {
-    name = ToLowerCase(std::move(name));
+    name = Kernel::ToLowerCase(std::move(name));
     for (std::size_t length = name.size() + 1; name.size() < length;) {
         length = name.size();
         for (const StyleWord& word : c_styleWords) {

@@ -8,6 +8,7 @@
 #include "fonts/FontEncodingFactory.h"
 #include "fonts/FontTables.h"
 #include "fonts/GlyphNames.h"
+#include "fonts/MapBytes.h"
 #include <Quillet/Char.h>
 
 #include <Renderer/FontMetrics.h>
@@ -150,9 +151,7 @@ CodeSequence SimpleFont::DecodeChar(int code) const
 
 std::size_t SimpleFont::GetDispensableBytes() const
 {
-    constexpr std::size_t c_bytesPerName = 128;
-    const std::size_t names = differences ? differences->names.size() : 0;
-    return sizeof *this + widths.size() * sizeof(double) + names * c_bytesPerName +
+    return sizeof *this + widths.size() * sizeof(double) + (differences ? GetMapBytes(differences->names) : 0) +
            (toUnicode ? toUnicode->GetDispensableBytes() : 0);
 }
 

@@ -1,5 +1,6 @@
 #include <pixels/InstalledProfiles.h>
 
+#include <Kernel/ToLowerCase.h>
 #include <pixels/ProfileDescription.h>
 
 #include <lcms2.h>
@@ -22,9 +23,7 @@ constexpr std::size_t c_maxFileCount = 4096;
 bool IsProfileFile(const fs::directory_entry& entry)
 {
     std::error_code error;
-    std::string extension = entry.path().extension().string();
-    std::ranges::transform(extension, extension.begin(),
-                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    const std::string extension = Kernel::ToLowerCase(entry.path().extension().string());
     return (extension == ".icc" || extension == ".icm") && entry.is_regular_file(error) &&
            entry.file_size(error) <= c_maxFileSize;
 }

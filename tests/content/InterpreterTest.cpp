@@ -77,8 +77,7 @@ TEST(InterpreterTest, StopsBeforeTheOperatorAfterAnAbort)
 
 TEST(InterpreterTest, StopsWithAReportWhenThePageHasUsedItsBudget)
 {
-    const Guard::Page budget;
-    Guard::Page::Spend(Limits::c_maxPageWork - 10 * Limits::c_objectWork);
+    const Guard::Page budget(10 * Limits::c_objectWork);
     std::string content;
     for (int i = 0; i < 50; ++i)
         content += "0 0 5 5 re f ";
