@@ -38,29 +38,6 @@ TEST(FontMetrics, NimbusSansMeasuresLikeHelvetica)
     }
 }
 
-/// The box of a letter, y downward: where its ink must be, and what it must not leave.
-TEST(FontMetrics, BoxesHoldTheInk)
-{
-    using Rect = Kernel::RectT<double>;
-    const struct
-    {
-        char32_t character;
-        Rect inner;
-        Rect outer;
-    } rows[] = {
-        {'H', {0.12, -0.70, 0.60, -0.02}, {0.05, -0.75, 0.70, 0.02}},
-        {'x', {0.10, -0.50, 0.40, -0.02}, {0, -0.56, 0.50, 0.02}},
-        {'p', {0.10, -0.50, 0.45, 0.15}, {0, -0.56, 0.556, 0.25}},
-        {'.', {0.10, -0.08, 0.18, -0.02}, {0.05, -0.15, 0.25, 0.02}},
-    };
-    const Metrics metrics = MakeMetrics("NimbusSans-Regular");
-    for (const auto& row : rows) {
-        const Rect box = metrics->GetGlyphMetrics(row.character).box;
-        EXPECT_TRUE(box.Contains(row.inner)) << static_cast<char>(row.character);
-        EXPECT_TRUE(row.outer.Contains(box)) << static_cast<char>(row.character);
-    }
-}
-
 TEST(FontMetrics, SpacesAreEmpty)
 {
     for (const char* font : {"NimbusSans-Regular", "DejaVuSans"}) {

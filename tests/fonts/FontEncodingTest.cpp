@@ -89,18 +89,9 @@ TEST(FontEncodingTest, MapsLikeASimpleTable)
     }
 }
 
-TEST(FontEncodingTest, SplitsAndJoinsRanges)
+TEST(FontEncodingTest, EndsWithTheLastCodeThatThereIs)
 {
     FontEncoding encoding;
-    encoding.AddMapRange(0x20, 0x7E, U' ');
-    encoding.AddMap(0x41, U'a');
-    EXPECT_EQ(encoding.mapRanges.size(), 3U);
-    EXPECT_EQ(encoding.GetMappedSequenceSlow(0x42).values[0], U'B');
-    encoding.AddMap(0x41, U'A');
-    EXPECT_EQ(encoding.mapRanges.size(), 1U);
-    encoding.AddMapRange(0x30, 0x20, U'x');
-    EXPECT_EQ(encoding.mapRanges.size(), 1U);
-    // Nothing goes on behind the last code that there is.
     encoding.AddMapRange(0, 0x7FFFFFFF, U'x');
     encoding.AddMap(0x7FFFFFFF, U'y');
     encoding.AddMap(0, U'z');

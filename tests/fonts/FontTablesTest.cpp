@@ -79,18 +79,34 @@ TEST(FontTablesTest, StandardFontsHaveThePublishedMetrics)
         const char* glyph;
         int code;
         int width;
+        int flags;
     } rows[] = {
-        {"Helvetica", "A", 65, 667},          {"Helvetica", "Euro", -1, 556},     {"Helvetica-Bold", "A", 65, 722},
-        {"Helvetica-Oblique", "i", 105, 222}, {"Times-Roman", "A", 65, 722},      {"Times-Bold", "W", 87, 1000},
-        {"Times-Italic", "A", 65, 611},       {"Times-BoldItalic", "A", 65, 667}, {"Symbol", "alpha", 97, 631},
-        {"Symbol", "Euro", 160, 750},         {"ZapfDingbats", "a1", 33, 974},    {"Courier", "Adieresis", -1, 600},
+        {"Helvetica", "A", 65, 667, 32},
+        {"Helvetica", "Euro", -1, 556, 32},
+        {"Helvetica-Bold", "A", 65, 722, 32},
+        {"Helvetica-Oblique", "i", 105, 222, 96},
+        {"Helvetica-BoldOblique", "A", 65, 722, 96},
+        {"Times-Roman", "A", 65, 722, 34},
+        {"Times-Bold", "W", 87, 1000, 34},
+        {"Times-Italic", "A", 65, 611, 98},
+        {"Times-BoldItalic", "A", 65, 667, 98},
+        {"Symbol", "alpha", 97, 631, 4},
+        {"Symbol", "Euro", 160, 750, 4},
+        {"ZapfDingbats", "a1", 33, 974, 4},
+        {"Courier", "Adieresis", -1, 600, 35},
+        {"Courier-Bold", "A", 65, 600, 35},
+        {"Courier-Oblique", "A", 65, 600, 99},
+        {"Courier-BoldOblique", "A", 65, 600, 99},
     };
     for (const auto& row : rows) {
         const StandardGlyph* glyph = FindGlyph(row.font, row.glyph);
         ASSERT_TRUE(glyph) << row.font << ' ' << row.glyph;
         EXPECT_EQ(glyph->code, row.code) << row.font << ' ' << row.glyph;
         EXPECT_EQ(glyph->width, row.width) << row.font << ' ' << row.glyph;
+        EXPECT_EQ(GetStandardFontMetrics(row.font)->flags, row.flags) << row.font;
     }
+    for (const char* name : {"", "helvetica", "Helvetica ", "Arial", "Courier-Italic"})
+        EXPECT_FALSE(GetStandardFontMetrics(name)) << name;
     for (const StandardFontMetrics& font : c_standardFontMetrics) {
         EXPECT_STREQ(font.glyphs.front().name, "space") << font.name;
         const auto coded = std::ranges::find_if(font.glyphs, [](const StandardGlyph& row) { return row.code < 1; });
@@ -103,23 +119,6 @@ TEST(FontTablesTest, StandardFontsHaveThePublishedMetrics)
             EXPECT_TRUE(std::ranges::all_of(font.glyphs, [](const StandardGlyph& row) { return row.width == 600; }));
         }
     }
-}
-
-TEST(FontTablesTest, StandardFontsHaveTheirFlags)
-{
-    const std::pair<const char*, int> rows[] = {
-        {"Helvetica", 32},   {"Helvetica-Bold", 32}, {"Helvetica-Oblique", 96}, {"Helvetica-BoldOblique", 96},
-        {"Courier", 35},     {"Courier-Bold", 35},   {"Courier-Oblique", 99},   {"Courier-BoldOblique", 99},
-        {"Times-Roman", 34}, {"Times-Bold", 34},     {"Times-Italic", 98},      {"Times-BoldItalic", 98},
-        {"Symbol", 4},       {"ZapfDingbats", 4},
-    };
-    for (const auto& [name, flags] : rows) {
-        const StandardFontMetrics* metrics = GetStandardFontMetrics(name);
-        ASSERT_TRUE(metrics) << name;
-        EXPECT_EQ(metrics->flags, flags) << name;
-    }
-    for (const char* name : {"", "helvetica", "Helvetica ", "Arial", "Courier-Italic"})
-        EXPECT_FALSE(GetStandardFontMetrics(name)) << name;
 }
 
 TEST(GlyphNamesTest, StandForCharacters)
