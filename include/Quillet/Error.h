@@ -34,11 +34,12 @@ enum Type : int {
     UnimplementedColourProfile = 22,
     StreamLineEnd = 23, ///< The stream keyword is not followed by a line end.
     None = 24,          ///< Never raised: no error yet.
+    CutShort = 25,      ///< The work that the document may cause was used up: what there is, is not all.
 };
 
 } // namespace Error
 
-/// The fixed English words of a kind, never null; "Unknown error" for a value above 24.
+/// The fixed English words of a kind, never null; "Unknown error" for a value above 25.
 QUILLET_API const char* GetErrorName(Error::Type type);
 
 } // namespace Quillet

@@ -46,7 +46,8 @@ public:
     /// A number that is unique in the document.
     int MakeObjectId() const;
 
-    Kernel::NonCounted<const PageBase> parent;
+    /// Held: a page that a host keeps asks the nodes above it, whatever becomes of the document's caches.
+    Kernel::Counted<const PageBase> parent;
     Ref ref;
     int firstPage;
     std::optional<Kernel::RectT<double>> mediaBox;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Quillet/Budget.h>
 #include <Quillet/DecryptLevel.h>
 #include <Quillet/DefaultErrorHandler.h>
 #include <Quillet/ErrorForwarder.h>
@@ -46,6 +47,8 @@ public:
     ~PdfDocument() override;
 
     const bool* GetAbortPointer() const override { return abortPointer; }
+    /// Once the account of the document is used up, what else is missing is not told: it follows from that.
+    void OnError(Error::Type type) const override;
 
     void SetTextFidelity(TextFidelity value) { textFidelity = value; }
     void SetIsGroupTextLines(bool isOn) { isGroupTextLines = isOn; }
@@ -61,6 +64,14 @@ public:
     /// Before an open call the text is kept for it, up to the next `Close`; after, it is tried at once, and the
     /// document's `decryptLevel` stays.
     void SetPassword(const std::string& password);
+    /// The account of what comes from here on: of all documents that a host opens from one file, one for each thread,
+    /// say. Null gives each file that is opened one by its size.
+    void SetBudget(Kernel::Counted<const Budget> account);
+    /// Null before a file is opened.
+    const Kernel::Counted<const Budget>& GetBudget() const { return budget; }
+    /// What this thread does from here to the end of the block is paid from the document's account. The library does so
+    /// by itself; a host does it around a page that it builds and writes.
+    Budget::Scope OpenScope(Budget::Share share) const { return {budget, share, GetAbortPointer()}; }
 
     /// Whether the file has a header and an end of file marker. What lies between is not looked at.
     bool IsPdfFile(const std::string& path);
@@ -167,6 +178,11 @@ public:
     Raster::ICCManager::ICCProfileSet rasterProfiles;
 
 private:
+    friend class Page;
+
+    Kernel::Counted<const Budget> budget;
+    bool isOwnBudget = true;
+
     bool Open(Kernel::Counted<PdfSource> newSource, const std::string& name);
     /// Lets go of the file and all that was read of it, but not of the password.
     void DropFile();
@@ -178,6 +194,8 @@ private:
     void ReadTrailer();
     void ReadEncrypt();
     void ReadCatalog();
+    /// Raises `CutShort` if that is what happened in `scope`.
+    bool CheckWhole(const Budget::Scope& scope) const;
     /// Whether nobody may read the content yet: locked, or without the right to extract.
     bool IsBlocked() const;
 };

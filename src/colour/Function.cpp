@@ -7,8 +7,9 @@
 #include "colour/SampledFunction1.h"
 #include "colour/SampledFunctionN.h"
 #include "colour/StitchingFunction.h"
-#include "document/Guard.h"
 #include "document/Limits.h"
+
+#include <Quillet/Budget.h>
 
 #include <algorithm>
 #include <cmath>
@@ -168,7 +169,7 @@ void Function::AddToColourList(std::vector<Renderer::ColourPosition>& list, Kern
                                double pos0, double pos1, double t0, double t1) const
 {
     constexpr int c_stepCount = 32;
-    if (list.size() >= Limits::c_maxGradientStops || !Guard::Page::Spend(c_stepCount)) return;
+    if (list.size() >= Limits::c_maxGradientStops || !Budget::Spend(c_stepCount * Limits::c_entryUnits)) return;
     if (IsLinear()) {
         list.push_back({MakeColour(space, t0), pos0});
         return;

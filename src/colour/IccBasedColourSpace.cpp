@@ -36,7 +36,7 @@ IccBasedColourSpace::IccBasedColourSpace(const Ref& stream, Kernel::NonCounted<c
 Kernel::Consolidated<Raster::ICCProfile> IccBasedColourSpace::ReadProfile(Kernel::Counted<Dictionary> dictionary)
 {
     std::vector<char> bytes;
-    Stream(dictionary).ReadAll(bytes);
+    Stream(dictionary).ReadBlock(bytes);
     auto profile = Raster::ICCManager::GetInstance().AddProfileFromMemory(
         bytes.data(), static_cast<unsigned int>(bytes.size()), nullptr);
     dictionary->Check(static_cast<bool>(profile), Error::UnimplementedColourProfile);

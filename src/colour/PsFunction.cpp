@@ -2,8 +2,10 @@
 
 #include "colour/PsCompiler.h"
 #include "colour/PsInterpreter.h"
-#include "document/Guard.h"
 #include "filters/Stream.h"
+#include "document/Limits.h"
+
+#include <Quillet/Budget.h>
 
 namespace Quillet {
 
@@ -17,7 +19,7 @@ PsFunction::PsFunction(Kernel::Counted<Dictionary> dictionary) : Function(dictio
         PsCompiler().Compile(program, parser);
     }
     for (const auto& procedure : program)
-        programLength += static_cast<long long>(procedure.size());
+        programLength += procedure.size();
     if (!IsValid()) throw InvalidFunctionException();
 }
 
@@ -29,8 +31,7 @@ bool PsFunction::IsValid() const
 void PsFunction::Call(double* out, unsigned long outCount, const double* in, unsigned long inCount) const
 {
     const bool hasItsCounts = inCount == domain.size() / 2 && outCount == rangeSize;
-    constexpr long long c_elementsPerWork = 32;
-    const bool isAffordable = hasItsCounts && Guard::Page::Spend(programLength / c_elementsPerWork);
+    const bool isAffordable = hasItsCounts && Budget::Spend(Limits::c_elementUnits * programLength);
     if (!isAffordable || !Run(out, outCount, in, inCount)) Function::Call(out, outCount, in, inCount);
 }
 

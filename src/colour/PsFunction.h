@@ -23,7 +23,7 @@ private:
     bool Run(double* out, unsigned long outCount, const double* in, unsigned long inCount) const;
 
     /// Elements of all procedures.
-    long long programLength = 0;
+    unsigned long long programLength = 0;
 };
 
 } // namespace Quillet

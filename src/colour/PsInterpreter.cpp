@@ -58,13 +58,6 @@ bool PsInterpreter::PopBool()
     return object.code == PsTrue;
 }
 
-int PsInterpreter::PopProcedure()
-{
-    const PsObject object = Pop();
-    Check(object.code == PsProcedure);
-    return object.integer;
-}
-
 void PsInterpreter::PushWhole(long long value)
 {
     const auto real = static_cast<double>(value);
@@ -73,16 +66,40 @@ void PsInterpreter::PushWhole(long long value)
 
 void PsInterpreter::Evaluate(const PsProcedureVec& procedures, unsigned long start)
 {
-    for (const PsObject& element : procedures[start]) {
-        if (element.code <= PsProcedure || element.IsBool()) {
+    const std::vector<PsObject>& elements = procedures[start];
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+        const PsObject& element = elements[i];
+        if (element.code == PsProcedure) {
+            i = Branch(procedures, elements, i);
+        } else if (element.code < PsProcedure || element.IsBool()) {
             Push(element);
         } else {
-            Execute(procedures, element.code);
+            Execute(element.code);
         }
     }
 }
 
-void PsInterpreter::Execute(const PsProcedureVec& procedures, PsCode code)
+// A procedure is no value that could be copied or moved, and come to run itself: it stands where it is used. So no
+// element runs more than once a call.
+std::size_t PsInterpreter::Branch(const PsProcedureVec& procedures, const std::vector<PsObject>& elements,
+                                  std::size_t index)
+{
+    const auto isAt = [&elements](std::size_t place, PsCode code) {
+        return place < elements.size() && elements[place].code == code;
+    };
+    const auto run = [&](std::size_t place) {
+        Evaluate(procedures, static_cast<unsigned long>(elements[place].integer));
+    };
+    if (isAt(index + 1, PsIf)) {
+        if (PopBool()) run(index);
+        return index + 1;
+    }
+    Check(isAt(index + 1, PsProcedure) && isAt(index + 2, PsIfElse));
+    run(PopBool() ? index : index + 1);
+    return index + 2;
+}
+
+void PsInterpreter::Execute(PsCode code)
 {
     switch (code) {
     case PsAbs:
@@ -125,10 +142,6 @@ void PsInterpreter::Execute(const PsProcedureVec& procedures, PsCode code)
         return Compare(std::greater<>());
     case PsIdiv:
         return EvaluateIdiv();
-    case PsIf:
-        return EvaluateIf(procedures);
-    case PsIfElse:
-        return EvaluateIfElse(procedures);
     case PsIndex:
         return EvaluateIndex();
     case PsLe:
@@ -173,6 +186,8 @@ void PsInterpreter::Execute(const PsProcedureVec& procedures, PsCode code)
         return EvaluateTruncate();
     case PsXor:
         return EvaluateXor();
+    case PsIf:
+    case PsIfElse:
     case PsInteger:
     case PsReal:
     case PsProcedure:
@@ -326,19 +341,6 @@ void PsInterpreter::EvaluateIdiv()
     const long long value = PopInteger();
     Check(divisor != 0);
     PushWhole(value / divisor);
-}
-
-void PsInterpreter::EvaluateIf(const PsProcedureVec& procedures)
-{
-    const int procedure = PopProcedure();
-    if (PopBool()) Evaluate(procedures, static_cast<unsigned long>(procedure));
-}
-
-void PsInterpreter::EvaluateIfElse(const PsProcedureVec& procedures)
-{
-    const int otherwise = PopProcedure();
-    const int procedure = PopProcedure();
-    Evaluate(procedures, static_cast<unsigned long>(PopBool() ? procedure : otherwise));
 }
 
 void PsInterpreter::EvaluateIndex()

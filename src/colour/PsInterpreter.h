@@ -28,7 +28,9 @@ public:
     int count = 0;
 
 private:
-    void Execute(const PsProcedureVec& procedures, PsCode code);
+    /// Runs the conditional whose first procedure is element `index`; gives the index of its operator.
+    std::size_t Branch(const PsProcedureVec& procedures, const std::vector<PsObject>& elements, std::size_t index);
+    void Execute(PsCode code);
 
     void EvaluateAbs();
     void EvaluateAdd();
@@ -43,8 +45,6 @@ private:
     void EvaluateExp();
     void EvaluateFloor();
     void EvaluateIdiv();
-    void EvaluateIf(const PsProcedureVec& procedures);
-    void EvaluateIfElse(const PsProcedureVec& procedures);
     void EvaluateIndex();
     void EvaluateMod();
     void EvaluateMul();
@@ -66,7 +66,6 @@ private:
     int PopInteger();
     double PopReal();
     bool PopBool();
-    int PopProcedure();
     /// The result of an operation on integers, as a real if it does not fit.
     void PushWhole(long long value);
     template <typename Operation>

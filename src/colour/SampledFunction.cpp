@@ -18,7 +18,7 @@ SampledFunction::SampledFunction(Kernel::Counted<Dictionary> dictionary) : Funct
     }
     if (!dictionary->GetRealVec("Decode", decode)) decode = range;
     std::vector<char> bytes;
-    Stream(dictionary).ReadAll(bytes);
+    Stream(dictionary).ReadBlock(bytes);
     SetSamples(std::move(bytes));
 }
 

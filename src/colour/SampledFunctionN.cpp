@@ -1,6 +1,8 @@
 #include "colour/SampledFunctionN.h"
 
-#include "document/Guard.h"
+#include "document/Limits.h"
+
+#include <Quillet/Budget.h>
 
 #include <algorithm>
 #include <cmath>
@@ -15,9 +17,8 @@ SampledFunctionN::SampledFunctionN(Kernel::Counted<Dictionary> dictionary) : Sam
 void SampledFunctionN::Call(double* out, unsigned long outCount, const double* in, unsigned long inCount) const
 {
     const unsigned long inputCount = domain.size() / 2;
-    const long long samplesPerWork = 64;
     if (inCount != inputCount || outCount != rangeSize ||
-        !Guard::Page::Spend(static_cast<long long>(outCount << inputCount) / samplesPerWork)) {
+        !Budget::Spend(Limits::c_sampleUnits * (outCount << inputCount))) {
         Function::Call(out, outCount, in, inCount);
         return;
     }

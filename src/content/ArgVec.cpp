@@ -1,7 +1,8 @@
 #include "content/ArgVec.h"
 
-#include "document/Guard.h"
 #include "document/Limits.h"
+
+#include <Quillet/Budget.h>
 
 #include <Kernel/ToString.h>
 
@@ -52,7 +53,7 @@ ArgVec::Arg& ArgVec::Add(Token::Type type)
     const auto index = static_cast<std::size_t>(count);
     if (index == args.size()) {
         // Slots stay, so that a page pays for the longest operand list only.
-        const bool isAffordable = Guard::Page::Spend(Limits::c_objectWork * static_cast<long long>(c_slotStep));
+        const bool isAffordable = Budget::Spend(Limits::c_entryUnits * 2 * c_slotStep);
         if (!isAffordable && count != 0) {
             args.back().type = type;
             return args.back();

@@ -8,6 +8,7 @@
 #include "document/Limits.h"
 #include "filters/Stream.h"
 
+#include <Quillet/Budget.h>
 #include <Quillet/GroupObject.h>
 #include <Quillet/Page.h>
 
@@ -19,7 +20,7 @@ namespace Quillet {
 namespace {
 
 /// An empty form still costs two groups, a decoder and a table of operators.
-constexpr long long c_formWork = 4 * Limits::c_objectWork;
+constexpr unsigned long long c_formUnits = 4 * Limits::c_objectUnits;
 
 /// The longest content that a form keeps decoded. Symbols of a map are shorter and drawn by the thousand; files of many
 /// forms must not grow much in memory.
@@ -72,7 +73,7 @@ class Running
 public:
     Running(const FormXObject& drawn, const GraphicsStateStack& stack) : form(drawn), outer(drawn.runningStack)
     {
-        isAllowed = descent && outer.Get() != &stack && Guard::Page::Spend(c_formWork);
+        isAllowed = descent && outer.Get() != &stack && Budget::Spend(c_formUnits);
         if (isAllowed) form.runningStack = &stack;
     }
     ~Running() { form.runningStack = outer; }

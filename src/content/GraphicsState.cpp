@@ -3,12 +3,12 @@
 #include "colour/ColourSpace.h"
 #include "colour/ColourSpaceFactory.h"
 #include "content/Resources.h"
-#include "document/Guard.h"
 #include "document/Limits.h"
 #include "fonts/Font.h"
 #include "graphics/SoftMask.h"
 #include "text/TextHandler.h"
 
+#include <Quillet/Budget.h>
 #include <Quillet/GroupObject.h>
 #include <Quillet/Page.h>
 
@@ -138,14 +138,14 @@ void GraphicsState::SetCurrentGroup(Kernel::NonCounted<GroupObject> group)
 
 void GraphicsState::AddObject(Counted<Object> object)
 {
-    Guard::Page::Spend(Limits::c_objectWork);
+    Budget::Spend(Limits::c_objectUnits);
     currentGroup->Add(std::move(object));
 }
 
 Counted<Object> GraphicsState::GetPreviousObject() const
 {
     Object* object = currentGroup.Get();
-    long long depth = 0;
+    unsigned long long depth = 0;
     while (object) {
         const GroupObject* group = object->AsGroup();
         if (!group || group->children.empty()) break;
@@ -153,7 +153,7 @@ Counted<Object> GraphicsState::GetPreviousObject() const
         ++depth;
     }
     // A page may nest deep and then ask a hundred thousand times.
-    Guard::Page::Spend(depth);
+    Budget::Spend(depth);
     return object;
 }
 
@@ -331,7 +331,7 @@ Counted<Renderer::FillDescriptor> GraphicsState::MakeFillDescriptorWithAlpha(boo
 
 Counted<Renderer::LineStyleDescriptor> GraphicsState::MakeLineStyleDescriptor(const Params& transform) const
 {
-    Guard::Page::Spend(static_cast<long long>(lineDash.size()));
+    Budget::Spend(Limits::c_objectUnits + lineDash.size() * sizeof(double));
     const double across = transform.a + transform.c;
     const double along = transform.b + transform.d;
     Counted<Renderer::LineStyle> style = lineStyle->Clone();

@@ -5,9 +5,10 @@
 #include "content/GraphicsStateStack.h"
 #include "content/Resources.h"
 #include "document/Dictionary.h"
-#include "document/Guard.h"
 #include "graphics/SoftMask.h"
+#include "document/Limits.h"
 
+#include <Quillet/Budget.h>
 #include <Quillet/Page.h>
 
 #include <array>
@@ -59,9 +60,6 @@ bool IsCurrentToken(const Parser& parser, const Names& names)
     if (parser.tokenType != Token::TokenName || parser.tokenText.empty()) return false;
     return parser.tokenText == names[0] || parser.tokenText == names[1];
 }
-
-/// Bytes of a dictionary that are read in the time of an operator.
-constexpr unsigned long long c_bytesPerWork = 16;
 
 enum class Loss { None, Minor, Significant };
 
@@ -135,7 +133,7 @@ void OpGraphicsState::Execute(const ArgVec& args) const
         ApplyEntry(key, *parser);
         // A short operator may name a long dictionary again and again.
         const unsigned long long next = parser->GetPosition();
-        if (!Guard::Page::Spend(static_cast<long long>(1 + (next - position) / c_bytesPerWork))) return;
+        if (!Budget::Spend(Limits::c_operatorUnits + next - position)) return;
         position = next;
     }
 }
@@ -192,7 +190,7 @@ void OpGraphicsState::SetBlendMode(Parser& parser) const
     parser.NextToken();
     std::vector<std::string> names;
     parser.GetTokenNameVec(names);
-    Guard::Page::Spend(static_cast<long long>(names.size()));
+    Budget::Spend(Limits::c_entryUnits * names.size());
     BlendMode mode = Normal;
     for (const std::string& name : names) {
         const BlendMode known = GetByName(name.c_str());
@@ -211,7 +209,7 @@ void OpGraphicsState::SetSoftMask(Parser& parser) const
         return;
     }
     auto dictionary = Kernel::MakeCounted<Dictionary>(parser.GetTokenRef());
-    Guard::Page::Spend(static_cast<long long>(dictionary->items.size()));
+    Budget::Spend(Limits::c_objectUnits);
     GetState().SetSoftMask(Kernel::MakeCounted<SoftMask>(std::move(dictionary), GetPage()));
     parser.SkipToObjectEnd();
 }

@@ -1,22 +1,15 @@
 #include "content/GraphicsStateStack.h"
 
 #include "content/Resources.h"
-#include "document/Guard.h"
 #include "document/Limits.h"
 #include "text/TextHandler.h"
 
+#include <Quillet/Budget.h>
 #include <Quillet/Page.h>
 
 #include <utility>
 
 namespace Quillet {
-
-namespace {
-
-/// A state takes as much memory as this many objects.
-constexpr long long c_objectsPerState = 4;
-
-} // namespace
 
 GraphicsStateStack::GraphicsStateStack(Kernel::NonCounted<const Page> stackPage)
 {
@@ -62,9 +55,9 @@ void GraphicsStateStack::Push(const GraphicsState& state)
 {
     // The vector keeps its room, so that a page pays for its deepest nesting only; dashes are copied every time.
     if (states.size() == states.capacity()) {
-        Guard::Page::Spend(Limits::c_objectWork * c_objectsPerState * static_cast<long long>(states.size()));
+        Budget::Spend(Limits::c_objectUnits * states.size());
     }
-    Guard::Page::Spend(static_cast<long long>(state.lineDash.size()));
+    Budget::Spend(state.lineDash.size() * sizeof(double));
     states.push_back(state);
 }
 

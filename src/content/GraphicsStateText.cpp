@@ -2,12 +2,12 @@
 
 #include "content/GraphicsState.h"
 
-#include "document/Guard.h"
 #include "document/Limits.h"
 #include "fonts/CodeSequence.h"
 #include "fonts/Font.h"
 #include "text/TextHandler.h"
 
+#include <Quillet/Budget.h>
 #include <Quillet/Page.h>
 #include <Quillet/PdfDocument.h>
 
@@ -57,7 +57,7 @@ void GraphicsState::AddAdvanceTo(Story::GlyphAtts& atts) const
 
 Kernel::Consolidated<Story::GlyphAtts> GraphicsState::MakeGlyphAtts(const Params& lineTransform) const
 {
-    Guard::Page::Spend(Limits::c_objectWork);
+    Budget::Spend(Limits::c_objectUnits);
     Kernel::Counted<Story::GlyphAtts> atts = Story::GlyphAtts::GetDefault()->Clone();
     if (page && page->ref.document) atts->Set(Language, page->ref.document->languageId);
     if (font) font->AddTo(*atts);
@@ -117,7 +117,7 @@ double GraphicsState::AddChar(std::vector<Char>& chars, char32_t unicode, int gl
         if (width == 0) return 0;
         unicode = U' ';
     }
-    if (!Guard::Page::Spend(Limits::c_charWork)) return 0;
+    if (!Budget::Spend(Limits::c_charUnits)) return 0;
     Char c;
     c.isSpace = unicode == U' ' || unicode == c_symbolSpace || unicode == c_noBreakSpace;
     double thousandths = width * fontSize + charSpace * 1000;

@@ -2,9 +2,9 @@
 
 #include "content/ArgVec.h"
 #include "content/GraphicsStateStack.h"
-#include "document/Guard.h"
 #include "document/Limits.h"
 
+#include <Quillet/Budget.h>
 #include <Quillet/PathObject.h>
 
 #include <Renderer/LineStyle.h>
@@ -24,9 +24,9 @@ constexpr double c_emptyClipSize = 1e-5;
 constexpr OperatorCategory::Type c_startMask = OperatorCategory::Page | OperatorCategory::Path;
 constexpr OperatorCategory::Type c_paintMask = OperatorCategory::Path | OperatorCategory::Clip;
 
-void SpendSegments(int count)
+void SpendSegments(unsigned count)
 {
-    Guard::Page::Spend(Limits::c_segmentWork * count);
+    Budget::Spend(Limits::c_segmentUnits * count);
 }
 
 } // namespace

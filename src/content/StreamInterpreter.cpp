@@ -14,7 +14,9 @@
 #include "document/Parser.h"
 #include "graphics/OpInlineImage.h"
 #include "graphics/OpShade.h"
+#include "document/Limits.h"
 
+#include <Quillet/Budget.h>
 #include <Quillet/GroupObject.h>
 #include <Quillet/Page.h>
 
@@ -187,7 +189,6 @@ void StreamInterpreter::RegisterDeviceColourOps()
 template <typename Visit>
 void StreamInterpreter::Run(Visit visit)
 {
-    const Guard::Page budget;
     const Guard::Descent descent;
     const ErrorHandler* handler = stack->GetErrorHandler();
     if (!handler->Check(static_cast<bool>(descent), Error::General)) return;
@@ -198,7 +199,7 @@ void StreamInterpreter::Run(Visit visit)
     for (;;) {
         const Operator* op = Parse(args);
         if (op == &endOperator || (abort && *abort)) return;
-        if (!handler->Check(Guard::Page::Spend(1), Error::General)) return;
+        if (!Budget::Spend(Limits::c_operatorUnits)) return;
         visit(*op, args);
     }
 }

@@ -1,5 +1,9 @@
 #include "document/Dictionary.h"
 
+#include "document/Limits.h"
+
+#include <Quillet/Budget.h>
+
 #include <algorithm>
 
 namespace Quillet {
@@ -21,6 +25,7 @@ void Dictionary::ReadItems()
     const bool wasDecrypted = std::exchange(isAlreadyDecrypted, true);
     while (NextToken() != TokenDictEnd && tokenType != TokenEnd) {
         std::string key = GetTokenName();
+        if (!Budget::Spend(Limits::c_entryUnits + key.size())) break;
         items.push_back({std::move(key), GetPosition()});
         NextToken();
         SkipToObjectEnd();

@@ -95,7 +95,6 @@ void VisitPages(const PdfDocument& document, Visit visit)
     for (int index = 0; index < document.GetPageCount(); ++index) {
         try {
             // Its fonts are read at the cost of the page.
-            const Guard::Page budget;
             const auto page = document.GetPage(index);
             if (!page) return;
             visit(*page);

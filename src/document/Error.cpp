@@ -34,6 +34,7 @@ const char* GetErrorName(Error::Type type)
         "unimplemented colour profiile",
         "",
         "",
+        "cut short",
     };
     const auto index = static_cast<unsigned>(type);
     return index < std::size(c_names) ? c_names[index] : "Unknown error";

@@ -2,10 +2,67 @@
 
 /// Every cap on what a file may ask for, in one place. None of them is met by files that people make; each keeps a
 /// hostile file from taking the host's time or memory.
+///
+/// What can be long is paid for (`Budget`); a cap stands here where a price cannot help: where the stack is at stake,
+/// where one value would have to be held in one piece, or where reading more would not make sense.
 namespace Quillet::Limits {
+
+// The account of a document, in the units of `Budget`: a byte that is kept or written, or some nanoseconds of work.
+
+/// What every document has: some hundred megabytes or two seconds. The files of readers' test collections need a tenth
+/// of it at the most.
+inline constexpr long long c_baseUnits = 320'000'000;
+/// For each byte of the first megabyte. A small file that is packed a thousandfold still ends in seconds.
+inline constexpr unsigned long long c_unitsPerNearByte = 100;
+inline constexpr unsigned long long c_nearBytes = 1ull << 20;
+/// For each byte beyond: more than any content costs that a byte of a file can stand for without tricks.
+inline constexpr unsigned long long c_unitsPerByte = 3200;
+/// A page gets seven eighths of what is left, and what builds its tree five eighths of that, so that the next page can
+/// say something, and the tree be written.
+inline constexpr long long c_shareParts = 8;
+inline constexpr long long c_pageShare = 7;
+inline constexpr long long c_innerShare = 5;
+
+// Prices. What takes longer than its bytes say, or keeps more, is charged as that many units.
+
+/// Looking something up in the file: a seek and a system call, beside the bytes that come.
+inline constexpr unsigned long long c_lookUpUnits = 100;
+/// A byte that is taken apart into tokens.
+inline constexpr unsigned long long c_tokenByteUnits = 2;
+/// One call of a decoder, beside the bytes that it gives.
+inline constexpr unsigned long long c_decodeUnits = 2;
+/// Setting up a stream's decoders: an inflater alone takes 40 KB while it lives.
+inline constexpr unsigned long long c_decoderUnits = 2000;
+/// Making the key of an encrypted value, beside its bytes.
+inline constexpr unsigned long long c_decryptUnits = 200;
+inline constexpr unsigned long long c_operatorUnits = 16;
+/// A segment of a path: three nodes, once in the graphics state and once in the tree.
+inline constexpr unsigned long long c_segmentUnits = 128;
+/// An object of the tree with its boxes and attributes, or a graphics state.
+inline constexpr unsigned long long c_objectUnits = 800;
+inline constexpr unsigned long long c_charUnits = 160;
+/// A sample of a table that a function looks at, and an element of a program.
+inline constexpr unsigned long long c_sampleUnits = 2;
+inline constexpr unsigned long long c_elementUnits = 4;
+/// A range of codes of a font, an entry of a list that is kept, a comparison of attributes.
+inline constexpr unsigned long long c_entryUnits = 64;
+/// A font keeps some ten thousand bytes, and asks the machine for what stands in for it.
+inline constexpr unsigned long long c_fontUnits = 64'000;
+
+// Caps.
 
 /// Bytes that one stream may decode to. A Flate stream can grow a thousandfold, filters in a row a millionfold.
 inline constexpr unsigned long long c_maxDecodedLength = 1ull << 30;
+
+/// Bytes that are held in one piece: a string, a row of samples, what is read of a stream at once for a table or a
+/// profile. Nothing of that kind is longer than a few megabytes.
+inline constexpr unsigned long long c_maxBlock = 1ull << 26;
+
+/// Bytes of a name or a keyword; ISO 32000-1 Annex C allows 127. Each is copied to wherever it is used.
+inline constexpr unsigned long long c_maxNameLength = 1ull << 16;
+
+/// Filters of one stream. Each level of a chain takes stack while it is read; real streams have two at the most.
+inline constexpr unsigned long long c_maxFilters = 16;
 
 /// Bytes of decoded object streams that a document keeps, all together, since they stay until it closes.
 inline constexpr unsigned long long c_maxObjectStreamBytes = 1ull << 30;
@@ -32,6 +89,9 @@ inline constexpr unsigned long long c_maxProgramLength = 1ull << 20;
 /// Colours of one gradient. Functions of functions share their parts, so a small file can ask for any number.
 inline constexpr unsigned long long c_maxGradientStops = 1ull << 16;
 
+/// Inks of one colour. ISO 32000-2 Annex C allows 32; each is read at every colour that a page sets.
+inline constexpr unsigned long long c_maxColourants = 1024;
+
 /// Code space ranges of a font encoding; real ones have some dozens. Each code of a text is looked up among them.
 inline constexpr unsigned long long c_maxCodeSpaceRanges = 4096;
 
@@ -41,16 +101,7 @@ inline constexpr unsigned long long c_maxListLength = 1ull << 20;
 /// Codes that one font has widths or glyph names for. None shows more than 65,536.
 inline constexpr unsigned long long c_maxFontCodes = 1ull << 16;
 
-/// Work of one page, in the units of `Guard::Page::Spend`: an operator is 1, a path segment 4, a character 8, an
-/// object of the tree 25, a range of codes in a font 8, and 64 bytes that are parsed are 1. The largest maps stay below
-/// a tenth of it; it bounds a page to a few gigabytes and a minute.
-inline constexpr long long c_maxPageWork = 100'000'000;
-inline constexpr long long c_parsedBytesPerWork = 64;
-inline constexpr long long c_segmentWork = 4;
-inline constexpr long long c_objectWork = 25;
-inline constexpr long long c_charWork = 8;
-inline constexpr long long c_rangeWork = 8;
-/// A font keeps some ten thousand bytes until the document closes.
-inline constexpr long long c_fontWork = 4000;
+/// Fonts of a document that are told of, and kept in mind.
+inline constexpr unsigned long long c_maxFonts = 1ull << 16;
 
 } // namespace Quillet::Limits

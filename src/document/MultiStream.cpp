@@ -1,14 +1,12 @@
 #include "document/MultiStream.h"
 
+#include <Quillet/Budget.h>
+
 namespace Quillet {
 
-MultiStream::MultiStream(const ErrorHandler* errorHandler, const std::vector<Ref>& refs)
-    : SequentialSource(errorHandler)
-{
-    streams.reserve(refs.size());
-    for (const Ref& ref : refs)
-        streams.push_back(Kernel::MakeCounted<Stream>(ref));
-}
+MultiStream::MultiStream(const ErrorHandler* errorHandler, std::vector<Ref> streamRefs)
+    : SequentialSource(errorHandler), refs(std::move(streamRefs))
+{}
 
 Kernel::Counted<SequentialSource> MultiStream::Make(const ErrorHandler* handler, const std::vector<Ref>& refs)
 {
@@ -18,22 +16,21 @@ Kernel::Counted<SequentialSource> MultiStream::Make(const ErrorHandler* handler,
 
 unsigned long long MultiStream::GetEstimatedLength() const
 {
-    unsigned long long length = streams.empty() ? 0 : streams.size() - 1;
-    for (const Kernel::Counted<Stream>& stream : streams)
-        length += stream->GetEstimatedLength();
-    return length;
+    return stream ? stream->GetEstimatedLength() : 0;
 }
 
 int MultiStream::Read(char* buf, int size)
 {
     int count = 0;
-    while (count < size && current < streams.size()) {
-        const int got = streams[current]->Read(buf + count, size - count);
+    while (count < size && !AtEnd() && !Budget::IsSpent()) {
+        if (!stream) stream = Kernel::MakeCounted<Stream>(refs[current]);
+        const int got = stream->Read(buf + count, size - count);
         if (got > 0) {
             count += got;
             continue;
         }
-        if (++current == streams.size()) break;
+        stream = nullptr;
+        if (++current == refs.size()) break;
         buf[count++] = ' ';
     }
     return count;

@@ -3,10 +3,10 @@
 #include "content/Resources.h"
 #include "content/StreamInterpreter.h"
 #include "document/Dictionary.h"
-#include "document/Guard.h"
 #include "document/MultiStream.h"
 
 #include <Quillet/GroupObject.h>
+#include <Quillet/PdfDocument.h>
 
 namespace Quillet {
 
@@ -30,9 +30,13 @@ Kernel::Counted<SequentialSource> Page::GetContentsStream() const
 
 Kernel::Counted<GroupObject> Page::BuildObjects() const
 {
-    const Guard::Page guard;
+    const Kernel::NonCounted<PdfDocument> document = ref.document;
+    if (!document) return nullptr;
+    const Budget::Scope scope = document->OpenScope(Budget::Share::Page);
     StreamInterpreter interpreter(Kernel::NonCounted<const Page>(this));
-    return interpreter.Interpret();
+    Kernel::Counted<GroupObject> root = interpreter.Interpret();
+    document->CheckWhole(scope);
+    return root;
 }
 
 void Page::GetFonts(std::vector<Kernel::Font>& fonts, std::unordered_set<const Font*>& seen) const

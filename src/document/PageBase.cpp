@@ -20,7 +20,8 @@ int NormaliseRotation(long long angle)
 } // namespace
 
 PageBase::PageBase(Kernel::NonCounted<const PageBase> parentNode, Dictionary& dictionary, int firstIndex)
-    : ErrorForwarder(dictionary.GetErrorHandler()), parent(parentNode), ref(dictionary.object), firstPage(firstIndex)
+    : ErrorForwarder(dictionary.GetErrorHandler()), parent(parentNode.Get()), ref(dictionary.object),
+      firstPage(firstIndex)
 {
     dictionary.SetType(Error::PageTree);
     rotate = NormaliseRotation(dictionary.GetInt("Rotate", -1));

@@ -3,6 +3,7 @@
 #include "document/Dictionary.h"
 #include "document/Guard.h"
 
+#include <Quillet/Budget.h>
 #include <Quillet/Page.h>
 
 #include <algorithm>
@@ -29,6 +30,8 @@ Kernel::Counted<const Page> Pages::GetPage(int index) const
         const Kernel::Counted<const PageBase> kid = GetKid(kids[i], static_cast<int>(std::min(first, c_lastPage)));
         // A kid that the file does not have holds no pages; those behind it are still there.
         if (kid) first += kid->GetPageCount();
+        // A kid that could not be paid for may still be there.
+        if (Budget::IsSpent()) break;
         if (i == kidEnds.size()) kidEnds.push_back(first);
         if (kid && index < first) return kid->GetPage(index);
     }

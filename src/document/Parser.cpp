@@ -1,8 +1,9 @@
 #include "document/Parser.h"
 
 #include "document/CharType.h"
-#include "document/Guard.h"
 #include "document/Limits.h"
+
+#include <Quillet/Budget.h>
 
 #include <algorithm>
 #include <cstring>
@@ -81,10 +82,10 @@ void Parser::Overflow()
 {
     bufferPos = GetPosition();
     cursor = buffer;
-    const int count = source ? source->Read(bufferPos, buffer, c_bufferSize) : 0;
+    // Data that nobody pays for is at its end here, and so is every loop over its tokens.
+    const bool isPaid = Budget::Spend(Limits::c_lookUpUnits + Limits::c_tokenByteUnits * c_bufferSize);
+    const int count = source && isPaid ? source->Read(bufferPos, buffer, c_bufferSize) : 0;
     bufferEnd = buffer + std::max(count, 0);
-    // Whoever loops over tokens sees to it that the budget is not exceeded for long.
-    Guard::Page::Spend(std::max(count, 0) / Limits::c_parsedBytesPerWork);
     if (AtEnd()) buffer[0] = 0;
 }
 
@@ -93,7 +94,7 @@ unsigned long long Parser::GetEstimatedLength() const
     return (source ? source->GetEstimatedLength() : 0) + static_cast<unsigned long long>(bufferEnd - cursor);
 }
 
-int Parser::Read(char* buf, int size)
+int Parser::Decode(char* buf, int size)
 {
     int count = 0;
     while (count < size && !AtEnd()) {
@@ -271,8 +272,9 @@ void Parser::ParseNumberOrRef()
 void Parser::ParseKeyword()
 {
     tokenText.clear();
-    for (; CharType::IsPdfRegular(Peek()) && !AtEnd(); Consume())
-        tokenText.push_back(*cursor);
+    for (; CharType::IsPdfRegular(Peek()) && !AtEnd(); Consume()) {
+        if (tokenText.size() < Limits::c_maxNameLength) tokenText.push_back(*cursor);
+    }
     tokenType = TokenKeyword;
 }
 
@@ -289,7 +291,7 @@ void Parser::ParseHexString()
             low = CharType::GetHexValue(Peek());
             Consume();
         }
-        tokenBytes.push_back(static_cast<char>(high * 16 + low));
+        PutStringByte(static_cast<char>(high * 16 + low));
         if (!isPair) break;
     }
     if (Check(Peek() == '>', errorType)) Consume();
@@ -323,12 +325,12 @@ void Parser::ParseLiteralString()
         Consume();
         if (byte == '\r') {
             if (Peek() == '\n') Consume();
-            tokenBytes.push_back('\n');
+            PutStringByte('\n');
             continue;
         }
         if (byte == '(') ++depth;
         if (byte == ')' && --depth == 0) break;
-        tokenBytes.push_back(byte);
+        PutStringByte(byte);
     }
     DecryptToken();
     tokenType = TokenString;
@@ -343,25 +345,25 @@ void Parser::ParseEscape()
         for (int digits = 0; digits < 3 && Peek() >= '0' && Peek() <= '7'; ++digits, Consume()) {
             value = value * 8 + (*cursor - '0');
         }
-        tokenBytes.push_back(static_cast<char>(value & 0xFF));
+        PutStringByte(static_cast<char>(value & 0xFF));
         return;
     }
     Consume();
     switch (byte) {
     case 'b':
-        tokenBytes.push_back('\b');
+        PutStringByte('\b');
         break;
     case 'f':
-        tokenBytes.push_back('\f');
+        PutStringByte('\f');
         break;
     case 'n':
-        tokenBytes.push_back('\n');
+        PutStringByte('\n');
         break;
     case 'r':
-        tokenBytes.push_back('\r');
+        PutStringByte('\r');
         break;
     case 't':
-        tokenBytes.push_back('\t');
+        PutStringByte('\t');
         break;
     case '\n':
         break;
@@ -369,13 +371,14 @@ void Parser::ParseEscape()
         if (Peek() == '\n') Consume();
         break;
     default:
-        tokenBytes.push_back(byte);
+        PutStringByte(byte);
     }
 }
 
 void Parser::DecryptToken()
 {
-    if (!isAlreadyDecrypted) object.DecryptBuf(tokenBytes);
+    if (isAlreadyDecrypted || !object.IsEncrypted()) return;
+    if (Budget::Spend(Limits::c_decryptUnits + tokenBytes.size())) object.DecryptBuf(tokenBytes);
 }
 
 // Passing over values

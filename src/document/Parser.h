@@ -1,5 +1,6 @@
 #pragma once
 
+#include "document/Limits.h"
 #include "document/Token.h"
 #include "filters/Filter.h"
 
@@ -44,8 +45,7 @@ public:
     bool AtEnd() const override { return cursor == bufferEnd; }
     unsigned long long GetEstimatedLength() const override;
     /// Takes raw bytes from the present position on.
-    int Read(char* buf, int size) override;
-    using Filter::Read;
+    int Decode(char* buf, int size) override;
 
     Token::Type NextToken();
     /// Passes white space and comments.
@@ -130,6 +130,11 @@ private:
     }
     void EmptyBufferAt(unsigned long long pos);
 
+    /// A string that is too long for one piece of memory loses its end.
+    void PutStringByte(char byte)
+    {
+        if (tokenBytes.size() < Limits::c_maxBlock) tokenBytes.push_back(byte);
+    }
     void SkipComment();
     void ParseNumber();
     void ParseNumberOrRef();

@@ -5,6 +5,8 @@
 #include "document/Limits.h"
 #include "document/Parser.h"
 
+#include <Quillet/Budget.h>
+
 #include <Kernel/ByteOrderMark.h>
 #include <Kernel/CharTraits.h>
 #include <Kernel/FormatString.h>
@@ -81,7 +83,7 @@ void Parser::ParseName()
         }
         Check(byte != 0, errorType);
         isAscii = isAscii && byte < 0x80;
-        tokenBytes.push_back(static_cast<char>(byte));
+        if (tokenBytes.size() < Limits::c_maxNameLength) tokenBytes.push_back(static_cast<char>(byte));
     }
     tokenText.assign(tokenBytes.data(), tokenBytes.size());
     if (!isAscii && Kernel::CharTraits::GetValidLength(tokenText.data(), tokenText.size()) != tokenText.size()) {
@@ -180,7 +182,8 @@ void Parser::GetTokenVec(std::vector<Value>& out, Getter getter)
     }
     while (NextToken() != TokenArrayEnd && tokenType != TokenEnd) {
         Value value = getter(*this);
-        if (out.size() < Limits::c_maxListLength) out.push_back(std::move(value));
+        if (out.size() < Limits::c_maxListLength && Budget::Spend(Limits::c_entryUnits))
+            out.push_back(std::move(value));
     }
 }
 
@@ -226,6 +229,7 @@ void Parser::GetTokenRefVec(std::vector<Ref>& out)
         return;
     }
     while (NextToken() != TokenArrayEnd && tokenType != TokenEnd) {
+        if (!Budget::Spend(Limits::c_entryUnits)) return;
         out.push_back(GetTokenRef());
         SkipToObjectEnd();
     }

@@ -6,6 +6,7 @@
 #include "document/Encrypt.h"
 #include "document/FileSource.h"
 #include "document/InStreamSource.h"
+#include "document/Limits.h"
 #include "document/MemorySource.h"
 #include "document/Pages.h"
 #include "document/XRefs.h"
@@ -17,6 +18,7 @@
 #include <Kernel/NumberText.h>
 
 #include <algorithm>
+#include <new>
 
 namespace Quillet {
 
@@ -51,12 +53,33 @@ void PdfDocument::SetPassword(const std::string& password)
     encrypt->SetPassword(password);
 }
 
+void PdfDocument::SetBudget(Kernel::Counted<const Budget> account)
+{
+    isOwnBudget = !account;
+    budget = std::move(account);
+}
+
+void PdfDocument::OnError(Error::Type type) const
+{
+    if (type == Error::CutShort || !Budget::IsSpent()) return ErrorForwarder::OnError(type);
+    if (IsRecoverable(type)) return;
+    if (abortPointer && *abortPointer) throw type;
+    ErrorForwarder::OnError(Error::CutShort);
+    throw Error::CutShort;
+}
+
+bool PdfDocument::CheckWhole(const Budget::Scope& scope) const
+{
+    return Check(!scope.WasCut(), Error::CutShort);
+}
+
 bool PdfDocument::IsPdfFile(const std::string& path)
 {
     try {
         DropFile();
         source = Kernel::MakeCounted<FileSource>(this);
         source->Open(path);
+        const Budget::Scope scope(Budget::ForFile(source->GetLength()), Budget::Share::All, GetAbortPointer());
         ReadHeader();
         ReadXRefPos();
         Close();
@@ -118,12 +141,17 @@ bool PdfDocument::Open(Kernel::Counted<PdfSource> newSource, const std::string& 
         DropFile();
         source = std::move(newSource);
         source->Open(name);
+        if (isOwnBudget) budget = Budget::ForFile(source->GetLength());
+        const Budget::Scope scope = OpenScope(Budget::Share::All);
         OnOpen();
-        return true;
+        if (CheckWhole(scope) && !Budget::IsSpent()) return true;
     } catch (Error::Type) {
-        Close();
-        return false;
+        // Whoever handles errors knows it.
+    } catch (const std::bad_alloc&) {
+        OnError(Error::General);
     }
+    Close();
+    return false;
 }
 
 void PdfDocument::Close()
@@ -253,7 +281,7 @@ void PdfDocument::ReadCatalog()
     if (!IsBlocked() || !encrypt->encryptMetadata) {
         if (const Ref metadata = catalog.GetRef("Metadata"); !metadata.IsNull()) {
             std::vector<char> bytes;
-            Stream(metadata).ReadAll(bytes);
+            Stream(metadata).ReadBlock(bytes);
             xmpMetadata.assign(bytes.begin(), bytes.end());
         }
     }
@@ -281,7 +309,10 @@ Kernel::Counted<PdfSource> PdfDocument::GetSource() const
 
 std::string PdfDocument::GetInfo(const char* key) const
 {
-    return Dictionary(info).GetString(key);
+    const Budget::Scope scope = OpenScope(Budget::Share::All);
+    std::string text = Dictionary(info).GetString(key);
+    CheckWhole(scope);
+    return text;
 }
 
 std::string PdfDocument::GetVersionString() const
@@ -308,11 +339,14 @@ std::vector<std::string> PdfDocument::GetKeywords() const
     const char separator = text.find(',') != text.npos ? ',' : ' ';
     std::vector<std::string> keywords;
     if (text.empty()) return keywords;
+    const Budget::Scope scope = OpenScope(Budget::Share::All);
     std::size_t start = 0;
     for (std::size_t end; (end = text.find(separator, start)) != text.npos; start = end + 1) {
+        if (!Budget::Spend(Limits::c_entryUnits)) break;
         keywords.push_back(text.substr(start, end - start));
     }
     keywords.push_back(text.substr(start));
+    CheckWhole(scope);
     return keywords;
 }
 
@@ -348,6 +382,8 @@ int PdfDocument::GetPageCount() const
 
 Kernel::Counted<const Page> PdfDocument::GetPage(int index) const
 {
+    // The nodes on the way serve other pages as well.
+    const Budget::Scope scope = OpenScope(Budget::Share::All);
     return pages->GetPage(index);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "document/Limits.h"
 #include "document/PdfSource.h"
 
 #include <vector>
@@ -20,9 +21,11 @@ public:
     virtual int Read(char* buf, int size) = 0;
     /// Appends all that is left.
     virtual void ReadAll(std::vector<char>& out);
+    /// The same for what is held in one piece, up to the cap of such: metadata, profiles, tables.
+    void ReadBlock(std::vector<char>& out) { AppendAll(out, Limits::c_maxBlock); }
 
 protected:
-    void AppendAll(std::vector<char>& out);
+    void AppendAll(std::vector<char>& out, unsigned long long maxLength);
 };
 
 } // namespace Quillet

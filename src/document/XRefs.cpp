@@ -6,9 +6,17 @@
 #include "document/ObjectSubSource.h"
 #include "document/Parser.h"
 
+#include <Quillet/Budget.h>
 #include <Quillet/PdfDocument.h>
 
 namespace Quillet {
+
+namespace {
+
+/// Looking at an entry while the table is read.
+constexpr unsigned long long c_touchUnits = 8;
+
+} // namespace
 
 XRefs::XRef::XRef() = default;
 XRefs::XRef::~XRef() = default;
@@ -31,8 +39,13 @@ XRefs::XRef* XRefs::Touch(long long number)
 {
     if (!Check(number >= 0 && number <= std::numeric_limits<int>::max(), Error::XRefTable)) return nullptr;
     const auto block = static_cast<std::size_t>(number / c_blockSize);
-    if (block >= table.size()) table.resize(block + 1);
+    if (!Budget::Spend(c_touchUnits)) return nullptr;
+    if (block >= table.size()) {
+        if (!Budget::Spend((block + 1 - table.size()) * sizeof table[0])) return nullptr;
+        table.resize(block + 1);
+    }
     if (!table[block]) {
+        if (!Budget::Spend(sizeof(Block))) return nullptr;
         if (!Check(blockCount < Limits::c_maxTableEntries / c_blockSize, Error::XRefTable)) return nullptr;
         ++blockCount;
         table[block] = std::make_unique<Block>();
@@ -67,7 +80,7 @@ Kernel::Counted<PdfSource> XRefs::GetSource(int number, int generation)
     if (!container) return nullptr;
     if (!container->objectSource) {
         // All pages read from it.
-        const Guard::Reprieve reprieve;
+        const Budget::Scope scope(document->GetBudget(), Budget::Share::All, document->GetAbortPointer());
         Guard::Descent descent;
         if (!Check(static_cast<bool>(descent), Error::General)) return nullptr;
         // Kept before it is opened: a stream that lies in itself, or that needs an object of its own to be read, finds
@@ -75,6 +88,11 @@ Kernel::Counted<PdfSource> XRefs::GetSource(int number, int generation)
         container->objectSource = Kernel::MakeCounted<ObjectSource>();
         Kernel::Counted<ObjectSource> opened = container->objectSource;
         opened->Open(Ref(document, entry->streamNumber, 0), Limits::c_maxObjectStreamBytes - objectStreamBytes);
+        // What was cut short is not kept: the host may have stopped it, and ask again.
+        if (Budget::IsSpent()) {
+            container->objectSource = nullptr;
+            return nullptr;
+        }
         objectStreamBytes += opened->decodedLength;
     }
     return container->objectSource->MakeSubSource(entry->streamIndex);
@@ -93,9 +111,9 @@ Kernel::Counted<const RefCacheable> XRefs::GetCache(int number, int generation, 
 void XRefs::SetCache(int number, int generation, unsigned long long key, Kernel::Counted<const RefCacheable> value)
 {
     XRef* entry = GetXRef(number, generation);
-    if (!entry || GetCache(number, generation, key)) return;
+    if (!entry || Budget::IsSpent() || GetCache(number, generation, key)) return;
     if (const std::size_t bytes = value->GetDispensableBytes(); bytes != 0) {
-        if (Guard::Page::IsSpent() || bytes > Limits::c_maxFontBytes - dispensableBytes) return;
+        if (bytes > Limits::c_maxFontBytes - dispensableBytes) return;
         dispensableBytes += bytes;
     }
     entry->cache.push_back({key, std::move(value)});

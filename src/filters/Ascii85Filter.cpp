@@ -7,7 +7,7 @@
 
 namespace Quillet {
 
-int Ascii85Filter::Read(char* buf, int size)
+int Ascii85Filter::Decode(char* buf, int size)
 {
     int delivered = 0;
     while (delivered < size && (count > 0 || ReadBuf() > 0)) {

@@ -13,8 +13,7 @@ class QUILLET_API Ascii85Filter : public Filter
 public:
     using Filter::Filter;
 
-    using Filter::Read;
-    int Read(char* buf, int size) override;
+    int Decode(char* buf, int size) override;
     /// Whether the end marker was seen; without one in the data, a read of 0 bytes is the end.
     bool AtEnd() const override { return isFinished; }
     unsigned long long GetEstimatedLength() const override;

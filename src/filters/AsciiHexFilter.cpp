@@ -16,7 +16,7 @@ int GetHexValue(char byte)
 
 } // namespace
 
-int AsciiHexFilter::Read(char* buf, int size)
+int AsciiHexFilter::Decode(char* buf, int size)
 {
     if (isFinished) return 0;
     for (int delivered = 0; delivered < size; ++delivered) {

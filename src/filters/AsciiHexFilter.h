@@ -11,8 +11,7 @@ class QUILLET_API AsciiHexFilter : public Filter
 public:
     using Filter::Filter;
 
-    using Filter::Read;
-    int Read(char* buf, int size) override;
+    int Decode(char* buf, int size) override;
     bool AtEnd() const override { return isFinished; }
     unsigned long long GetEstimatedLength() const override;
 

@@ -1,6 +1,9 @@
 #include "filters/CryptFilter.h"
 
 #include "filters/DecodeParams.h"
+#include "document/Limits.h"
+
+#include <Quillet/Budget.h>
 
 #include <Kernel/Secret.h>
 
@@ -25,7 +28,7 @@ void CryptFilter::SetDecodeParams(Kernel::Counted<const DecodeParams> params)
         cryptor = encrypt->MakeObjectCryptor(params->owner, *params);
 }
 
-int CryptFilter::Read(char* buf, int size)
+int CryptFilter::Decode(char* buf, int size)
 {
     if (decrypted.empty()) ReadAll(decrypted);
     const std::size_t count = std::min(static_cast<std::size_t>(std::max(size, 0)), decrypted.size() - readPos);
@@ -48,6 +51,7 @@ void CryptFilter::ReadAll(std::vector<char>& out)
     std::vector<char> encrypted;
     source->ReadAll(encrypted);
     const std::size_t size = std::min(encrypted.size(), static_cast<std::size_t>(std::numeric_limits<int>::max()));
+    if (!Budget::Spend(Limits::c_decryptUnits + size)) return;
     const std::size_t start = out.size();
     out.resize(start + size);
     const int count = cryptor->Decrypt(out.data() + start, encrypted.data(), static_cast<int>(size));

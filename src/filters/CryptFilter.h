@@ -19,8 +19,7 @@ public:
     CryptFilter(const CryptFilter&) = delete;
     CryptFilter& operator=(const CryptFilter&) = delete;
 
-    using Filter::Read;
-    int Read(char* buf, int size) override;
+    int Decode(char* buf, int size) override;
     void ReadAll(std::vector<char>& out) override;
     bool AtEnd() const override;
     unsigned long long GetEstimatedLength() const override;

@@ -1,6 +1,9 @@
 #include "filters/DecodeParams.h"
 
 #include "document/Parser.h"
+#include "document/Limits.h"
+
+#include <Quillet/Budget.h>
 
 #include <cmath>
 #include <limits>
@@ -24,6 +27,7 @@ DecodeParams::DecodeParams(Kernel::NonCounted<Parser> parser, const Ref& stream)
 {
     while (parser->NextToken() != Token::TokenDictEnd && parser->tokenType != Token::TokenEnd) {
         const std::string key = parser->GetTokenName();
+        if (!Budget::Spend(Limits::c_entryUnits + key.size())) break;
         parser->NextToken();
         Kernel::Counted<Parser> target;
         if (parser->tokenType == Token::TokenRef) {
@@ -95,6 +99,7 @@ std::vector<Kernel::Counted<const DecodeParams>> GetDecodeParams(Kernel::Counted
     while (parser->NextToken() != Token::TokenArrayEnd && parser->tokenType != Token::TokenEnd) {
         Kernel::Counted<Parser> element = parser->OptionalDereference();
         if (element->tokenType == Token::TokenDictStart) {
+            if (!Budget::Spend(Limits::c_objectUnits)) break;
             result.push_back(Kernel::MakeCounted<DecodeParams>(element, owner));
             continue;
         }

@@ -15,6 +15,9 @@ public:
     using SequentialSource::Read;
     using SequentialSource::SequentialSource;
 
+    /// Gives decoded bytes, and pays for them; none once the budget is spent.
+    int Read(char* buf, int size) final;
+
     /// Kind of image data that the filter could hand over undecoded; 0 for none.
     virtual int GetCompressedImageType() const { return 0; }
     /// Takes the parameters of the stream. A filter without parameters in its stream never gets this call.
@@ -33,6 +36,10 @@ public:
 
     Kernel::Counted<Filter> source;
     bool isUnbuffered = false;
+
+protected:
+    /// What `Read` says, for free.
+    virtual int Decode(char* buf, int size) = 0;
 };
 
 } // namespace Quillet

@@ -7,6 +7,9 @@
 #include "filters/FlateFilter.h"
 #include "filters/LzwFilter.h"
 #include "filters/RunLengthFilter.h"
+#include "document/Limits.h"
+
+#include <Quillet/Budget.h>
 
 #include <Kernel/Trace.h>
 
@@ -38,6 +41,11 @@ constexpr FilterMaker c_filterMakers[] = {
 void FilterPipeline::AddFilters(const std::vector<std::string>& names,
                                 const std::vector<Kernel::Counted<const DecodeParams>>& params)
 {
+    if (!Check(names.size() <= Limits::c_maxFilters, Error::General)) {
+        filters.clear();
+        hasUnknownFilter = true;
+        return;
+    }
     for (std::size_t i = 0; i < names.size(); ++i) {
         Kernel::Counted<Filter> filter = MakeFilter(names[i]);
         if (!filter) {
@@ -51,6 +59,7 @@ void FilterPipeline::AddFilters(const std::vector<std::string>& names,
 
 void FilterPipeline::AddFilter(Kernel::Counted<Filter> filter)
 {
+    Budget::Spend(Limits::c_decoderUnits);
     filter->SetErrorHandler(GetErrorHandler());
     if (!filters.empty()) filter->SetSource(filters.back());
     filters.push_back(std::move(filter));

@@ -27,7 +27,7 @@ void FlateFilter::Close()
     stream.reset();
 }
 
-int FlateFilter::Read(char* buf, int size)
+int FlateFilter::Decode(char* buf, int size)
 {
     if (!stream || size <= 0) return 0;
     const auto room = static_cast<unsigned>(

@@ -21,8 +21,7 @@ public:
     FlateFilter(const FlateFilter&) = delete;
     FlateFilter& operator=(const FlateFilter&) = delete;
 
-    using FilterWithPredictor::Read;
-    int Read(char* buf, int size) override;
+    int Decode(char* buf, int size) override;
     bool AtEnd() const override { return !stream; }
     unsigned long long GetEstimatedLength() const override;
 

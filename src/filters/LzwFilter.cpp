@@ -4,8 +4,11 @@
 #include "filters/DecodeParams.h"
 #include "filters/LcwTable.h"
 
+#include <Quillet/Budget.h>
+
 #include <algorithm>
 #include <cstring>
+#include <memory>
 
 namespace Quillet {
 
@@ -52,7 +55,11 @@ public:
     char* Extend(std::size_t count)
     {
         if (length - start + count > Limits::c_maxDecodedLength) return nullptr;
-        if (out.size() - length < count) out.resize(out.size() + std::max(count, out.size() / 2 + 4096));
+        if (out.size() - length < count) {
+            const std::size_t growth = std::max(count, out.size() / 2 + 4096);
+            if (!Budget::Spend(growth)) return nullptr;
+            out.resize(out.size() + growth);
+        }
         char* place = out.data() + length;
         length += count;
         return place;
@@ -91,7 +98,9 @@ void LzwFilter::DecodeAll(std::vector<char>& out)
 
     CodeReader codes(input);
     Appender appender(out, input.size());
-    LcwTable table;
+    // Too large for the stack of a chain of filters.
+    const auto ownTable = std::make_unique<LcwTable>();
+    LcwTable& table = *ownTable;
     const LcwEntry* previous = nullptr;
     int width = c_minWidth;
     for (int code = codes.Read(width); code >= 0 && code != LcwTable::c_endCode; code = codes.Read(width)) {
@@ -119,7 +128,7 @@ void LzwFilter::DecodeAll(std::vector<char>& out)
     }
 }
 
-int LzwFilter::Read(char* buf, int size)
+int LzwFilter::Decode(char* buf, int size)
 {
     if (readPos == 0) DecodeAll(decoded);
     if (size <= 0 || readPos >= decoded.size()) return 0;

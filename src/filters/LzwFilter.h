@@ -14,8 +14,7 @@ public:
 
     void SetDecodeParams(Kernel::Counted<const DecodeParams> params) override;
 
-    using FilterWithPredictor::Read;
-    int Read(char* buf, int size) override;
+    int Decode(char* buf, int size) override;
     void ReadAll(std::vector<char>& out) override;
     /// Never true for an empty source: ask for bytes to see the end.
     bool AtEnd() const override;

@@ -107,7 +107,7 @@ bool PngFilter::ReadRow()
     return true;
 }
 
-int PngFilter::Read(char* buf, int size)
+int PngFilter::Decode(char* buf, int size)
 {
     int delivered = 0;
     while (delivered < size && rowSize != 0) {

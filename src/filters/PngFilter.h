@@ -16,8 +16,7 @@ public:
     /// Raises kind 12 for values out of range; the filter then delivers nothing.
     void SetDecodeParams(Kernel::Counted<const DecodeParams> params) override;
 
-    using Filter::Read;
-    int Read(char* buf, int size) override;
+    int Decode(char* buf, int size) override;
     bool AtEnd() const override { return rowSize == 0; }
     unsigned long long GetEstimatedLength() const override;
 

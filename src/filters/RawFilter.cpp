@@ -2,6 +2,8 @@
 
 #include "document/Limits.h"
 
+#include <Quillet/Budget.h>
+
 #include <algorithm>
 
 namespace Quillet {
@@ -10,7 +12,7 @@ RawFilter::RawFilter(Kernel::Counted<PdfSource> file, unsigned long long start, 
     : rawSource(std::move(file)), pos(start), remaining(rawSource ? length : 0)
 {}
 
-int RawFilter::Read(char* buf, int size)
+int RawFilter::Decode(char* buf, int size)
 {
     const auto wanted = static_cast<int>(std::min(remaining, static_cast<unsigned long long>(std::max(size, 0))));
     if (wanted == 0) return 0;
@@ -24,6 +26,7 @@ void RawFilter::ReadAll(std::vector<char>& out)
 {
     constexpr unsigned long long c_maxRead = 1 << 30;
     const auto wanted = static_cast<int>(std::min({GetEstimatedLength(), Limits::c_maxDecodedLength, c_maxRead}));
+    if (!Budget::Spend(static_cast<unsigned>(wanted))) return;
     out.resize(static_cast<std::size_t>(wanted));
     const int count = Read(out.data(), wanted);
     out.resize(static_cast<std::size_t>(std::max(count, 0)));

@@ -11,8 +11,7 @@ public:
     /// `file` may be null: then there are no bytes.
     RawFilter(Kernel::Counted<PdfSource> file, unsigned long long start, unsigned long long length);
 
-    int Read(char* buf, int size) override;
-    using Filter::Read;
+    int Decode(char* buf, int size) override;
     void ReadAll(std::vector<char>& out) override;
     bool AtEnd() const override { return remaining == 0; }
     /// What is declared, but no more than the source holds.

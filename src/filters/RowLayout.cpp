@@ -11,7 +11,7 @@ namespace Quillet {
 RowLayout MeasureRow(int colours, int bitsPerComponent, int columns)
 {
     if (colours < 1 || bitsPerComponent < 1 || columns < 1) return {};
-    constexpr long long c_maxRow = std::min<long long>(Limits::c_maxDecodedLength, INT_MAX);
+    constexpr long long c_maxRow = Limits::c_maxBlock;
     const long long pixelBits = static_cast<long long>(colours) * bitsPerComponent;
     const long long bytesPerPixel = (pixelBits + 7) / 8;
     // A pixel of more bits than that makes the row too large by itself, and would overflow the product.

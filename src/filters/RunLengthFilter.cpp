@@ -13,7 +13,7 @@ constexpr int c_endOfData = 128;
 
 } // namespace
 
-int RunLengthFilter::Read(char* buf, int size)
+int RunLengthFilter::Decode(char* buf, int size)
 {
     int delivered = 0;
     while (delivered < size && (count > 0 || ReadRun() > 0)) {

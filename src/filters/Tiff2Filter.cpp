@@ -83,7 +83,7 @@ void Tiff2Filter::UndoBits()
     if (outCount > 0) *to = static_cast<unsigned char>(outBits << (8 - outCount));
 }
 
-int Tiff2Filter::Read(char* buf, int size)
+int Tiff2Filter::Decode(char* buf, int size)
 {
     int delivered = 0;
     while (delivered < size && rowSize != 0) {

@@ -5,6 +5,8 @@
 #include "document/Limits.h"
 #include "filters/Stream.h"
 
+#include <Quillet/Budget.h>
+
 #include <algorithm>
 
 namespace Quillet {
@@ -65,9 +67,9 @@ bool CMapInterpreter::IsBeingRead(const Ref& ref) const
 void CMapInterpreter::UseBase(const Ref& base)
 {
     const Guard::Descent descent;
-    if (base.IsNull() || IsBeingRead(base) || !descent || Guard::Page::IsSpent()) return;
+    if (base.IsNull() || IsBeingRead(base) || !descent || Budget::IsSpent()) return;
     const auto used = GetEncoding(base, this);
-    if (!used || !Guard::Page::Spend(Limits::c_rangeWork * static_cast<long long>(used->mapRanges.size()))) return;
+    if (!used || !Budget::Spend(Limits::c_entryUnits * used->mapRanges.size())) return;
     encoding = Kernel::MakeCounted<FontEncoding>(*used);
 }
 
@@ -100,7 +102,7 @@ void CMapInterpreter::Interpret()
         do {
             parser->NextToken();
         } while (!ParseObject(args, op));
-        if (!Check(Guard::Page::Spend(1), Error::General)) break;
+        if (!Budget::Spend(Limits::c_operatorUnits)) break;
         Execute(op, args);
         // The tokeniser goes no further than a parenthesis that closes nothing.
     } while (!parser->AtEnd() && parser->tokenType != Token::TokenEnd);

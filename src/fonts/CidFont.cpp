@@ -1,11 +1,11 @@
 #include "fonts/CidFont.h"
 
 #include "document/Dictionary.h"
-#include "document/Guard.h"
 #include "document/Limits.h"
 #include "filters/Stream.h"
 #include "fonts/FontEncodingFactory.h"
 #include "fonts/MapBytes.h"
+#include <Quillet/Budget.h>
 #include <Quillet/Char.h>
 
 #include <algorithm>
@@ -29,7 +29,7 @@ Kernel::Counted<const CidFont> CidFont::Make(const Ref& ref, const Kernel::Count
 {
     if (ref.number < 0) return nullptr;
     if (auto cached = ref.GetCache<CidFont>()) return cached;
-    if (!Guard::Page::Spend(Limits::c_fontWork)) return nullptr;
+    if (!Budget::Spend(Limits::c_fontUnits)) return nullptr;
     const auto font = Kernel::MakeCounted<CidFont>(Kernel::MakeCounted<Dictionary>(ref, "Font", Error::General));
     ref.SetCache(font);
     return font;
@@ -51,7 +51,7 @@ void CidFont::SetWidths(long long first, long long last, double width)
 {
     first = std::max(first, 0LL);
     last = std::min<long long>(last, std::numeric_limits<int>::max() - 1);
-    if (last < first || !Guard::Page::Spend(Limits::c_rangeWork)) return;
+    if (last < first || !Budget::Spend(Limits::c_entryUnits)) return;
     const auto begin = static_cast<int>(first);
     const auto end = static_cast<int>(last);
     // Later entries win: what they overlap is cut.
@@ -128,7 +128,7 @@ void CidFont::ReadEncoding(const Kernel::Counted<Dictionary>& dictionary)
 Kernel::Counted<const FontEncoding> CidFont::ReadGlyphIds(const Ref& stream, const FontEncoding& host) const
 {
     std::vector<char> bytes;
-    Stream(stream).ReadAll(bytes);
+    Stream(stream).ReadBlock(bytes);
     if (bytes.size() < 2) return nullptr;
     auto own = Kernel::MakeCounted<FontEncoding>();
     const std::size_t count = std::min<std::size_t>(bytes.size() / 2, 1 << 16);

@@ -1,13 +1,13 @@
 #include "fonts/Font.h"
 
 #include "document/Dictionary.h"
-#include "document/Guard.h"
 #include "document/Limits.h"
 #include "fonts/CompositeFont.h"
 #include "fonts/SimpleFont.h"
 #include "fonts/Type3Font.h"
 #include "fonts/UnimplementedFont.h"
 
+#include <Quillet/Budget.h>
 #include <Quillet/PdfDocument.h>
 
 namespace Quillet {
@@ -35,7 +35,7 @@ Kernel::Counted<const Font> Font::Make(const Ref& ref, const std::string&)
 {
     if (ref.number < 0) return nullptr;
     if (auto cached = ref.GetCache<Font>()) return cached;
-    if (!Guard::Page::Spend(Limits::c_fontWork)) return nullptr;
+    if (!Budget::Spend(Limits::c_fontUnits)) return nullptr;
     const auto font = MakeNew(Kernel::MakeCounted<Dictionary>(ref, "Font", Error::General));
     ref.SetCache(font);
     if (ref.document) ref.document->AddFont(font->GetKernelFont());
@@ -46,7 +46,7 @@ Kernel::Counted<const Font> Font::Make(const Ref& ref, const std::string&)
 const Kernel::Counted<const Font>& Font::GetDefaultFont()
 {
     static const auto& font = *[] {
-        const Guard::Reprieve reprieve;
+        const Budget::Reprieve reprieve;
         return new Kernel::Counted<const Font>(Kernel::MakeCounted<SimpleFont>());
     }();
     return font;

@@ -1,8 +1,9 @@
 #include "fonts/FontEncoding.h"
 
-#include "document/Guard.h"
 #include "document/Limits.h"
 #include "fonts/MapBytes.h"
+
+#include <Quillet/Budget.h>
 
 #include <algorithm>
 #include <iterator>
@@ -34,7 +35,7 @@ void FontEncoding::AddCodeSpaceRange(int byteCount, int fontIndex, unsigned low,
 void FontEncoding::AddMapRange(int first, int last, const CodeSequence& sequence)
 {
     if (!Check(first >= 0, Error::General)) first = 0;
-    if (last < first || !Guard::Page::Spend(Limits::c_rangeWork)) return;
+    if (last < first || !Budget::Spend(Limits::c_entryUnits)) return;
     auto after = mapRanges.upper_bound(last);
     while (after != mapRanges.begin()) {
         const auto place = std::prev(after);
@@ -117,9 +118,9 @@ bool FontEncoding::AdvanceCharCode(int& fontIndex, int& code, int& pos, const st
     const int maxBytes = codeSpaceRanges.empty() ? 1 : std::max(codeSpaceRanges.back().byteCount, 1);
     unsigned value = 0;
     const auto take = [&] { value = value << 8 | static_cast<unsigned char>(text[static_cast<std::size_t>(pos++)]); };
-    const auto isAffordable = [work = 1 + static_cast<long long>(codeSpaceRanges.size() / 16), size, &pos] {
+    const auto isAffordable = [work = Limits::c_operatorUnits + codeSpaceRanges.size(), size, &pos] {
         if (pos >= size) return false;
-        if (Guard::Page::Spend(work)) return true;
+        if (Budget::Spend(work)) return true;
         pos = size;
         return false;
     };

@@ -1,9 +1,10 @@
 #include "fonts/FontEncodingFactory.h"
 
 #include "document/Dictionary.h"
-#include "document/Guard.h"
 #include "document/Limits.h"
 #include "fonts/GlyphNames.h"
+
+#include <Quillet/Budget.h>
 
 #include <Kernel/UnicodeCmap.h>
 
@@ -74,7 +75,7 @@ bool VisitDifferences(Dictionary& dictionary, const std::function<void(long long
             code = parser->tokenInt;
             continue;
         }
-        if (!Guard::Page::Spend(Limits::c_rangeWork)) break;
+        if (!Budget::Spend(Limits::c_entryUnits)) break;
         visit(code, parser->GetTokenName());
         if (code < std::numeric_limits<int>::max()) ++code;
     }
@@ -121,7 +122,7 @@ Kernel::Counted<FontEncoding> MakeSingleTable(const char* name, std::span<const 
 Encoding FontEncodingFactory::Get(Type type)
 {
     static const auto& encodings = *[] {
-        const Guard::Reprieve reprieve;
+        const Budget::Reprieve reprieve;
         return new std::array<Encoding, 7>{
             MakeIdentity(),
             MakeLatinTable("StandardEncoding", LatinEncoding::c_standard),
@@ -240,7 +241,7 @@ namespace {
 
 Encoding ReadFromOs(const Kernel::Font& font)
 {
-    const Guard::Reprieve reprieve;
+    const Budget::Reprieve reprieve;
     const auto cmap = Kernel::UnicodeCmap::Make(font);
     if (!cmap) return nullptr;
     auto encoding = Kernel::MakeCounted<FontEncoding>();

@@ -2,13 +2,13 @@
 
 #include "content/GraphicsState.h"
 #include "document/Dictionary.h"
-#include "document/Guard.h"
 #include "document/Limits.h"
 #include "fonts/CMapInterpreter.h"
 #include "fonts/FontEncodingFactory.h"
 #include "fonts/FontTables.h"
 #include "fonts/GlyphNames.h"
 #include "fonts/MapBytes.h"
+#include <Quillet/Budget.h>
 #include <Quillet/Char.h>
 
 #include <Renderer/FontMetrics.h>
@@ -86,7 +86,7 @@ void SimpleFont::ReadMetrics(const Kernel::Counted<Dictionary>& dictionary)
         dictionary->GetRealVec("Widths", widths);
         if (widths.size() > start) missingWidth = widths[start];
         widths.resize(std::min<std::size_t>(widths.size(), Limits::c_maxFontCodes));
-        Guard::Page::Spend(static_cast<long long>(widths.size()));
+        Budget::Spend(widths.size() * sizeof(double));
     } else {
         if (!GetStandardFontMetrics(documentName)) {
             dictionary->OnError(Error::UnimplementedTextEncoding);

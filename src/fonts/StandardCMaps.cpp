@@ -1,8 +1,9 @@
 #include "fonts/StandardCMaps.h"
 
 #include "document/FileSource.h"
-#include "document/Guard.h"
 #include "fonts/CMapInterpreter.h"
+
+#include <Quillet/Budget.h>
 
 #include <Kernel/FileSystem.h>
 
@@ -23,7 +24,7 @@ bool IsFileName(const std::string& name)
 Kernel::Counted<const FontEncoding> ReadCMap(const std::string& name)
 {
     if (name == "Identity-H" || !IsFileName(name)) return MakeIdentityCMap();
-    const Guard::Reprieve reprieve;
+    const Budget::Reprieve reprieve;
     try {
         const auto source = Kernel::MakeCounted<FileSource>();
         source->Open((Kernel::FileSystem::GetResourcesDirectory() / "Standard CMaps" / (name + ".txt")).string());
@@ -38,7 +39,7 @@ Kernel::Counted<const FontEncoding> ReadCMap(const std::string& name)
 Kernel::Counted<const FontEncoding> MakeIdentityCMap()
 {
     static const auto& identity = *new Kernel::Counted<const FontEncoding>([] {
-        const Guard::Reprieve reprieve;
+        const Budget::Reprieve reprieve;
         auto encoding = Kernel::MakeCounted<FontEncoding>("Identity-H");
         encoding->AddCodeSpaceRange(2, 0, 0, 0xFFFF);
         encoding->AddMapRange(0, 0xFFFF, char32_t{0});

@@ -5,11 +5,12 @@
 #include "content/ArgVec.h"
 #include "content/GraphicsStateStack.h"
 #include "content/Resources.h"
-#include "document/Guard.h"
 #include "document/Limits.h"
 #include "document/Parser.h"
 #include "filters/DecodeParams.h"
 #include "filters/FilterPipeline.h"
+
+#include <Quillet/Budget.h>
 
 #include <algorithm>
 #include <array>
@@ -21,9 +22,6 @@ namespace Quillet {
 namespace {
 
 using Kernel::Counted;
-
-/// Bytes that are decoded in the time of an operator.
-constexpr int c_bytesPerWork = 64;
 
 bool IsWhiteSpace(char byte)
 {
@@ -72,7 +70,7 @@ public:
         while (left != 0) {
             const int count =
                 pipeline->Read(bytes.data(), static_cast<int>(std::min<unsigned long long>(left, bytes.size())));
-            if (count <= 0 || !Guard::Page::Spend(count / c_bytesPerWork)) return;
+            if (count <= 0) return;
             left -= static_cast<unsigned long long>(count);
         }
     }

@@ -1,7 +1,8 @@
 #include <Quillet/GroupObject.h>
-#include <Quillet/Page.h>
 
-#include "document/Guard.h"
+#include "document/Limits.h"
+#include <Quillet/Budget.h>
+#include <Quillet/Page.h>
 
 #include <algorithm>
 #include <utility>
@@ -55,7 +56,7 @@ Kernel::Counted<GroupObject> GroupObject::AcquireMarkedContent(const Kernel::Cou
 
     const std::vector<GroupObject*> groups = CollectGroupsAbove(*previous);
     // A page of many sequences inside many clips is done long before it is read.
-    if (!Guard::Page::Spend(static_cast<long long>(groups.size()))) return nullptr;
+    if (!Budget::Spend(Limits::c_operatorUnits * groups.size())) return nullptr;
     const std::size_t offNewest = CountGroupsOffNewest(groups, root);
     const Object* mark = previous.Get();
     for (std::size_t i = 0; i < offNewest; ++i) {

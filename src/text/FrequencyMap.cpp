@@ -1,6 +1,6 @@
 #include "text/FrequencyMap.h"
 
-#include "document/Guard.h"
+#include <Quillet/Budget.h>
 
 #include <algorithm>
 #include <cmath>
@@ -9,7 +9,8 @@ namespace Quillet {
 
 namespace {
 
-constexpr std::ptrdiff_t c_movedBucketsPerWork = 64;
+/// Moving a bucket takes less than a nanosecond.
+constexpr std::ptrdiff_t c_movedBucketsPerUnit = 4;
 
 } // namespace
 
@@ -35,7 +36,9 @@ void FrequencyMap::Add(double value)
         ++place->count;
     } else {
         // A new bucket moves those above it.
-        if (!Guard::Page::Spend((buckets.end() - place) / c_movedBucketsPerWork)) return;
+        if (!Budget::Spend(static_cast<unsigned long long>(buckets.end() - place) / c_movedBucketsPerUnit +
+                           sizeof(Bucket)))
+            return;
         buckets.insert(place, {rounded, value, 1});
     }
     ++total;

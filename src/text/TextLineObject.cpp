@@ -1,10 +1,11 @@
 #include <Quillet/TextLineObject.h>
 
 #include "content/GraphicsState.h"
-#include "document/Guard.h"
 #include "document/Limits.h"
 #include "fonts/Font.h"
 #include "text/ForAtts.h"
+
+#include <Quillet/Budget.h>
 
 #include <Geometry/BoundingBoxT.h>
 #include <Kernel/CharTraits.h>
@@ -280,10 +281,10 @@ void TextLineObject::AppendOutlinesTo(Geometry::PolyCurveDbl& target) const
         const int glyph = c.GetGlyphMetrics().id;
         if (const auto outline = c.isSpace ? nullptr : c.atts->GetFontMetrics()->GetOutline(glyph)) {
             const double baseline = pen.y + c.atts->Get(BaselineShift);
-            long long nodeCount = 0;
+            unsigned long long nodeCount = 0;
             for (const auto& curve : *outline)
-                nodeCount += static_cast<long long>(curve->nodes.size());
-            if (!Guard::Page::Spend(Limits::c_segmentWork * nodeCount)) return;
+                nodeCount += curve->nodes.size();
+            if (!Budget::Spend(Limits::c_segmentUnits * nodeCount)) return;
             const auto placed = outline->Clone();
             placed->Transform(transform * c.atts->GetGlyphTransform({pen.x, baseline}));
             for (const auto& curve : *placed)
