@@ -19,6 +19,7 @@
 
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace Kernel {
@@ -26,6 +27,10 @@ class InStream;
 }
 
 namespace Quillet {
+
+namespace Guard {
+class Trail;
+}
 
 class ColourSpaceFactory;
 class Encrypt;
@@ -144,6 +149,9 @@ public:
     bool ContainsFont(const Kernel::Font& font) const;
     bool IsFontPostscriptNameUnique(const std::string& name) const;
 
+    /// Where the library is in this document now. Not for hosts.
+    Guard::Trail& GetTrail() const { return *trail; }
+
     // Members, which other classes of the library read.
     Kernel::Counted<PdfSource> source;
     TextFidelity textFidelity = TextFidelityExact;
@@ -180,8 +188,12 @@ public:
 private:
     friend class Page;
 
+    /// Places in `fonts`.
+    mutable std::unordered_multimap<std::string, std::size_t> fontsByName;
+
     Kernel::Counted<const Budget> budget;
     bool isOwnBudget = true;
+    const std::unique_ptr<Guard::Trail> trail;
 
     bool Open(Kernel::Counted<PdfSource> newSource, const std::string& name);
     /// Lets go of the file and all that was read of it, but not of the password.

@@ -36,6 +36,20 @@ public:
     bool IsNull() const { return isIndirect ? number < 0 : pos == 0; }
 
     unsigned long long GetPos() const;
+    /// Where the value stands, by whatever number it is called: its position, and the object stream if it lies in one.
+    struct Place
+    {
+        unsigned long long pos = 0;
+        int streamNumber = -1;
+        int streamIndex = -1;
+
+        friend bool operator==(const Place&, const Place&) = default;
+    };
+    struct PlaceHash
+    {
+        QUILLET_API std::size_t operator()(const Place& place) const;
+    };
+    Place GetPlace() const;
     /// Where the value is read from; null without a document.
     Kernel::Counted<PdfSource> GetSource() const;
     /// Same position in the same source, and both whole objects or both not.

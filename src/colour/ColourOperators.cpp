@@ -3,6 +3,9 @@
 #include "colour/ColourSpaceFactory.h"
 #include "content/ArgVec.h"
 #include "content/GraphicsStateStack.h"
+#include "document/Limits.h"
+
+#include <Quillet/Budget.h>
 
 namespace Quillet {
 
@@ -26,6 +29,7 @@ OpSetColour::OpSetColour(bool isForStroke, Kernel::Counted<const ColourSpace> fi
 
 void OpSetColour::Execute(const ArgVec& args) const
 {
+    if (!Budget::Spend(Limits::c_paintUnits)) return;
     GraphicsState& state = GetState();
     if (space) state.SetColourSpace(isStroke, space);
     const Kernel::Counted<const ColourSpace> current = state.GetColourSpace(isStroke);
@@ -59,6 +63,7 @@ void OpSetColourSpace::AddRasterFormats(RasterFormatPicker& picker, const ArgVec
 void OpSetColourSpace::Execute(const ArgVec& args) const
 {
     CheckCall(c_category, args, 1);
+    Budget::Spend(Limits::c_paintUnits);
     const auto space = MakeSpace(args);
     if (!space) return;
     GetState().SetColourSpace(isStroke, space);

@@ -1,5 +1,9 @@
 #include "colour/ExponentialFunction.h"
 
+#include "document/Limits.h"
+
+#include <Quillet/Budget.h>
+
 #include <cmath>
 
 namespace Quillet {
@@ -31,6 +35,7 @@ void ExponentialFunction::Call(double* out, unsigned long outCount, const double
         Function::Call(out, outCount, in, inCount);
         return;
     }
+    Budget::Spend(Limits::c_sampleUnits * outCount);
     const double x = Clamp(in[0], domain[0], domain[1]);
     const double power = n == 1 ? x : std::pow(x, n);
     for (unsigned long i = 0; i < outCount; ++i) {

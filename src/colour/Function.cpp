@@ -8,6 +8,7 @@
 #include "colour/SampledFunctionN.h"
 #include "colour/StitchingFunction.h"
 #include "document/Limits.h"
+#include "document/Guard.h"
 
 #include <Quillet/Budget.h>
 
@@ -18,19 +19,18 @@ namespace Quillet {
 
 namespace {
 
-/// The functions that this thread is making, each called for by the one before.
-thread_local std::vector<Ref> t_beingMade;
+/// How deep the functions that this thread is making lie in each other.
+thread_local int t_nesting = 0;
 
-class Making
+class Nesting
 {
 public:
-    explicit Making(const Ref& ref) { t_beingMade.push_back(ref); }
-    ~Making() { t_beingMade.pop_back(); }
-    Making(const Making&) = delete;
-    Making& operator=(const Making&) = delete;
+    Nesting() { ++t_nesting; }
+    ~Nesting() { --t_nesting; }
+    Nesting(const Nesting&) = delete;
+    Nesting& operator=(const Nesting&) = delete;
 
-    static int GetDepth() { return static_cast<int>(t_beingMade.size()); }
-    static bool Includes(const Ref& ref) { return std::ranges::find(t_beingMade, ref) != t_beingMade.end(); }
+    explicit operator bool() const { return t_nesting <= Limits::c_maxFunctionNesting; }
 };
 
 Kernel::Counted<const Function> MakeByType(const Ref& ref, Kernel::Counted<Dictionary> dictionary)
@@ -97,11 +97,12 @@ void DropNeedlessStops(std::vector<Renderer::ColourPosition>& list, std::size_t 
 Kernel::Counted<const Function> Function::Make(const Ref& ref)
 {
     if (auto cached = ref.isIndirect ? ref.GetCache<Function>() : nullptr) return cached;
-    if (Making::Includes(ref) || Making::GetDepth() > Limits::c_maxFunctionNesting) {
+    const Nesting nesting;
+    Guard::Walk walk(Guard::Way::Functions, ref);
+    if (!nesting || !walk.Enter(ref)) {
         ref.OnError(Error::General);
         return Kernel::MakeCounted<const DefaultFunction>();
     }
-    const Making making(ref);
     auto function = Make2(ref);
     if (ref.isIndirect) ref.SetCache(function);
     return function;

@@ -5,6 +5,9 @@
 #include "document/Dictionary.h"
 #include "filters/Stream.h"
 #include "graphics/RasterFormatPicker.h"
+#include "document/Limits.h"
+
+#include <Quillet/Budget.h>
 
 #include <pixels/ICCManager.h>
 
@@ -37,6 +40,7 @@ Kernel::Consolidated<Raster::ICCProfile> IccBasedColourSpace::ReadProfile(Kernel
 {
     std::vector<char> bytes;
     Stream(dictionary).ReadBlock(bytes);
+    if (!Budget::Spend(Limits::c_profileUnits + bytes.size())) return nullptr;
     auto profile = Raster::ICCManager::GetInstance().AddProfileFromMemory(
         bytes.data(), static_cast<unsigned int>(bytes.size()), nullptr);
     dictionary->Check(static_cast<bool>(profile), Error::UnimplementedColourProfile);

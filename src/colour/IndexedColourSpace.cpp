@@ -6,6 +6,8 @@
 #include "document/Dictionary.h"
 #include "filters/Stream.h"
 
+#include <Quillet/Budget.h>
+
 #include <Renderer/ColourGrayscale.h>
 
 #include <algorithm>
@@ -52,6 +54,7 @@ void IndexedColourSpace::LoadTableFromStringBuf(const std::vector<char>& bytes, 
     const auto componentCount = static_cast<std::size_t>(base->GetComponentCount());
     if (componentCount == 0) return;
     const std::size_t count = std::min(bytes.size() / componentCount, static_cast<std::size_t>(entryCount));
+    if (!Budget::Spend(count * componentCount * sizeof(double))) return;
     table.reserve(count);
     for (std::size_t entry = 0; entry < count; ++entry) {
         std::vector<double> components(componentCount);

@@ -3,6 +3,9 @@
 #include "colour/Round.h"
 #include "document/Dictionary.h"
 #include "graphics/RasterFormatPicker.h"
+#include "document/Limits.h"
+
+#include <Quillet/Budget.h>
 
 #include <Renderer/ColourLAB.h>
 #include <pixels/ICCManager.h>
@@ -51,6 +54,7 @@ Kernel::Counted<const ColourSpace> LabColourSpace::Make(Kernel::Counted<Parser> 
 
 LabColourSpace::LabColourSpace(const Ref& parameters)
 {
+    Budget::Spend(Limits::c_profileUnits);
     Dictionary dictionary(parameters);
     std::vector<double> white;
     const bool hasWhite = dictionary.GetRealVec("WhitePoint", white);

@@ -4,6 +4,7 @@
 #include "colour/Function.h"
 #include "colour/Round.h"
 #include "content/Resources.h"
+#include "document/Limits.h"
 
 #include <Renderer/ColourCMYK.h>
 #include <Renderer/ColourGrayscale.h>
@@ -43,6 +44,7 @@ MultitoneColourSpace::MultitoneColourSpace(Kernel::Counted<Parser> parser, Kerne
     parser->NextToken();
     std::vector<std::string> names;
     parser->GetTokenNameVec(names);
+    if (!parser->Check(names.size() <= Limits::c_maxColourants, parser->errorType)) return;
     componentCount = static_cast<int>(names.size());
 
     alternate = factory->Make(parser, resources);

@@ -3,6 +3,8 @@
 #include "colour/ColourSpace.h"
 #include "document/Limits.h"
 
+#include <Quillet/Budget.h>
+
 #include <algorithm>
 
 namespace Quillet {
@@ -80,6 +82,7 @@ void StitchingFunction::Call(double* out, unsigned long outCount, const double* 
         Function::Call(out, outCount, in, inCount);
         return;
     }
+    Budget::Spend(Limits::c_operatorUnits);
     const double x = Clamp(in[0], domain[0], domain[1]);
     const auto end = std::upper_bound(bounds.begin() + 1, bounds.end() - 1, x);
     const auto part = static_cast<std::size_t>(end - bounds.begin() - 1);
@@ -99,7 +102,7 @@ void StitchingFunction::AddToColourList(std::vector<Renderer::ColourPosition>& l
         const double low = bounds[part];
         const double high = bounds[part + 1];
         if (low == high) continue;
-        if (list.size() >= Limits::c_maxGradientStops) return;
+        if (list.size() >= Limits::c_maxGradientStops || !Budget::Spend(Limits::c_entryUnits)) return;
         const auto place = [&](double at, double from, double to) { return from + (at - start) * (to - from) / width; };
         functions[part]->AddToColourList(list, space, place(low, pos0, pos1), place(high, pos0, pos1),
                                          Encode(part, place(low, t0, t1)), Encode(part, place(high, t0, t1)));

@@ -65,30 +65,6 @@ std::vector<char> ReadUpTo(SequentialSource& source, std::size_t limit)
     return bytes;
 }
 
-/// Marks a form as being drawn over a stack.
-///
-/// Content has no conditions: a form that comes to draw itself over the same stack would do so for ever.
-class Running
-{
-public:
-    Running(const FormXObject& drawn, const GraphicsStateStack& stack) : form(drawn), outer(drawn.runningStack)
-    {
-        isAllowed = descent && outer.Get() != &stack && Budget::Spend(c_formUnits);
-        if (isAllowed) form.runningStack = &stack;
-    }
-    ~Running() { form.runningStack = outer; }
-    Running(const Running&) = delete;
-    Running& operator=(const Running&) = delete;
-
-    explicit operator bool() const { return isAllowed; }
-
-private:
-    Guard::Descent descent;
-    const FormXObject& form;
-    const Kernel::NonCounted<const GraphicsStateStack> outer;
-    bool isAllowed;
-};
-
 } // namespace
 
 FormXObject::FormXObject(Kernel::Counted<Dictionary> dictionary, Kernel::Counted<const Resources> inherited)
@@ -122,6 +98,7 @@ Kernel::Counted<SequentialSource> FormXObject::OpenContent() const
         keptContent = ReadUpTo(*Kernel::MakeCounted<Stream>(streamRef), c_maxKeptContent + 1);
         content = keptContent.size() <= c_maxKeptContent ? Content::Kept : Content::TooLong;
         if (content == Content::TooLong) keptContent = {};
+        if (Budget::IsSpent()) content = Content::Read;
     }
     if (content == Content::Kept) {
         return Kernel::MakeCounted<KeptContentSource>(keptContent, streamRef.GetErrorHandler());
@@ -132,14 +109,17 @@ Kernel::Counted<SequentialSource> FormXObject::OpenContent() const
 
 bool FormXObject::Accept(Kernel::NonCounted<GraphicsStateStack> stack, bool noGroup) const
 {
-    const Running running(*this, *stack);
-    if (!running) return false;
+    // Content has no conditions: a form that comes to draw itself over the same stack would do so for ever.
+    const Guard::Descent descent;
+    Guard::Walk walk(Guard::Way::Forms, streamRef, stack.Get());
+    if (!descent || !walk.Enter(streamRef) || !Budget::Spend(c_formUnits)) return false;
     Draw(*stack, noGroup);
     return true;
 }
 
 void FormXObject::Draw(GraphicsStateStack& stack, bool noGroup) const
 {
+    const Kernel::Counted<GroupObject> callersGroup = stack.GetTop().currentGroup;
     if (!noGroup) {
         auto group = Kernel::MakeCounted<GroupObject>(stack.page);
         group->SetIsXObject(true);
@@ -159,7 +139,8 @@ void FormXObject::Draw(GraphicsStateStack& stack, bool noGroup) const
 
     stack.RestoreForXObject();
     stack.SetResources(callersResources);
-    if (!noGroup) stack.GetTop().PopGroup();
+    // Whatever the form has left and closed that is not its own, the caller goes on where it was.
+    if (!noGroup) stack.GetTop().SetCurrentGroup(callersGroup);
 }
 
 } // namespace Quillet

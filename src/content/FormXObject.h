@@ -33,9 +33,6 @@ public:
     /// Own or inherited; null only if nobody on the way has any.
     Kernel::Counted<const Resources> resources;
 
-    /// The innermost run over a stack that is drawing this form now; null if there is none.
-    mutable Kernel::NonCounted<const GraphicsStateStack> runningStack;
-
 protected:
     /// What `Accept` does once it is sure that there is an end.
     virtual void Draw(GraphicsStateStack& stack, bool noGroup) const;

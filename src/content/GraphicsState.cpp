@@ -126,9 +126,9 @@ void GraphicsState::PushGroup(Counted<GroupObject> group)
 
 void GraphicsState::PopGroup()
 {
-    if (!currentGroup) return;
-    const Kernel::NonCounted<Object> parent = currentGroup->parent;
-    currentGroup = parent ? Counted<GroupObject>(parent->AsGroup()) : nullptr;
+    // Nothing lies above the root.
+    const Kernel::NonCounted<Object> parent = currentGroup ? currentGroup->parent : nullptr;
+    if (parent && parent->AsGroup()) currentGroup = parent->AsGroup();
 }
 
 void GraphicsState::SetCurrentGroup(Kernel::NonCounted<GroupObject> group)
@@ -138,8 +138,7 @@ void GraphicsState::SetCurrentGroup(Kernel::NonCounted<GroupObject> group)
 
 void GraphicsState::AddObject(Counted<Object> object)
 {
-    Budget::Spend(Limits::c_objectUnits);
-    currentGroup->Add(std::move(object));
+    if (Budget::Spend(Limits::c_objectUnits)) currentGroup->Add(std::move(object));
 }
 
 Counted<Object> GraphicsState::GetPreviousObject() const
@@ -153,7 +152,7 @@ Counted<Object> GraphicsState::GetPreviousObject() const
         ++depth;
     }
     // A page may nest deep and then ask a hundred thousand times.
-    Budget::Spend(depth);
+    Budget::Spend(Limits::c_operatorUnits * depth);
     return object;
 }
 
@@ -171,6 +170,7 @@ void GraphicsState::OnGraphicsStateChanging()
 void GraphicsState::OnLineStyleChanging()
 {
     OnGraphicsStateChanging();
+    Budget::Spend(Limits::c_paintUnits);
     if (lineStyle->GetReferenceCount() >= 2) lineStyle = lineStyle->Clone();
 }
 

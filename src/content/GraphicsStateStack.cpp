@@ -57,7 +57,7 @@ void GraphicsStateStack::Push(const GraphicsState& state)
     if (states.size() == states.capacity()) {
         Budget::Spend(Limits::c_objectUnits * states.size());
     }
-    Budget::Spend(state.lineDash.size() * sizeof(double));
+    Budget::Spend(Limits::c_paintUnits + state.lineDash.size() * sizeof(double));
     states.push_back(state);
 }
 

@@ -52,7 +52,8 @@ Kernel::Counted<LayerObject> ParseOptionalContentProperties(Dictionary& group, K
 {
     if (group.GetName("Type") != "OCG") return nullptr;
     std::string name = group.GetString("Name");
-    if (name.empty()) return nullptr;
+    // Each layer has its name to itself.
+    if (name.empty() || !Budget::Spend(name.size())) return nullptr;
     auto layer = Kernel::MakeCounted<LayerObject>(Kernel::Counted<const Page>(page.Get()));
     layer->SetName(std::move(name));
     ApplyUsage(group, *layer);
@@ -64,7 +65,7 @@ Kernel::Counted<LayerObject> ParseOptionalContentProperties(Dictionary& group, K
 Kernel::Counted<LayerObject> ParseLayerProperties(Dictionary& properties, Kernel::NonCounted<const Page> page)
 {
     std::string title = properties.GetString("Title");
-    if (title.empty()) return nullptr;
+    if (title.empty() || !Budget::Spend(title.size())) return nullptr;
     auto layer = Kernel::MakeCounted<LayerObject>(Kernel::Counted<const Page>(page.Get()));
     layer->SetName(std::move(title));
     layer->SetIsVisible(properties.GetBool("Visible", layer->isVisible));

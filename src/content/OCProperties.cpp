@@ -2,47 +2,43 @@
 
 #include "document/Dictionary.h"
 
-#include <algorithm>
-#include <vector>
+#include <Quillet/Budget.h>
+
+#include <utility>
 
 namespace Quillet {
-
-namespace {
-
-bool Lists(Dictionary& config, const char* key, const Ref& group)
-{
-    std::vector<Ref> groups;
-    config.GetRefVec(key, groups);
-    return std::find(groups.begin(), groups.end(), group) != groups.end();
-}
-
-} // namespace
 
 OCProperties::OCProperties(const Ref& ref) : defaultConfig(Kernel::MakeCounted<Dictionary>(ref)->GetRef("D")) {}
 
 bool OCProperties::IsHidden(const Ref& group) const
 {
-    return !defaultConfig.IsNull() && GetAnswer(group).isHidden;
+    const Lists lists = GetLists();
+    const Ref::Place place = group.GetPlace();
+    return (lists->isBaseOff || lists->off.contains(place)) && !lists->on.contains(place);
 }
 
 bool OCProperties::IsLocked(const Ref& group) const
 {
-    return !defaultConfig.IsNull() && GetAnswer(group).isLocked;
+    return GetLists()->locked.contains(group.GetPlace());
 }
 
-const OCProperties::Answer& OCProperties::GetAnswer(const Ref& group) const
+OCProperties::Lists OCProperties::GetLists() const
 {
-    const auto [entry, isNew] =
-        answers.try_emplace({group.pos, group.number, group.generation, group.isIndirect}, Answer{});
-    if (isNew) entry->second = ReadAnswer(group);
-    return entry->second;
-}
-
-OCProperties::Answer OCProperties::ReadAnswer(const Ref& group) const
-{
-    const auto config = Kernel::MakeCounted<Dictionary>(defaultConfig);
-    const bool isOff = config->GetName("BaseState") == "OFF" || Lists(*config, "OFF", group);
-    return {isOff && !Lists(*config, "ON", group), Lists(*config, "Locked", group)};
+    if (kept) return kept;
+    auto read = std::make_shared<Configuration>();
+    if (!defaultConfig.IsNull()) {
+        Dictionary config(defaultConfig);
+        read->isBaseOff = config.GetName("BaseState") == "OFF";
+        for (const auto& [key, list] : {std::pair{"OFF", &read->off}, {"ON", &read->on}, {"Locked", &read->locked}}) {
+            std::vector<Ref> groups;
+            config.GetRefVec(key, groups);
+            for (const Ref& group : groups)
+                list->insert(group.GetPlace());
+        }
+    }
+    // What was cut short is read again by the next page.
+    if (!Budget::IsSpent()) kept = read;
+    return read;
 }
 
 } // namespace Quillet

@@ -4,8 +4,8 @@
 
 #include <Kernel/Countable.h>
 
-#include <map>
-#include <tuple>
+#include <memory>
+#include <unordered_set>
 
 namespace Quillet {
 
@@ -24,18 +24,21 @@ public:
     Ref defaultConfig;
 
 private:
-    struct Answer
+    struct Configuration
     {
-        bool isHidden = false;
-        bool isLocked = false;
+        using Groups = std::unordered_set<Ref::Place, Ref::PlaceHash>;
+
+        bool isBaseOff = false;
+        Groups off;
+        Groups on;
+        Groups locked;
     };
+    using Lists = std::shared_ptr<const Configuration>;
 
-    const Answer& GetAnswer(const Ref& group) const;
-    Answer ReadAnswer(const Ref& group) const;
+    Lists GetLists() const;
 
-    /// A configuration lists its groups in arrays, and pages name the same few groups over and over. The key is the
-    /// reference: position, number, generation, and whether it is a whole object.
-    mutable std::map<std::tuple<unsigned long long, int, int, bool>, Answer> answers;
+    /// Read when a page first asks; null until then.
+    mutable Lists kept;
 };
 
 } // namespace Quillet

@@ -5,6 +5,9 @@
 #include "content/XObject.h"
 #include "document/Dictionary.h"
 #include "fonts/Font.h"
+#include "document/Limits.h"
+
+#include <Quillet/Budget.h>
 
 namespace Quillet {
 
@@ -19,8 +22,10 @@ Kernel::Counted<Dictionary> Resources::GetDictionary() const
 
 Kernel::Counted<Dictionary> Resources::GetSubDictionary(Kernel::Counted<Dictionary>& place, const char* key) const
 {
-    if (!place) place = Kernel::MakeCounted<Dictionary>(GetDictionary()->GetRef(key));
-    return place;
+    if (place) return place;
+    auto made = Kernel::MakeCounted<Dictionary>(GetDictionary()->GetRef(key));
+    if (!Budget::IsSpent()) place = made;
+    return made;
 }
 
 Kernel::Counted<Dictionary> Resources::GetColourSpaces() const
@@ -52,13 +57,19 @@ Kernel::Counted<const ColourSpace> Resources::GetColourSpace(const std::string& 
 {
     // The entry comes first: a space that is defined through its own name finds it, empty, and so ends.
     const auto [entry, isFirstLookUp] = colourSpaces.try_emplace(name);
-    Kernel::Counted<const ColourSpace>& space = entry->second;
-    if (!isFirstLookUp) return space;
+    if (!isFirstLookUp) return entry->second;
+    Budget::Spend(Limits::c_entryUnits + name.size());
     const Ref value = GetColourSpaces()->GetRef(name.c_str());
     const Kernel::NonCounted<ColourSpaceFactory> factory = GetColourSpaceFactory();
     if (value.IsNull() || !factory) return nullptr;
-    space = factory->Make(Kernel::MakeCounted<Parser>(value), this);
-    return space;
+    Kernel::Counted<const ColourSpace> made = factory->Make(Kernel::MakeCounted<Parser>(value), this);
+    // What was cut short is read again by the next page.
+    if (Budget::IsSpent()) {
+        colourSpaces.erase(name);
+    } else {
+        colourSpaces[name] = made;
+    }
+    return made;
 }
 
 Kernel::Counted<const XObject> Resources::GetXObject(const std::string& name, XObjectType::Type type) const
@@ -90,9 +101,12 @@ Ref Resources::GetExtGStateRef(const std::string& name) const
 
 Kernel::Counted<Dictionary> Resources::GetProperties(const std::string& name) const
 {
+    if (const auto found = properties.find(name); found != properties.end()) return found->second;
     const Ref value = GetSubDictionary(propertiesDictionary, "Properties")->GetRef(name.c_str());
     if (value.IsNull()) return nullptr;
-    return Kernel::MakeCounted<Dictionary>(value);
+    auto made = Kernel::MakeCounted<Dictionary>(value);
+    if (Budget::Spend(Limits::c_entryUnits + name.size())) properties[name] = made;
+    return made;
 }
 
 Kernel::Counted<const Resources> Resources::GetTwin() const

@@ -56,7 +56,7 @@ public:
     void AddFonts(std::vector<Kernel::Font>& list, std::unordered_set<const Font*>& seen) const;
     /// The graphics state parameters under `name`, or a null reference.
     Ref GetExtGStateRef(const std::string& name) const;
-    /// A new dictionary on the property list under `name`, or null.
+    /// The property list under `name`, or null. It is shared: any read moves its cursor.
     Kernel::Counted<Dictionary> GetProperties(const std::string& name) const;
 
     /// The same dictionary as an object of its own, made once.
@@ -75,6 +75,7 @@ private:
     mutable Kernel::Counted<Dictionary> extGStateDictionary;
     mutable Kernel::Counted<Dictionary> propertiesDictionary;
     mutable std::unordered_map<std::string, Kernel::Counted<const ColourSpace>> colourSpaces;
+    mutable std::unordered_map<std::string, Kernel::Counted<Dictionary>> properties;
     mutable Kernel::Counted<const Resources> twin;
 };
 

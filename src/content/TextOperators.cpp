@@ -5,6 +5,9 @@
 #include "content/Resources.h"
 #include "fonts/Font.h"
 #include "text/TextHandler.h"
+#include "document/Limits.h"
+
+#include <Quillet/Budget.h>
 
 namespace Quillet {
 
@@ -38,6 +41,7 @@ void OpEndText::Execute(const ArgVec& args) const
 void OpTextFont::Execute(const ArgVec& args) const
 {
     CheckCall(OperatorCategory::Page | OperatorCategory::Text, args, 2);
+    Budget::Spend(Limits::c_paintUnits);
     const std::string& name = args.GetName(0);
     const double size = args.GetReal(1);
     const Kernel::Counted<const Resources> resources = GetResources();

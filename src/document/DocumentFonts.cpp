@@ -4,7 +4,7 @@
 
 #include "content/Resources.h"
 #include "document/Dictionary.h"
-#include "document/Guard.h"
+#include "document/Limits.h"
 #include "document/XRefs.h"
 #include "fonts/Font.h"
 
@@ -21,9 +21,6 @@
 namespace Quillet {
 
 namespace {
-
-/// A list that a file can make as long as it likes.
-constexpr std::size_t c_maxFonts = 1 << 16;
 
 bool HasFontFile(const Ref& fontDictionary)
 {
@@ -62,7 +59,7 @@ public:
         while (!pending.empty()) {
             const Ref ref = pending.back();
             pending.pop_back();
-            if (ref.IsNull() || !seen.emplace(ref.number, ref.GetPos()).second || seen.size() > c_maxFonts) continue;
+            if (ref.IsNull() || !IsNew(ref)) continue;
             const Resources resources(ref);
             AddFonts(resources);
             const auto forms = resources.GetXObjects();
@@ -79,9 +76,14 @@ private:
         const auto fonts = resources.GetFonts();
         for (const std::string& key : fonts->GetKeys()) {
             const Ref ref = fonts->GetRef(key.c_str());
-            if (ref.IsNull() || !seen.emplace(ref.number, ref.GetPos()).second) continue;
+            if (ref.IsNull() || !IsNew(ref) || infos.size() == Limits::c_maxFonts) continue;
             if (const auto font = Font::Make(ref, key)) infos.push_back(MakeInfo(ref, *font));
         }
+    }
+
+    bool IsNew(const Ref& ref)
+    {
+        return Budget::Spend(Limits::c_entryUnits) && seen.emplace(ref.number, ref.GetPos()).second;
     }
 
     /// Objects by number and place.
@@ -92,9 +94,8 @@ private:
 template <typename Visit>
 void VisitPages(const PdfDocument& document, Visit visit)
 {
-    for (int index = 0; index < document.GetPageCount(); ++index) {
+    for (int index = 0; index < document.GetPageCount() && Budget::Spend(Limits::c_objectUnits); ++index) {
         try {
-            // Its fonts are read at the cost of the page.
             const auto page = document.GetPage(index);
             if (!page) return;
             visit(*page);
@@ -120,32 +121,41 @@ const Kernel::Counted<const Kernel::FontMap>& PdfDocument::GetFontMap() const
 
 std::vector<FontInfo> PdfDocument::GetFontInfos() const
 {
+    const Budget::Scope scope = OpenScope(Budget::Share::All);
     FontCollector collector;
     VisitPages(*this, [&collector](const Page& page) { collector.AddResources(page.GetResourcesRef()); });
+    CheckWhole(scope);
     return std::move(collector.infos);
 }
 
 std::vector<Kernel::Font> PdfDocument::GetFonts() const
 {
+    const Budget::Scope scope = OpenScope(Budget::Share::All);
     std::vector<Kernel::Font> result;
     std::unordered_set<const Font*> seen;
     VisitPages(*this, [&](const Page& page) { page.GetFonts(result, seen); });
+    CheckWhole(scope);
     return result;
 }
 
 void PdfDocument::AddFont(const Kernel::Font& font) const
 {
-    if (fonts.size() < c_maxFonts && !ContainsFont(font)) fonts.push_back(font);
+    if (fonts.size() >= Limits::c_maxFonts || ContainsFont(font)) return;
+    fontsByName.emplace(font.postscriptName, fonts.size());
+    fonts.push_back(font);
 }
 
 bool PdfDocument::ContainsFont(const Kernel::Font& font) const
 {
-    return std::ranges::find(fonts, font) != fonts.end();
+    const auto [first, last] = fontsByName.equal_range(font.postscriptName);
+    return std::any_of(first, last, [&](const auto& entry) {
+        return !Budget::Spend(Limits::c_entryUnits) || fonts[entry.second] == font;
+    });
 }
 
 bool PdfDocument::IsFontPostscriptNameUnique(const std::string& name) const
 {
-    return std::ranges::find(fonts, name, &Kernel::Font::postscriptName) == fonts.end();
+    return !fontsByName.contains(name);
 }
 
 } // namespace Quillet

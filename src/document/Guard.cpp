@@ -1,12 +1,23 @@
 #include "document/Guard.h"
 
+
 #include "document/Limits.h"
+
+#include <Quillet/PdfDocument.h>
+
+#include <Kernel/HashAccumulator.h>
 
 namespace Quillet::Guard {
 
 namespace {
 
 thread_local int t_depth = 0;
+
+Trail& GetTrail(const Ref& ref)
+{
+    thread_local Trail t_trail;
+    return ref.document ? ref.document->GetTrail() : t_trail;
+}
 
 } // namespace
 
@@ -15,6 +26,31 @@ Descent::Descent() : isAllowed(++t_depth <= Limits::c_maxDescent) {}
 Descent::~Descent()
 {
     --t_depth;
+}
+
+std::size_t Trail::Hash::operator()(const Step& step) const
+{
+    std::size_t hash = Ref::PlaceHash()(step.place) + static_cast<std::size_t>(step.way);
+    Kernel::HashAccumulator::AddToHash(hash, &step.scope, sizeof step.scope);
+    return hash;
+}
+
+Walk::Walk(Way usedWay, const Ref& start, const void* usedScope)
+    : trail(GetTrail(start)), way(usedWay), scope(usedScope)
+{}
+
+Walk::~Walk()
+{
+    for (const Step& step : entered)
+        trail.steps.erase(step);
+}
+
+bool Walk::Enter(const Ref& ref)
+{
+    const Step step{way, scope, ref.GetPlace()};
+    if (!trail.steps.insert(step).second) return false;
+    entered.push_back(step);
+    return true;
 }
 
 } // namespace Quillet::Guard

@@ -36,6 +36,8 @@ inline constexpr unsigned long long c_decoderUnits = 2000;
 /// Making the key of an encrypted value, beside its bytes.
 inline constexpr unsigned long long c_decryptUnits = 200;
 inline constexpr unsigned long long c_operatorUnits = 16;
+/// Making a paint of a colour, or taking up a font or a line style.
+inline constexpr unsigned long long c_paintUnits = 96;
 /// A segment of a path: three nodes, once in the graphics state and once in the tree.
 inline constexpr unsigned long long c_segmentUnits = 128;
 /// An object of the tree with its boxes and attributes, or a graphics state.
@@ -44,8 +46,14 @@ inline constexpr unsigned long long c_charUnits = 160;
 /// A sample of a table that a function looks at, and an element of a program.
 inline constexpr unsigned long long c_sampleUnits = 2;
 inline constexpr unsigned long long c_elementUnits = 4;
-/// A range of codes of a font, an entry of a list that is kept, a comparison of attributes.
+/// An entry of a list that is kept, or a comparison of attributes.
 inline constexpr unsigned long long c_entryUnits = 64;
+/// A range of codes of a font: a node of a map.
+inline constexpr unsigned long long c_rangeUnits = 160;
+/// A glyph name of a font, looked up in the tables of names.
+inline constexpr unsigned long long c_glyphNameUnits = 256;
+/// Taking up a colour profile, beside its bytes.
+inline constexpr unsigned long long c_profileUnits = 20'000;
 /// A font keeps some ten thousand bytes, and asks the machine for what stands in for it.
 inline constexpr unsigned long long c_fontUnits = 64'000;
 

@@ -5,6 +5,7 @@
 #include "document/Dictionary.h"
 #include "document/Encrypt.h"
 #include "document/FileSource.h"
+#include "document/Guard.h"
 #include "document/InStreamSource.h"
 #include "document/Limits.h"
 #include "document/MemorySource.h"
@@ -31,7 +32,8 @@ constexpr double c_highestVersion = 1e6;
 
 PdfDocument::PdfDocument()
     : ErrorForwarder(&defaultErrorHandler), xrefs(std::make_unique<XRefs>(this, this)),
-      encrypt(std::make_unique<Encrypt>(this)), colourSpaceFactory(Kernel::MakeCounted<ColourSpaceFactory>(this))
+      encrypt(std::make_unique<Encrypt>(this)), colourSpaceFactory(Kernel::MakeCounted<ColourSpaceFactory>(this)),
+      trail(std::make_unique<Guard::Trail>())
 {
     defaultErrorHandler.SetAbortPointer(abortPointer);
 }
@@ -395,7 +397,8 @@ int PdfDocument::GetPageIndex(Kernel::NonCounted<const Page> page) const
     if (page->firstPage >= 0 && page->firstPage < count && GetPage(page->firstPage).Get() == page.Get()) {
         return page->firstPage;
     }
-    for (int index = 0; index < count; ++index) {
+    const Budget::Scope scope = OpenScope(Budget::Share::All);
+    for (int index = 0; index < count && Budget::Spend(Limits::c_objectUnits); ++index) {
         if (GetPage(index).Get() == page.Get()) return index;
     }
     return -1;

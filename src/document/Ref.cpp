@@ -35,6 +35,28 @@ unsigned long long Ref::GetPos() const
     return listed != 0 ? listed : pos;
 }
 
+Ref::Place Ref::GetPlace() const
+{
+    Place place;
+    place.pos = GetPos();
+    if (isInStream && document) {
+        if (const XRefs::XRef* entry = document->xrefs->GetXRef(number, generation)) {
+            place.streamNumber = entry->streamNumber;
+            place.streamIndex = entry->streamIndex;
+        }
+    }
+    return place;
+}
+
+std::size_t Ref::PlaceHash::operator()(const Place& place) const
+{
+    std::size_t hash = 0;
+    Kernel::HashAccumulator::AddToHash(hash, &place.pos, sizeof place.pos);
+    Kernel::HashAccumulator::AddToHash(hash, &place.streamNumber, sizeof place.streamNumber);
+    Kernel::HashAccumulator::AddToHash(hash, &place.streamIndex, sizeof place.streamIndex);
+    return hash;
+}
+
 Kernel::Counted<PdfSource> Ref::GetSource() const
 {
     if (!document) return nullptr;

@@ -1,6 +1,7 @@
 // Reading the cross-reference chain, from the newest section to the oldest: the first entry for a number wins.
 
 #include "document/Dictionary.h"
+#include "document/Guard.h"
 #include "document/Limits.h"
 #include "document/XRefs.h"
 #include "filters/Stream.h"
@@ -37,9 +38,9 @@ void XRefs::Read(const Ref& start)
         if (Check(!finalTrailer.IsNull(), Error::XRefTable)) ReadStreamChain(finalTrailer);
         return;
     }
-    std::unordered_set<unsigned long long> seen;
+    Guard::Walk walk(Guard::Way::Tables, start);
     for (unsigned long long pos = start.GetPos(); pos != 0; pos = ReadTable(parser, pos)) {
-        if (!Check(seen.insert(pos).second, Error::XRefTable)) return;
+        if (!Check(walk.Enter(Ref::FromPosition(start, pos)), Error::XRefTable)) return;
     }
 }
 
@@ -133,15 +134,18 @@ void XRefs::ReadEntry(Parser& parser, XRef& entry)
 
 void XRefs::ReadStreamChain(Ref ref)
 {
-    std::unordered_set<unsigned long long> seen;
+    Guard::Walk walk(Guard::Way::TableStreams, ref);
+    std::vector<unsigned long long> chain;
     while (!ref.IsNull()) {
+        // By its place: the number that stands there may be one that the table has elsewhere.
         const unsigned long long pos = ref.pos;
-        if (!Check(seen.insert(pos).second, Error::XRefTable)) return;
+        if (!Check(walk.Enter(Ref::FromPosition(ref, pos)), Error::XRefTable)) return;
         // Hybrid files may lead to the same streams from several tables; nothing new is in them or behind them.
         if (readStreams.contains(pos)) break;
+        chain.push_back(pos);
         ref = ReadStream(ref);
     }
-    readStreams.merge(seen);
+    readStreams.insert(chain.begin(), chain.end());
 }
 
 Ref XRefs::ReadStream(const Ref& ref)

@@ -47,35 +47,30 @@ bool HasControl(const CodeSequence& sequence)
 
 } // namespace
 
-Kernel::Counted<const FontEncoding> CMapInterpreter::GetEncoding(const Ref& ref, const CMapInterpreter* user)
+Kernel::Counted<const FontEncoding> CMapInterpreter::GetEncoding(const Ref& ref)
 {
     if (auto cached = ref.GetCache<FontEncoding>()) return cached;
-    const CMapInterpreter interpreter(ref, user);
+    const CMapInterpreter interpreter(ref);
     ref.SetCache(interpreter.encoding);
     if (auto cached = ref.GetCache<FontEncoding>()) return cached;
     return interpreter.encoding;
 }
 
-bool CMapInterpreter::IsBeingRead(const Ref& ref) const
-{
-    for (const CMapInterpreter* reading = this; reading; reading = reading->user) {
-        if (reading->object == ref) return true;
-    }
-    return false;
-}
-
 void CMapInterpreter::UseBase(const Ref& base)
 {
     const Guard::Descent descent;
-    if (base.IsNull() || IsBeingRead(base) || !descent || Budget::IsSpent()) return;
-    const auto used = GetEncoding(base, this);
-    if (!used || !Budget::Spend(Limits::c_entryUnits * used->mapRanges.size())) return;
+    Guard::Walk walk(Guard::Way::CMaps, base);
+    // One that is being read, for itself or for one that uses it, cannot be used in turn.
+    if (base.IsNull() || !descent || Budget::IsSpent() || !walk.Enter(base)) return;
+    const auto used = GetEncoding(base);
+    if (!used || !Budget::Spend(Limits::c_rangeUnits * used->mapRanges.size())) return;
     encoding = Kernel::MakeCounted<FontEncoding>(*used);
 }
 
-CMapInterpreter::CMapInterpreter(const Ref& ref, const CMapInterpreter* reader)
-    : ErrorForwarder(ref.GetErrorHandler()), object(ref), user(reader)
+CMapInterpreter::CMapInterpreter(const Ref& ref) : ErrorForwarder(ref.GetErrorHandler())
 {
+    Guard::Walk walk(Guard::Way::CMaps, ref);
+    walk.Enter(ref);
     // Files write "CMap", so that this records a fault for most of them, which does no harm.
     const auto dictionary = Kernel::MakeCounted<Dictionary>(ref, "Cmap", Error::General);
     UseBase(dictionary->GetRef("UseCMap"));

@@ -21,10 +21,10 @@ class QUILLET_API CMapInterpreter : public ErrorForwarder
 {
 public:
     /// What a stream of the file says; kept with the object.
-    static Kernel::Counted<const FontEncoding> GetEncoding(const Ref& ref) { return GetEncoding(ref, nullptr); }
+    static Kernel::Counted<const FontEncoding> GetEncoding(const Ref& ref);
 
-    // Each reads the whole CMap. One of the file may be read for another, its user, which it cannot use in turn.
-    explicit CMapInterpreter(const Ref& ref, const CMapInterpreter* user = nullptr);
+    // Each reads the whole CMap.
+    explicit CMapInterpreter(const Ref& ref);
     explicit CMapInterpreter(Kernel::Counted<PdfSource> source);
     ~CMapInterpreter() override;
 
@@ -34,9 +34,6 @@ public:
     int currentFont = 0;
 
 private:
-    static Kernel::Counted<const FontEncoding> GetEncoding(const Ref& ref, const CMapInterpreter* user);
-    /// This is being read, for itself or for one that uses it.
-    bool IsBeingRead(const Ref& ref) const;
     void UseBase(const Ref& base);
     void Interpret();
     bool ParseObject(ArgVec& args, std::string& op);
@@ -45,9 +42,6 @@ private:
     void OnEndBfChar(const ArgVec& args);
     void OnEndBfRange(const ArgVec& args);
     void OnEndCodeSpaceRange(const ArgVec& args);
-
-    Ref object;
-    const CMapInterpreter* user = nullptr;
 };
 
 } // namespace Quillet

@@ -51,7 +51,7 @@ void CidFont::SetWidths(long long first, long long last, double width)
 {
     first = std::max(first, 0LL);
     last = std::min<long long>(last, std::numeric_limits<int>::max() - 1);
-    if (last < first || !Budget::Spend(Limits::c_entryUnits)) return;
+    if (last < first || !Budget::Spend(Limits::c_rangeUnits)) return;
     const auto begin = static_cast<int>(first);
     const auto end = static_cast<int>(last);
     // Later entries win: what they overlap is cut.

@@ -35,7 +35,7 @@ void FontEncoding::AddCodeSpaceRange(int byteCount, int fontIndex, unsigned low,
 void FontEncoding::AddMapRange(int first, int last, const CodeSequence& sequence)
 {
     if (!Check(first >= 0, Error::General)) first = 0;
-    if (last < first || !Budget::Spend(Limits::c_entryUnits)) return;
+    if (last < first || !Budget::Spend(Limits::c_rangeUnits)) return;
     auto after = mapRanges.upper_bound(last);
     while (after != mapRanges.begin()) {
         const auto place = std::prev(after);
@@ -168,6 +168,8 @@ int FontEncoding::GetFontIndex(unsigned long code) const
 
 int FontEncoding::GetIndexOfChar(char32_t character) const
 {
+    // Each font that uses a large map may ask it.
+    Budget::Spend(mapRanges.size());
     for (const auto& [first, range] : mapRanges) {
         if (range.sequence.count != 1) continue;
         const long long distance = static_cast<long long>(character) - static_cast<long long>(range.sequence.values[0]);
@@ -184,7 +186,7 @@ Kernel::Counted<FontEncoding> FontEncoding::AsPrivateUse(Kernel::Counted<const F
     result->codeSpaceRanges = codeSpaceRanges;
     for (const auto& [first, range] : mapRanges) {
         const long long last = std::min<long long>(range.last, static_cast<long long>(first) + c_maxSingleCodes);
-        for (long long code = first; code <= last; ++code) {
+        for (long long code = first; code <= last && Budget::Spend(Limits::c_rangeUnits); ++code) {
             const CodeSequence sequence = range.sequence.Advanced(code - first);
             const int index = sequence.count == 1 ? base->GetIndexOfChar(sequence.values[0]) : -1;
             const bool isInBase = index >= 1 && index <= 255;

@@ -75,7 +75,7 @@ bool VisitDifferences(Dictionary& dictionary, const std::function<void(long long
             code = parser->tokenInt;
             continue;
         }
-        if (!Budget::Spend(Limits::c_entryUnits)) break;
+        if (!Budget::Spend(Limits::c_glyphNameUnits)) break;
         visit(code, parser->GetTokenName());
         if (code < std::numeric_limits<int>::max()) ++code;
     }
@@ -270,6 +270,9 @@ Encoding FontEncodingFactory::GetFromOs(const Kernel::Font& font)
     } else {
         if (recent.size() == c_maxKept) recent.pop_back();
         recent.insert(recent.begin(), {font, ReadFromOs(font)});
+        // It is whole in any case, but whoever asks for one after the other pays.
+        const Encoding& read = recent.front().second;
+        Budget::Spend(read ? Limits::c_rangeUnits * read->mapRanges.size() : Limits::c_fontUnits);
     }
     return recent.front().second;
 }

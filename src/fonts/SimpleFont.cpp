@@ -140,18 +140,15 @@ CodeSequence SimpleFont::DecodeChar(int code) const
         if (CodeSequence sequence = toUnicode->GetMappedSequence(code); sequence.IsGood()) return sequence;
     }
     if (differences) {
-        if (const std::string& name = differences->GetName(code); !name.empty()) {
-            CodeSequence sequence;
-            GetUnicodeSequenceFromAdobeName(name, false, sequence);
-            if (sequence.IsGood()) return sequence;
-        }
+        if (const CodeSequence sequence = differences->GetSequence(code); sequence.IsGood()) return sequence;
     }
     return encoding ? encoding->GetMappedSequence(code) : CodeSequence(0);
 }
 
 std::size_t SimpleFont::GetDispensableBytes() const
 {
-    return sizeof *this + widths.size() * sizeof(double) + (differences ? GetMapBytes(differences->names) : 0) +
+    return sizeof *this + widths.size() * sizeof(double) +
+           (differences ? GetMapBytes(differences->names) + GetMapBytes(differences->sequences) : 0) +
            (toUnicode ? toUnicode->GetDispensableBytes() : 0);
 }
 

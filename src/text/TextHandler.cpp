@@ -3,7 +3,9 @@
 #include "content/GraphicsStateStack.h"
 #include "fonts/Font.h"
 #include "graphics/SoftMask.h"
+#include "document/Limits.h"
 
+#include <Quillet/Budget.h>
 #include <Quillet/Page.h>
 #include <Quillet/TextLineObject.h>
 
@@ -147,12 +149,14 @@ void TextHandler::UpdateGlyphAtts(const TextTransform& transform)
 
 void TextHandler::TextOut(const std::vector<char>& string)
 {
+    if (!Budget::Spend(Limits::c_paintUnits)) return;
     UpdateTextAtts();
     line->TextOut(string, GetState());
 }
 
 void TextHandler::TextKern(double thousandths)
 {
+    if (!Budget::Spend(Limits::c_operatorUnits)) return;
     UpdateTextAtts();
     const GraphicsState& state = GetState();
     line->Kern(thousandths * textTransform.x * state.fontSize / 1000);
