@@ -115,6 +115,9 @@ inline constexpr unsigned long long c_maxListLength = 1ull << 20;
 /// Codes that one font has widths or glyph names for. None shows more than 65,536.
 inline constexpr unsigned long long c_maxFontCodes = 1ull << 16;
 
+/// Codes of one range that are asked one by one; a range may claim billions.
+inline constexpr int c_maxSingleCodes = 1 << 17;
+
 /// Fonts of a document that are told of, and kept in mind.
 inline constexpr unsigned long long c_maxFonts = 1ull << 16;
 
