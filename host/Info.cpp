@@ -231,9 +231,8 @@ int Tell(const InfoOptions& options, ExitStatus& stage)
         if (Budget::IsSpent()) opened.counter.OnError(Error::CutShort);
     }
     if (Interrupt::IsSet()) return ExitInterrupted;
-    for (const auto& [type, count] : opened.counter.Take())
-        opened.problems[type] += count;
-    if (opened.problems.contains(Error::CutShort)) {
+    // Faults in fonts are those of the pages that they are used on.
+    if (opened.counter.Take().contains(Error::CutShort) || opened.problems.contains(Error::CutShort)) {
         opened.problems[Error::CutShort] = 1;
         isComplete = false;
     }
