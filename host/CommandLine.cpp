@@ -3,12 +3,13 @@
 #include "Convert.h"
 #include "ExitStatus.h"
 #include "Info.h"
+#include "Interrupt.h"
 #include "Options.h"
+#include "PasswordPrompt.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <fstream>
 #include <iostream>
 #include <map>
 #include <string>
@@ -24,11 +25,9 @@ void AddInput(CLI::App& verb, InputOptions& input)
     verb.add_option("FILE", input.file, "The PDF document")->required()->type_name(" ");
     CLI::Option* text = verb.add_option("--password", input.password, "Password of a protected document");
     const auto readPassword = [&input](const std::string& path) {
-        std::ifstream file(path);
-        input.password.clear();
-        std::getline(file, input.password);
-        if (file.bad() || !file.is_open()) throw CLI::ValidationError("--password-file", "cannot read " + path);
-        if (!input.password.empty() && input.password.back() == '\r') input.password.pop_back();
+        const auto password = ReadPasswordFile(path);
+        if (!password) throw CLI::ValidationError("--password-file", "cannot read " + path);
+        input.password = *password;
     };
     verb.add_option_function<std::string>("--password-file", readPassword, "File whose first line is the password")
         ->type_name("FILE")
@@ -117,6 +116,7 @@ std::string MakeFailureLine(const CLI::App*, const CLI::Error& error)
 
 int RunCommandLine(int argc, const char* const* argv)
 {
+    Interrupt::Install();
     CLI::App app("Imports PDF documents as editable pages", "quillet");
     app.set_version_flag("--version", "quillet " QUILLET_VERSION);
     app.require_subcommand(1);
@@ -135,6 +135,7 @@ int RunCommandLine(int argc, const char* const* argv)
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
+        if (Interrupt::IsSet()) return ExitInterrupted;
         const auto rest = app.remaining();
         if (app.get_subcommands().empty() && !rest.empty() && error.get_exit_code() != 0) {
             return Complain(rest.front() + ": no such verb; there are info and convert");

@@ -1,24 +1,32 @@
 #include "Convert.h"
 
+#include "Guarded.h"
 #include "Interrupt.h"
 #include "OpenDocument.h"
 #include "OutputFile.h"
+#include "PageNames.h"
 #include "PageQueue.h"
 #include "PageRange.h"
 #include "Progress.h"
+#include "WriteAll.h"
+#include "exporters/Costs.h"
 #include "exporters/JsonExporter.h"
 #include "exporters/SvgExporter.h"
 
+#include <Quillet/Budget.h>
 #include <Quillet/GroupObject.h>
 #include <Quillet/Page.h>
 
 #include <algorithm>
 #include <atomic>
-#include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 namespace Host {
 
@@ -29,60 +37,70 @@ using namespace Quillet;
 /// What a worker makes of one page.
 struct PageResult
 {
-    Kernel::Counted<const Page> page;
-    Kernel::Counted<GroupObject> root;
+    /// The account had nothing left for it.
+    bool isUnpaid = false;
+    bool isFound = false;
+    bool isOutOfMemory = false;
+    /// None for a page that could not be built.
+    std::optional<LongText> text;
     Problems problems;
-    /// Numbers of objects that the page took.
-    int idCount = 0;
 };
 
-PageResult BuildPage(OpenedDocument& opened, int index)
+/// A page while a worker has it.
+struct PageTree
 {
-    PageResult result;
-    // Numbers depend on the page alone, and not on the pages that this document happened to build before.
-    opened.document->nextObjectId = 0;
-    try {
-        result.page = opened.document->GetPage(index);
-        opened.document->SetPage(index);
-        result.root = result.page ? result.page->BuildObjects() : nullptr;
-        if (result.root) result.root->UpdateBBoxes();
-    } catch (Error::Type) {
-        result.root = nullptr;
-    } catch (const std::exception&) {
-        // Memory ran out; the next page may need less.
-        result.root = nullptr;
-    }
-    result.problems = opened.counter.Take();
-    result.idCount = opened.document->nextObjectId;
-    return result;
-}
+    Kernel::Counted<const Page> page;
+    Kernel::Counted<GroupObject> root;
+};
 
-std::string MakePageFileName(const std::string& out, int page)
+PageTree BuildPage(const PdfDocument& document, int index)
 {
-    const auto slash = out.rfind('/');
-    auto dot = out.rfind('.');
-    if (dot == std::string::npos || (slash != std::string::npos && dot < slash)) dot = out.size();
-    return out.substr(0, dot) + "-" + std::to_string(page) + out.substr(dot);
+    PageTree tree;
+    tree.page = document.GetPage(index);
+    document.SetPage(index);
+    if (tree.page) tree.root = tree.page->BuildObjects();
+    if (tree.root) tree.root->UpdateBBoxes();
+    return tree;
 }
 
 class Conversion
 {
 public:
-    Conversion(const ConvertOptions& usedOptions, const PdfDocument& document, PageRange pageRange)
-        : options(usedOptions), range(std::move(pageRange)), queue(range.GetLength(), usedOptions.jobs + 2),
-          progress(!options.input.isQuiet, range.GetLength()), title(document.GetTitle()),
-          profiles(document.GetICCProfiles(-1))
+    Conversion(const ConvertOptions& usedOptions, PageRange pageRange, bool hasFileAPage)
+        : options(usedOptions), range(std::move(pageRange)), isFileAPage(hasFileAPage),
+          queue(range.GetLength(), usedOptions.jobs + 2), progress(!options.input.isQuiet, range.GetLength())
+    {}
+
+    /// Writes what stands before the pages.
+    void Begin(OpenedDocument& opened)
     {
         std::error_code error;
         if (std::filesystem::is_directory(options.out, error)) {
             FailToWrite(options.out, std::make_error_code(std::errc::is_a_directory).message());
             return;
         }
-        isFileAPage = range.GetLength() > 1 && !OutputFile::IsStream(options.out);
+        LongText text;
+        bool isCut = false;
+        {
+            const Budget::Scope scope = opened.document->OpenScope(Budget::Share::All);
+            profiles = opened.document->GetICCProfiles(-1);
+            if (options.format == Format::Json) {
+                AppendDocumentJson(text, *opened.document);
+            } else {
+                title = opened.document->GetTitle();
+            }
+            isCut = Budget::IsSpent();
+        }
+        Problems problems = opened.counter.Take();
+        isCut = problems.erase(Error::CutShort) > 0 || isCut;
+        PrintProblems(options.input, 0, problems);
+        if (isCut && !Interrupt::IsSet()) TellCutShort();
         if (options.format != Format::Json) return;
         json = std::make_unique<OutputFile>(options.out);
+        json->Write("{\"document\":");
+        json->Write(text);
+        json->Write(",\n\"pages\":[");
         if (!json->IsGood()) FailToWrite(options.out, json->GetFailure());
-        json->Write("{\"document\":" + MakeDocumentJson(document) + ",\n\"pages\":[");
     }
 
     /// Works on pages until there are no more.
@@ -90,12 +108,11 @@ public:
     {
         for (long long place; (place = queue.TakePlace()) >= 0;) {
             const int index = range.GetIndex(place);
-            PageResult result;
-            if (!isStopped) result = BuildPage(opened, index);
-            long long firstId = 0;
-            idTurns.InTurn(place, [&] { firstId = std::exchange(nextId, nextId + result.idCount); });
-            const std::string text = MakeText(result, index, firstId);
-            queue.InTurn(place, [&] { Finish(result, index, text); });
+            const PageResult result = MakePage(opened, place, index);
+            queue.InTurn(place, [&] {
+                const Outcome outcome = Guarded([&] { Finish(result, index); });
+                if (!outcome.IsDone()) FailToWrite(options.out, outcome.failure);
+            });
         }
     }
 
@@ -107,64 +124,103 @@ public:
             json->Write("],\n\"styles\":[]}\n");
             if (!json->Commit()) FailToWrite(options.out, json->GetFailure());
         }
-        return status;
+        return Interrupt::IsSet() ? ExitInterrupted : status;
     }
 
 private:
-    /// Drops the tree of a page whose text does not fit into memory.
-    std::string MakeText(PageResult& result, int index, long long firstId) const
+    /// Takes the page's turn among the numbers whatever happens; others wait for theirs.
+    PageResult MakePage(OpenedDocument& opened, long long place, int index)
     {
-        if (!result.root || Interrupt::IsSet()) return {};
-        try {
-            if (options.format == Format::Svg) return MakeSvg(*result.page, *result.root, title, profiles);
-            return MakePageJson(*result.page, index, *result.root, result.problems, firstId);
-        } catch (const std::exception&) {
-            result.root = nullptr;
-            return {};
-        }
+        PageResult result;
+        const PdfDocument& document = *opened.document;
+        // Numbers depend on the page alone, and not on the pages that this document happened to build before.
+        document.nextObjectId = 0;
+        const Budget::Scope scope = document.OpenScope(Budget::Share::Page);
+        result.isUnpaid = Budget::IsSpent();
+        const bool isWanted = !isStopped && !result.isUnpaid && Budget::Spend(Costs::c_page);
+        PageTree tree;
+        if (isWanted) tree = MakeTree(document, index, result);
+        result.isFound = tree.page != nullptr;
+        result.problems = opened.counter.Take();
+        long long firstId = 0;
+        idTurns.InTurn(place, [&] { firstId = std::exchange(nextId, nextId + document.nextObjectId); });
+        if (tree.root && !Interrupt::IsSet()) MakeText(result, tree, index, firstId);
+        return result;
+    }
+
+    static PageTree MakeTree(const PdfDocument& document, int index, PageResult& result)
+    {
+        PageTree tree;
+        const Outcome outcome = Guarded([&] { tree = BuildPage(document, index); });
+        // The next page may need less.
+        result.isOutOfMemory = !outcome.IsDone() && outcome.type == Error::None;
+        return tree;
+    }
+
+    void MakeText(PageResult& result, const PageTree& tree, int index, long long firstId) const
+    {
+        const Outcome outcome = Guarded([&] {
+            result.text = options.format == Format::Svg
+                              ? MakeSvg(*tree.page, *tree.root, title, profiles, result.problems)
+                              : MakePageJson(*tree.page, index, *tree.root, result.problems, firstId);
+        });
+        if (outcome.IsDone()) return;
+        result.text = std::nullopt;
+        result.isOutOfMemory = outcome.type == Error::None;
     }
 
     /// In the order of the pages, one at a time.
-    void Finish(const PageResult& result, int index, const std::string& text)
+    void Finish(const PageResult& result, int index)
     {
         if (isStopped || Interrupt::IsSet()) {
             Stop();
             return;
         }
-        PrintPageProblems(result, index);
-        if (result.root) {
-            Write(text, index);
-        } else {
-            status = ExitPageFailed;
+        if (result.isUnpaid) {
+            TellCutShort();
+            Stop();
+            return;
         }
-        missingCount = result.page ? 0 : missingCount + 1;
+        if (!result.text || result.problems.contains(Error::CutShort)) status = ExitPageFailed;
+        PrintPageProblems(result, index);
+        if (result.text) Write(*result.text, index);
+        missingCount = result.isFound ? 0 : missingCount + 1;
         if (missingCount == c_maxMissingPages) GiveUp();
         progress.Advance();
     }
 
     void PrintPageProblems(const PageResult& result, int index)
     {
-        if (result.root && result.problems.empty()) return;
+        if (result.text && result.problems.empty()) return;
         const auto way = progress.MakeWay();
         PrintProblems(options.input, index + 1, result.problems);
-        if (result.root || HasFatal(result.problems)) return;
-        // A page that stands in the tree twice is found once, without a word; and the library has none for want of
-        // memory.
-        const Error::Type type = result.page ? Error::General : Error::PageTree;
-        std::fprintf(stderr, "%s\n", FormatProblem(options.input.file, index + 1, type).c_str());
+        if (result.isOutOfMemory) PrintLine(FormatProblem(options.input.file, index + 1, "out of memory"));
+        const bool isTold = HasFatal(result.problems) || result.problems.contains(Error::CutShort);
+        if (result.text || result.isOutOfMemory || isTold) return;
+        // A page that stands in the tree twice is found once, without a word.
+        PrintLine(FormatProblem(options.input.file, index + 1, result.isFound ? Error::General : Error::PageTree));
+    }
+
+    /// Once: of the document as a whole.
+    void TellCutShort()
+    {
+        status = ExitPageFailed;
+        if (std::exchange(isCutShort, true)) return;
+        const auto way = progress.MakeWay();
+        PrintLine(FormatProblem(options.input.file, 0, Error::CutShort));
     }
 
     void GiveUp()
     {
         if (queue.HasMore()) {
             const auto way = progress.MakeWay();
-            std::fprintf(stderr, "quillet: %s: %d pages in a row are missing; those behind them were not tried\n",
-                         options.input.file.c_str(), c_maxMissingPages);
+            PrintLine("quillet: " + options.input.file + ": " + std::to_string(c_maxMissingPages) +
+                      " pages in a row are missing; those behind them were not tried");
         }
         Stop();
     }
 
-    void Write(const std::string& text, int index)
+    void Write(const LongText& text, int index)
     {
         if (json) {
             json->Write(isFirst ? "" : ",\n");
@@ -173,7 +229,7 @@ private:
             if (!json->IsGood()) FailToWrite(options.out, json->GetFailure());
             return;
         }
-        const std::string name = isFileAPage ? MakePageFileName(options.out, index + 1) : options.out;
+        const std::string name = isFileAPage ? MakePageName(options.out, index + 1) : options.out;
         OutputFile file(name);
         file.Write(text);
         if (!file.Commit()) FailToWrite(name, file.GetFailure());
@@ -181,10 +237,12 @@ private:
 
     void FailToWrite(const std::string& name, const std::string& reason)
     {
-        const auto way = progress.MakeWay();
-        std::fprintf(stderr, "quillet: %s: cannot be written: %s\n", name.c_str(), reason.c_str());
-        status = ExitNotWritten;
         Stop();
+        // A signal makes writing fail as well, and is told by the status.
+        if (Interrupt::IsSet()) return;
+        status = ExitNotWritten;
+        const auto way = progress.MakeWay();
+        PrintLine("quillet: " + name + ": cannot be written: " + reason);
     }
 
     void Stop()
@@ -195,17 +253,18 @@ private:
 
     const ConvertOptions& options;
     PageRange range;
+    const bool isFileAPage;
     PageQueue queue;
     /// Numbers are given out in the order of the pages too, but before the pages are written out as text.
     PageQueue idTurns{0, 0};
     Progress progress;
     std::string title;
-    const Raster::ICCManager::ICCProfileSet profiles;
+    Raster::ICCManager::ICCProfileSet profiles;
     std::unique_ptr<OutputFile> json;
     long long nextId = 0;
     std::atomic<bool> isStopped = false;
-    bool isFileAPage = false;
     bool isFirst = true;
+    bool isCutShort = false;
     int missingCount = 0;
     int status = ExitDone;
 };
@@ -218,48 +277,82 @@ void ApplyOptions(PdfDocument& document, const ConvertOptions& options)
     document.SetLanguageId(options.language);
 }
 
-} // namespace
-
-int RunConvert(const ConvertOptions& options)
+/// Each worker but this thread has a document of its own: a document belongs to one thread. All draw on one account.
+void RunWorkers(Conversion& conversion, OpenedDocument& opened, const ConvertOptions& options, int count)
 {
-    Interrupt::Install();
-    std::error_code error;
-    if (!OutputFile::IsStream(options.out) && std::filesystem::equivalent(options.input.file, options.out, error)) {
-        std::fprintf(stderr, "quillet: %s: is the document itself\n", options.out.c_str());
-        return ExitCommandLine;
+    const auto work = [&] {
+        // Without this worker the others do all.
+        Guarded([&] {
+            OpenedDocument own(opened.input, opened.document->GetBudget());
+            if (own.status != ExitDone) return;
+            ApplyOptions(*own.document, options);
+            conversion.Run(own);
+        });
+    };
+    std::vector<std::jthread> workers;
+    workers.reserve(static_cast<std::size_t>(count));
+    try {
+        for (int i = 1; i < count; ++i)
+            workers.emplace_back(work);
+    } catch (const std::exception&) {
+        // The machine has no more threads.
     }
+    conversion.Run(opened);
+}
+
+int ComplainOfItself(const std::string& name)
+{
+    PrintLine("quillet: " + name + ": is the document itself");
+    return ExitCommandLine;
+}
+
+/// `stage` is the status for what may still be thrown.
+int Convert(const ConvertOptions& options, ExitStatus& stage)
+{
+    std::error_code error;
+    const bool isStream = OutputFile::IsStream(options.out);
+    if (!isStream && std::filesystem::equivalent(options.input.file, options.out, error))
+        return ComplainOfItself(options.out);
     OpenedDocument opened(options.input);
     opened.AskForPassword();
     if (Interrupt::IsSet()) return ExitInterrupted;
     opened.PrintOpeningProblems();
     if (opened.status != ExitDone) return opened.status;
+    stage = ExitPageFailed;
     ApplyOptions(*opened.document, options);
 
     const int pageCount = opened.document->GetPageCount();
     auto pages = PageRange::Parse(options.pages, pageCount);
     if (!pages) {
-        std::fprintf(stderr, "quillet: --pages %s: no such pages; the document has %d\n", options.pages.c_str(),
-                     pageCount);
+        PrintLine("quillet: --pages " + options.pages + ": no such pages; the document has " +
+                  std::to_string(pageCount));
         return ExitCommandLine;
     }
-    if (pageCount == 0) std::fprintf(stderr, "quillet: %s: no pages\n", options.input.file.c_str());
+    if (pageCount == 0) PrintLine("quillet: " + options.input.file + ": no pages");
+    const bool isFileAPage = options.format == Format::Svg && pages->GetLength() > 1 && !isStream;
+    if (isFileAPage) {
+        const std::string itself = FindPageName(options.out, *pages, options.input.file);
+        if (!itself.empty()) return ComplainOfItself(itself);
+    }
 
     const auto workerCount = static_cast<int>(std::min<long long>(options.jobs, pages->GetLength()));
-    Conversion conversion(options, *opened.document, std::move(*pages));
-    // Each further worker has a document of its own: a document belongs to one thread.
-    std::vector<std::thread> workers;
-    for (int i = 1; i < workerCount; ++i) {
-        workers.emplace_back([&] {
-            OpenedDocument own(opened.input);
-            if (own.status != ExitDone) return;
-            ApplyOptions(*own.document, options);
-            conversion.Run(own);
-        });
-    }
-    conversion.Run(opened);
-    for (std::thread& worker : workers)
-        worker.join();
+    Conversion conversion(options, std::move(*pages), isFileAPage);
+    conversion.Begin(opened);
+    RunWorkers(conversion, opened, options, workerCount);
     return conversion.Finish();
+}
+
+} // namespace
+
+int RunConvert(const ConvertOptions& options)
+{
+    ExitStatus stage = ExitNotOpened;
+    int status = ExitDone;
+    const Outcome outcome = Guarded([&] { status = Convert(options, stage); });
+    if (outcome.IsDone()) return status;
+    if (Interrupt::IsSet()) return ExitInterrupted;
+    PrintFailure(options.input.file, outcome);
+    return stage;
 }
 
 } // namespace Host

@@ -9,7 +9,7 @@ enum ExitStatus : int {
     ExitNotOpened = 3,
     ExitPassword = 4, ///< One is needed, or the one given does not fit.
     ExitNotWritten = 5,
-    ExitPageFailed = 6, ///< The other pages are written.
+    ExitPageFailed = 6, ///< Or it is not whole; what there is of it is written, and so are the other pages.
     ExitInterrupted = 130,
 };
 

@@ -1,14 +1,21 @@
 #include "Info.h"
 
+#include "Guarded.h"
+#include "Interrupt.h"
 #include "OpenDocument.h"
+#include "OutputFile.h"
 #include "PermissionNames.h"
+#include "WriteAll.h"
+#include "exporters/Costs.h"
 #include "exporters/JsonExporter.h"
 #include "exporters/NumberText.h"
 
+#include <Quillet/Budget.h>
 #include <Quillet/Page.h>
 
-#include <cstdio>
+#include <algorithm>
 #include <functional>
+#include <string>
 #include <utility>
 
 namespace Host {
@@ -17,8 +24,11 @@ namespace {
 
 using namespace Quillet;
 
-void PrintLine(const char* label, const std::string& value)
+constexpr std::size_t c_labelWidth = 13;
+
+void AppendLine(LongText& text, std::string label, const std::string& value)
 {
+    if (!Budget::Spend(value.size())) return;
     // A line is one fact, and what a file says of itself is not for the terminal to obey.
     std::string line;
     for (std::size_t i = 0; i < value.size(); ++i) {
@@ -28,7 +38,11 @@ void PrintLine(const char* label, const std::string& value)
         if (isUpperControl) ++i;
         line += byte < ' ' || byte == 0x7F || isUpperControl ? ' ' : value[i];
     }
-    if (!line.empty()) std::printf("%-13s%s\n", label, line.c_str());
+    if (line.empty()) return;
+    label.resize(std::max(label.size(), c_labelWidth), ' ');
+    text.Append(label);
+    text.Append(line);
+    text.Append("\n");
 }
 
 using Box = Kernel::RectT<double>;
@@ -90,15 +104,18 @@ std::string MakePermissionText(const PdfDocument& document)
     return text.empty() ? "none" : text;
 }
 
-/// Hands over each page that is there; false if any is not.
+/// Hands over each page that is there, as far as the account goes; false if any is not.
 bool VisitPages(OpenedDocument& opened, const InfoOptions& options,
                 const std::function<void(const Page& page, int index)>& visit)
 {
+    // What the document itself has to say is no fault of its first page.
+    opened.problems = opened.counter.Take();
     const int count = opened.document->GetPageCount();
     bool isComplete = true;
     int missingCount = 0;
     for (int index = 0; index < count && missingCount < c_maxMissingPages; ++index) {
         bool isThere = false;
+        if (!Budget::Spend(Costs::c_jsonNode)) break;
         try {
             if (const auto page = opened.document->GetPage(index)) {
                 visit(*page, index);
@@ -106,6 +123,7 @@ bool VisitPages(OpenedDocument& opened, const InfoOptions& options,
             }
         } catch (Error::Type) {
         }
+        if (Budget::IsSpent()) break;
         Problems problems = opened.counter.Take();
         if (!isThere && !HasFatal(problems)) problems[Error::PageTree] = 1;
         PrintProblems(options.input, index + 1, problems);
@@ -116,90 +134,129 @@ bool VisitPages(OpenedDocument& opened, const InfoOptions& options,
 }
 
 /// One line for a run of pages of the same size.
-bool PrintPages(OpenedDocument& opened, const InfoOptions& options)
+bool AppendPages(LongText& text, OpenedDocument& opened, const InfoOptions& options)
 {
     std::string size;
     int first = 0;
     int last = 0;
-    const auto printRun = [&] {
+    const auto appendRun = [&] {
         if (size.empty()) return;
         std::string label = "  page " + std::to_string(first + 1);
         if (last > first) label.append("-").append(std::to_string(last + 1));
-        PrintLine(label.c_str(), "  " + size);
+        AppendLine(text, label, "  " + size);
     };
     const bool isComplete = VisitPages(opened, options, [&](const Page& page, int index) {
         const std::string next = MakeSizeText(page);
         if (next != size || index != last + 1) {
-            printRun();
+            appendRun();
             size = next;
             first = index;
         }
         last = index;
     });
-    printRun();
+    appendRun();
     return isComplete;
 }
 
-void PrintFonts(const PdfDocument& document)
+void AppendFonts(LongText& text, const PdfDocument& document)
 {
     for (const FontInfo& font : document.GetFontInfos()) {
-        std::string text = font.name + ", " + font.subtype;
-        text += font.isEmbedded ? ", embedded" : ", not embedded";
+        if (!Budget::Spend(Costs::c_jsonEntry)) return;
+        std::string line = font.name + ", " + font.subtype;
+        line += font.isEmbedded ? ", embedded" : ", not embedded";
         if (font.isAvailable) {
-            text += ", on this machine";
+            line += ", on this machine";
         } else if (font.actualFont.IsEmpty()) {
-            text += ", has no text";
+            line += ", has no text";
         } else {
             const std::string& name = font.actualFont.postscriptName;
-            text += ", shown in " + (name.empty() ? font.actualFont.family : name);
+            line += ", shown in " + (name.empty() ? font.actualFont.family : name);
         }
-        PrintLine("font", text);
+        AppendLine(text, "font", line);
     }
 }
 
-bool PrintText(OpenedDocument& opened, const InfoOptions& options)
+bool AppendText(LongText& text, OpenedDocument& opened, const InfoOptions& options)
 {
     const PdfDocument& document = *opened.document;
-    PrintLine("file", document.GetDocName());
-    PrintLine("version", document.GetVersionString());
-    PrintLine("title", document.GetTitle());
-    PrintLine("author", document.GetAuthor());
-    PrintLine("subject", document.GetSubject());
-    PrintLine("keywords", JoinKeywords(document.GetKeywords()));
-    PrintLine("creator", document.GetCreator());
-    PrintLine("producer", document.GetProducer());
-    PrintLine("protection", GetProtection(document));
-    PrintLine("permissions", MakePermissionText(document));
-    PrintLine("pages", std::to_string(document.GetPageCount()));
-    const bool isComplete = PrintPages(opened, options);
-    PrintFonts(document);
+    AppendLine(text, "file", document.GetDocName());
+    AppendLine(text, "version", document.GetVersionString());
+    AppendLine(text, "title", document.GetTitle());
+    AppendLine(text, "author", document.GetAuthor());
+    AppendLine(text, "subject", document.GetSubject());
+    AppendLine(text, "keywords", JoinKeywords(document.GetKeywords()));
+    AppendLine(text, "creator", document.GetCreator());
+    AppendLine(text, "producer", document.GetProducer());
+    AppendLine(text, "protection", GetProtection(document));
+    AppendLine(text, "permissions", MakePermissionText(document));
+    AppendLine(text, "pages", std::to_string(document.GetPageCount()));
+    const bool isComplete = AppendPages(text, opened, options);
+    AppendFonts(text, document);
     return isComplete;
 }
 
-bool PrintJson(OpenedDocument& opened, const InfoOptions& options)
+bool AppendJson(LongText& text, OpenedDocument& opened, const InfoOptions& options)
 {
-    std::printf("{\"document\":%s,\n\"pages\":[", MakeDocumentJson(*opened.document).c_str());
+    text.Append("{\"document\":");
+    AppendDocumentJson(text, *opened.document);
+    text.Append(",\n\"pages\":[");
     const char* separator = "";
     const bool isComplete = VisitPages(opened, options, [&](const Page& page, int index) {
-        std::printf("%s%s}", separator, MakePageHeaderJson(page, index).c_str());
+        text.Append(separator);
+        text.Append(MakePageHeaderJson(page, index));
+        text.Append("}");
         separator = ",\n";
     });
-    std::printf("],\n\"fonts\":%s}\n", MakeFontsJson(opened.document->GetFontInfos()).c_str());
+    text.Append("],\n\"fonts\":");
+    AppendFontsJson(text, opened.document->GetFontInfos());
+    text.Append("}\n");
     return isComplete;
+}
+
+/// `stage` is the status for what may still be thrown.
+int Tell(const InfoOptions& options, ExitStatus& stage)
+{
+    OpenedDocument opened(options.input);
+    opened.AskForPassword();
+    if (Interrupt::IsSet()) return ExitInterrupted;
+    opened.PrintOpeningProblems();
+    if (opened.status != ExitDone) return opened.status;
+    stage = ExitPageFailed;
+    // Whoever reads it wants all of it or nothing, and a signal may still come.
+    LongText text;
+    bool isComplete = false;
+    {
+        const Budget::Scope scope = opened.document->OpenScope(Budget::Share::All);
+        isComplete = (options.isJson ? AppendJson : AppendText)(text, opened, options);
+        if (Budget::IsSpent()) opened.counter.OnError(Error::CutShort);
+    }
+    if (Interrupt::IsSet()) return ExitInterrupted;
+    // Faults in fonts are those of the pages that they are used on.
+    if (opened.counter.Take().contains(Error::CutShort) || opened.problems.contains(Error::CutShort)) {
+        opened.problems[Error::CutShort] = 1;
+        isComplete = false;
+    }
+    PrintProblems(options.input, 0, opened.problems);
+    stage = ExitNotWritten;
+    OutputFile out("/dev/stdout");
+    out.Write(text);
+    if (out.Commit()) return isComplete ? ExitDone : ExitPageFailed;
+    if (Interrupt::IsSet()) return ExitInterrupted;
+    PrintLine("quillet: standard output cannot be written");
+    return ExitNotWritten;
 }
 
 } // namespace
 
 int RunInfo(const InfoOptions& options)
 {
-    OpenedDocument opened(options.input);
-    opened.AskForPassword();
-    opened.PrintOpeningProblems();
-    if (opened.status != ExitDone) return opened.status;
-    const bool isComplete = (options.isJson ? PrintJson : PrintText)(opened, options);
-    if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return isComplete ? ExitDone : ExitPageFailed;
-    std::fputs("quillet: standard output cannot be written\n", stderr);
-    return ExitNotWritten;
+    ExitStatus stage = ExitNotOpened;
+    int status = ExitDone;
+    const Outcome outcome = Guarded([&] { status = Tell(options, stage); });
+    if (outcome.IsDone()) return status;
+    if (Interrupt::IsSet()) return ExitInterrupted;
+    PrintFailure(options.input.file, outcome);
+    return stage;
 }
 
 } // namespace Host

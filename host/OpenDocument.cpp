@@ -2,31 +2,28 @@
 
 #include "Interrupt.h"
 #include "PasswordPrompt.h"
+#include "WriteAll.h"
 
 #include <cstdio>
-#include <exception>
+#include <utility>
 
 namespace Host {
 
 using namespace Quillet;
 
-OpenedDocument::OpenedDocument(const InputOptions& options)
+OpenedDocument::OpenedDocument(const InputOptions& options, Kernel::Counted<const Budget> account)
     : input(options), document(Kernel::MakeCounted<PdfDocument>())
 {
     document->SetErrorHandler(&counter);
     document->SetAbortPointer(Interrupt::GetFlag());
+    if (account) document->SetBudget(std::move(account));
     Open();
 }
 
 void OpenedDocument::Open()
 {
     document->SetPassword(input.password);
-    bool isOpen = false;
-    try {
-        isOpen = document->OpenFile(input.file);
-    } catch (const std::exception&) {
-        counter.counts[Error::General] = 1;
-    }
+    const bool isOpen = document->OpenFile(input.file);
     problems = counter.Take();
     status = isOpen ? ExitDone : ExitNotOpened;
     if (problems.contains(Error::Password) || (isOpen && IsWithheld())) status = ExitPassword;
@@ -60,14 +57,14 @@ void OpenedDocument::PrintOpeningProblems() const
     const char* words = problems.contains(Error::Password)
                             ? input.password.empty() ? "a password is needed" : "the password does not fit"
                             : "the owner's password is needed: a user may not have the pages";
-    std::fprintf(stderr, "quillet: %s: %s (%d)\n", input.file.c_str(), words, Error::Password);
+    PrintLine("quillet: " + input.file + ": " + words + " (" + std::to_string(Error::Password) + ")");
 }
 
 void PrintProblems(const InputOptions& input, int page, const Problems& problems)
 {
     for (const auto& [type, count] : problems) {
-        if (input.isQuiet && ErrorHandler::IsRecoverable(type)) continue;
-        std::fprintf(stderr, "%s\n", FormatProblem(input.file, page, type, count).c_str());
+        if (input.isQuiet && ErrorHandler::IsRecoverable(type) && type != Error::CutShort) continue;
+        PrintLine(FormatProblem(input.file, page, type, count));
     }
 }
 

@@ -20,7 +20,8 @@ constexpr int c_maxMissingPages = 100;
 struct OpenedDocument
 {
     /// Opens it; `status` tells whether that went well, and `problems` what was found.
-    explicit OpenedDocument(const InputOptions& input);
+    /// `account` is that of the same file, opened for another thread; null for one of its own.
+    explicit OpenedDocument(const InputOptions& input, Kernel::Counted<const Quillet::Budget> account = nullptr);
 
     /// Asks the user, if there is one, for the password that the command line lacks; three times at most.
     void AskForPassword();
@@ -39,7 +40,8 @@ private:
     bool IsWithheld() const;
 };
 
-/// Prints what was found on a page, from 1, like `PrintOpeningProblems`.
+/// Prints what was found on a page, from 1, like `PrintOpeningProblems`; or on the document, for page 0. Whoever wants
+/// quiet hears all the same of what is missing.
 void PrintProblems(const InputOptions& input, int page, const Problems& problems);
 
 } // namespace Host

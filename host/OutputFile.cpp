@@ -1,14 +1,18 @@
 #include "OutputFile.h"
 
 #include "Interrupt.h"
+#include "WriteAll.h"
+#include "exporters/LongText.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,6 +23,8 @@ namespace {
 constexpr std::size_t c_flushSize = 1 << 16;
 /// As many as the system follows.
 constexpr int c_maxLinks = 40;
+/// Random names that may be taken.
+constexpr int c_maxTries = 100;
 /// Opening it again would start at its beginning, over what others wrote there before us.
 constexpr const char* c_standardOutput = "/dev/stdout";
 
@@ -43,9 +49,9 @@ std::filesystem::path FollowLinks(std::filesystem::path path)
 
 OutputFile::OutputFile(const std::string& path)
 {
+    pending.reserve(c_flushSize);
     Open(path);
     if (descriptor < 0) failure = errno;
-    Interrupt::SetUnfinishedFile(temporary);
 }
 
 OutputFile::~OutputFile()
@@ -70,7 +76,7 @@ void OutputFile::Open(const std::string& path)
     if (path == c_standardOutput) {
         descriptor = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
     } else if (isThere && !S_ISREG(info.st_mode)) {
-        descriptor = open(path.c_str(), O_WRONLY | O_CLOEXEC);
+        OpenStream(path, S_ISFIFO(info.st_mode));
     } else if (!isThere) {
         OpenBeside(GetNewFileMode());
     } else if (access(path.c_str(), W_OK) == 0) {
@@ -78,10 +84,29 @@ void OutputFile::Open(const std::string& path)
     }
 }
 
+void OutputFile::OpenStream(const std::string& path, bool isPipe)
+{
+    // Without O_NONBLOCK, the call waits for somebody at the other end of a pipe, whatever signals come.
+    do {
+        descriptor = open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+        if (descriptor >= 0 || errno != ENXIO || !isPipe) return;
+    } while (Interrupt::Pause());
+    errno = EINTR;
+}
+
 void OutputFile::OpenBeside(mode_t mode)
 {
-    temporary = (std::filesystem::path(target).parent_path() / ".quillet-XXXXXX").string();
-    descriptor = mkstemp(temporary.data());
+    const auto folder = std::filesystem::path(target).parent_path();
+    for (int tries = 0; tries < c_maxTries && descriptor < 0; ++tries) {
+        std::uint64_t number = 0;
+        if (getrandom(&number, sizeof number, GRND_NONBLOCK) < 0) number = static_cast<std::uint64_t>(getpid()) + tries;
+        // mkstemp would make the file before anybody knows its name.
+        temporary = (folder / (".quillet-" + std::to_string(number))).string();
+        Interrupt::SetUnfinishedFile(temporary);
+        descriptor = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        if (descriptor < 0) Interrupt::SetUnfinishedFile({});
+        if (descriptor < 0 && errno != EEXIST) break;
+    }
     if (descriptor >= 0) {
         fchmod(descriptor, mode);
     } else {
@@ -91,22 +116,29 @@ void OutputFile::OpenBeside(mode_t mode)
 
 void OutputFile::Write(std::string_view text)
 {
-    pending += text;
-    if (pending.size() >= c_flushSize) Flush();
+    if (pending.size() + text.size() > c_flushSize) Flush();
+    if (text.size() > c_flushSize) {
+        Put(text);
+    } else {
+        pending += text;
+    }
+}
+
+void OutputFile::Write(const LongText& text)
+{
+    for (const std::string& block : text.GetBlocks())
+        Write(block);
 }
 
 void OutputFile::Flush()
 {
-    std::string_view rest = pending;
-    while (IsGood() && !rest.empty()) {
-        const ssize_t count = write(descriptor, rest.data(), rest.size());
-        if (count >= 0) {
-            rest.remove_prefix(static_cast<std::size_t>(count));
-        } else if (errno != EINTR) {
-            failure = errno;
-        }
-    }
+    Put(pending);
     pending.clear();
+}
+
+void OutputFile::Put(std::string_view text)
+{
+    if (IsGood()) failure = WriteAll(descriptor, text);
 }
 
 bool OutputFile::Commit()
@@ -125,7 +157,7 @@ bool OutputFile::Commit()
     return IsGood();
 }
 
-void OutputFile::Discard()
+void OutputFile::Discard() noexcept
 {
     if (descriptor >= 0) close(std::exchange(descriptor, -1));
     if (temporary.empty()) return;

@@ -20,18 +20,29 @@ public:
     /// Whether there are places that nobody took. Called like `Stop`.
     bool HasMore() const { return nextPlace < placeCount; }
 
-    /// Runs `work` when all places before this one have had their turn. Called once for each place taken.
+    /// Runs `work` when all places before this one have had their turn. Called once for each place taken; the turn is
+    /// over even if `work` throws.
     template <typename Work>
     void InTurn(long long place, Work work)
     {
         std::unique_lock lock(mutex);
         changed.wait(lock, [&] { return turn == place; });
+        const EndOfTurn end{*this};
         work();
-        ++turn;
-        changed.notify_all();
     }
 
 private:
+    struct EndOfTurn
+    {
+        PageQueue& queue;
+
+        ~EndOfTurn()
+        {
+            ++queue.turn;
+            queue.changed.notify_all();
+        }
+    };
+
     std::mutex mutex;
     std::condition_variable changed;
     long long placeCount;

@@ -1,5 +1,6 @@
 #include "PageRange.h"
 
+#include <algorithm>
 #include <charconv>
 #include <string_view>
 
@@ -50,6 +51,11 @@ int PageRange::GetIndex(long long place) const
         place -= size;
     }
     return -1;
+}
+
+bool PageRange::Contains(int index) const
+{
+    return std::ranges::any_of(spans, [index](const Span& span) { return span.first <= index && index <= span.last; });
 }
 
 void PageRange::Add(Span span)

@@ -17,6 +17,7 @@ public:
     long long GetLength() const { return length; }
     /// The index, from 0, of the page at a place in the range.
     int GetIndex(long long place) const;
+    bool Contains(int index) const;
 
 private:
     struct Span

@@ -1,10 +1,15 @@
 #include "PasswordPrompt.h"
 
+#include "Interrupt.h"
+
+#include <algorithm>
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <utility>
 
+#include <fcntl.h>
 #include <poll.h>
 #include <termios.h>
 #include <unistd.h>
@@ -88,6 +93,33 @@ std::optional<std::string> AskPassword(const std::string& file)
         line += c;
     }
     return std::nullopt;
+}
+
+std::optional<std::string> ReadPasswordFile(const std::string& path)
+{
+    // Far more than counts in any password; a device may go on for ever.
+    constexpr std::size_t c_maxLength = 1 << 16;
+    // Without O_NONBLOCK, opening a pipe waits for its writer, whatever signals come.
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    if (descriptor < 0) return std::nullopt;
+    std::string text;
+    char buffer[1024];
+    ssize_t count = 0;
+    do {
+        if (!Interrupt::WaitFor(descriptor, POLLIN)) {
+            count = -1;
+            break;
+        }
+        count = read(descriptor, buffer, sizeof buffer);
+        if (count > 0) text.append(buffer, static_cast<std::size_t>(count));
+        const bool isToRepeat = count < 0 && (errno == EINTR || errno == EAGAIN);
+        if (isToRepeat) count = 1;
+    } while (count > 0 && text.size() < c_maxLength && text.find('\n') == text.npos);
+    close(descriptor);
+    if (count < 0) return std::nullopt;
+    text.resize(std::min(text.find('\n'), text.size()));
+    if (!text.empty() && text.back() == '\r') text.pop_back();
+    return text;
 }
 
 } // namespace Host

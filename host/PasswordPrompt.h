@@ -12,4 +12,8 @@ bool CanAskPassword();
 /// signal, which then has its usual effect.
 std::optional<std::string> AskPassword(const std::string& file);
 
+/// The first line of a file, which may be a pipe; nothing if it cannot be read, or once a signal wants the command to
+/// end.
+std::optional<std::string> ReadPasswordFile(const std::string& path);
+
 } // namespace Host

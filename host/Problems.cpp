@@ -7,11 +7,15 @@ std::string FormatProblem(const std::string& file, int page, Quillet::Error::Typ
     std::string words = Quillet::GetErrorName(type);
     // The library has no words for this one, and users want some.
     if (type == Quillet::Error::StreamLineEnd) words = "stream keyword without a line end";
-    std::string line = "quillet: " + file + ": ";
-    if (page > 0) line += "page " + std::to_string(page) + ": ";
-    line += words + " (" + std::to_string(type) + ")";
-    if (count > 1) line += ", " + std::to_string(count) + " times";
-    return line;
+    words += " (" + std::to_string(type) + ")";
+    if (count > 1) words += ", " + std::to_string(count) + " times";
+    return FormatProblem(file, page, words);
+}
+
+std::string FormatProblem(const std::string& file, int page, const std::string& words)
+{
+    const std::string place = page > 0 ? "page " + std::to_string(page) + ": " : "";
+    return "quillet: " + file + ": " + place + words;
 }
 
 bool HasFatal(const Problems& problems)

@@ -29,6 +29,8 @@ using Problems = std::map<Quillet::Error::Type, long long>;
 /// "quillet: FILE: page 3: XRef table (5)", with a count for a kind that came more than once. `page` is from 1; 0 for
 /// the document as a whole.
 std::string FormatProblem(const std::string& file, int page, Quillet::Error::Type type, long long count = 1);
+/// The same for what is no kind of the library's.
+std::string FormatProblem(const std::string& file, int page, const std::string& words);
 
 /// Whether any of the kinds ends the work on a page or document.
 bool HasFatal(const Problems& problems);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <exception>
 
 #include <unistd.h>
 
@@ -12,7 +13,12 @@ using namespace std::chrono_literals;
 
 Progress::Progress(bool isWanted, long long pageTotal) : total(pageTotal)
 {
-    if (isWanted && isatty(STDERR_FILENO)) shower = std::thread([this] { Show(); });
+    if (!isWanted || !isatty(STDERR_FILENO)) return;
+    try {
+        shower = std::thread([this] { Show(); });
+    } catch (const std::exception&) {
+        // The work goes on without the line.
+    }
 }
 
 Progress::~Progress()

@@ -2,11 +2,13 @@
 
 #include "PermissionNames.h"
 #include "exporters/ColourValues.h"
+#include "exporters/Costs.h"
 #include "exporters/NumberText.h"
 #include "exporters/PathData.h"
 #include "exporters/TextRuns.h"
 
 #include <Quillet/BitmapObject.h>
+#include <Quillet/Budget.h>
 #include <Quillet/LayerObject.h>
 #include <Quillet/Page.h>
 #include <Quillet/PathObject.h>
@@ -16,6 +18,9 @@
 #include <pixels/DynamicBitmap.h>
 
 #include <nlohmann/json.hpp>
+
+#include <string_view>
+#include <utility>
 
 namespace Host {
 
@@ -31,6 +36,13 @@ std::string Dump(const Json& json)
 {
     // Texts of a file are UTF-8 by then, but a broken one must not end the export.
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+/// A text of the file; empty if there is no more to pay for it.
+Json MakeText(std::string text)
+{
+    if (!Budget::Spend(text.size() * Costs::c_jsonTextByte)) return "";
+    return text;
 }
 
 Json MakeBox(const Rect& box)
@@ -60,7 +72,7 @@ Json MakeColour(const Renderer::Colour& colour)
     return {{"model", components.model},
             {"values", std::move(values)},
             {"alpha", Tidy(colour.GetAlpha())},
-            {"name", colour.GetName()}};
+            {"name", MakeText(colour.GetName())}};
 }
 
 Json MakeFill(const Renderer::FillDescriptor& descriptor)
@@ -78,8 +90,10 @@ Json MakeLine(const Renderer::LineStyleDescriptor& descriptor)
     const bool isDashed = style.dashKind == Renderer::LineStyle::DashDashed;
     Json dashes = Json::array();
     if (isDashed) {
-        for (const double dash : style.dashes)
+        for (const double dash : style.dashes) {
+            if (!Budget::Spend(Costs::c_jsonEntry)) break;
             dashes.push_back(Tidy(dash * style.width));
+        }
     }
     return {{"width", Tidy(style.width)},           {"cap", c_caps[style.cap]},
             {"join", c_joins[style.join]},          {"mitreLimit", Tidy(style.mitreLimit)},
@@ -95,23 +109,74 @@ void AddBlending(Json& json, double opacity, Renderer::FillBlendMode::BlendMode 
 
 void AddGroup(Json& json, const GroupObject& group)
 {
-    json["name"] = group.name;
+    json["name"] = MakeText(group.name);
     AddBlending(json, group.opacity, group.blendMode);
     if (group.isIsolated) json["isolated"] = true;
     if (group.isKnockout) json["knockout"] = true;
     if (group.isXObject) json["xobject"] = true;
     const auto* layer = dynamic_cast<const LayerObject*>(&group);
     if (!layer) return;
-    json["type"] = "layer";
     if (!layer->isVisible) json["visible"] = false;
     if (!layer->isPrintable) json["printable"] = false;
     if (!layer->isEditable) json["editable"] = false;
     json["colour"] = layer->colour ? MakeColour(*layer->colour) : Json();
 }
 
-void AddPath(Json& json, const PathObject& path)
+/// An object that is written piece by piece: its path data may be longer than all the rest of a page.
+class ObjectText
 {
-    json["path"] = path.path ? MakePathData(*path.path, path.transform) : std::string();
+public:
+    explicit ObjectText(LongText& out) : text(out) { text.Append("{"); }
+
+    /// Writes the members so far, and the path behind them.
+    void AddPath(const char* key, const Geometry::PolyCurveDbl* path, const Params& toPage)
+    {
+        BeginMember(key);
+        text.Append("\"");
+        if (path) AppendPathData(text, *path, toPage);
+        text.Append("\"");
+    }
+
+    void AddClip(const Object& object)
+    {
+        BeginMember("clip");
+        ObjectText clip(text);
+        clip.AddPath("path", object.clipPath.Get(), object.transform);
+        clip.members["winding"] = GetWindingName(object.clipWinding);
+        clip.Flush();
+        text.Append("}");
+    }
+
+    void Flush()
+    {
+        if (members.empty()) return;
+        const std::string all = Dump(members);
+        text.Append(separator);
+        text.Append(std::string_view(all).substr(1, all.size() - 2));
+        separator = ",";
+        members.clear();
+    }
+
+    /// Those that were not written yet.
+    Json members = Json::object();
+
+private:
+    void BeginMember(const char* key)
+    {
+        Flush();
+        std::string& end = text.GetEnd();
+        end.append(separator).append("\"").append(key).append("\":");
+        separator = ",";
+    }
+
+    LongText& text;
+    const char* separator = "";
+};
+
+void AddPath(ObjectText& object, const PathObject& path)
+{
+    object.AddPath("path", path.path.Get(), path.transform);
+    Json& json = object.members;
     json["winding"] = GetWindingName(path.winding);
     json["fill"] = MakeFill(*path.GetBrushDescriptor());
     const bool isStroked = path.IsStroked();
@@ -139,8 +204,8 @@ Json MakeRun(const TextRun& run)
     using namespace Story::GlyphAtt;
     const Story::GlyphAtts& atts = *run.first->atts;
     const Kernel::Font& font = atts.GetDesiredFont();
-    Json json{{"text", GetRunText(run.first, run.last)},
-              {"font", font.postscriptName.empty() ? font.family : font.postscriptName},
+    Json json{{"text", MakeText(GetRunText(run.first, run.last))},
+              {"font", MakeText(font.postscriptName.empty() ? font.family : font.postscriptName)},
               {"size", Tidy(atts.GetSize())},
               {"letterSpacing", Tidy(atts.Get(LetterSpacing))},
               {"kerning", Tidy(atts.Get(Kerning))},
@@ -163,98 +228,98 @@ void AddLine(Json& json, const TextLineObject& line)
     json["position"] = {Tidy(position.x), Tidy(position.y)};
     json["width"] = Tidy(line.width);
     json["height"] = Tidy(line.textHeight);
-    json["text"] = GetRunText(line.chars.begin(), line.chars.end());
+    json["text"] = MakeText(GetRunText(line.chars.begin(), line.chars.end()));
     AddBlending(json, 1, line.blendMode);
 }
 
 /// One by one: a line may have millions, and each is many times its text.
-void AppendRuns(std::string& text, const TextLineObject& line)
+void AppendRuns(LongText& text, const TextLineObject& line)
 {
-    text += ",\"runs\":[";
+    text.Append(",\"runs\":[");
     const char* separator = "";
     for (const TextRun& run : SplitIntoRuns(line)) {
-        text += separator;
-        text += Dump(MakeRun(run));
+        if (!Budget::Spend(Costs::c_jsonRun)) break;
+        text.Append(separator);
+        text.Append(Dump(MakeRun(run)));
         separator = ",";
     }
-    text += ']';
+    text.Append("]");
 }
 
 /// A node without its children, and without the closing brace.
-std::string MakeNode(const Object& object, long long firstId)
+void AppendNode(LongText& text, const Object& object, long long firstId)
 {
     const auto* group = object.AsGroup();
     const auto* path = group ? nullptr : dynamic_cast<const PathObject*>(&object);
     const auto* line = group || path ? nullptr : dynamic_cast<const TextLineObject*>(&object);
     const auto* bitmap = group || path || line ? nullptr : dynamic_cast<const BitmapObject*>(&object);
-    Json json{{"type", group  ? "group"
-                       : path ? "path"
-                       : line ? "line"
-                              : "bitmap"},
-              {"id", object.id < 0 ? -1 : object.id + firstId},
-              {"bbox", MakeBox(object.bbox)},
-              {"box", MakeBox(object.transformedBBox)}};
+    ObjectText node(text);
+    Json& json = node.members;
+    json["type"] = group ? group->IsLayer() ? "layer" : "group" : path ? "path" : line ? "line" : "bitmap";
+    json["id"] = object.id < 0 ? -1 : object.id + firstId;
+    json["bbox"] = MakeBox(object.bbox);
+    json["box"] = MakeBox(object.transformedBBox);
     if (!object.transform.IsIdentity(0)) json["transform"] = MakeTransform(object.transform);
-    if (object.clipPath) {
-        json["clip"] = {{"path", MakePathData(*object.clipPath, object.transform)},
-                        {"winding", GetWindingName(object.clipWinding)}};
-    }
+    if (object.clipPath) node.AddClip(object);
     if (object.softMask) json["softMask"] = true;
     if (group) AddGroup(json, *group);
-    if (path) AddPath(json, *path);
+    if (path) AddPath(node, *path);
     if (line) AddLine(json, *line);
     if (bitmap) AddBitmap(json, *bitmap);
-    std::string text = Dump(json);
-    text.pop_back();
+    node.Flush();
     if (line) AppendRuns(text, *line);
-    return text;
 }
 
 /// The tree as text. Trees may be deeper than the stack, so the walk keeps its own.
-std::string MakeTree(const GroupObject& root, long long firstId)
+void AppendTree(LongText& text, const GroupObject& root, long long firstId)
 {
     struct Level
     {
         const GroupObject* group;
         std::size_t next;
     };
-    std::string text;
     std::vector<Level> levels;
     const auto open = [&](const GroupObject& group) {
-        text += MakeNode(group, firstId) + ",\"children\":[";
+        AppendNode(text, group, firstId);
+        text.Append(",\"children\":[");
         levels.push_back({&group, 0});
     };
     open(root);
     while (!levels.empty()) {
         Level& level = levels.back();
-        if (level.next == level.group->children.size()) {
-            text += "]}";
+        if (level.next == level.group->children.size() || !Budget::Spend(Costs::c_jsonNode)) {
+            text.Append("]}");
             levels.pop_back();
             continue;
         }
-        if (level.next > 0) text += ",\n";
+        if (level.next > 0) text.Append(",\n");
         const Object& child = *level.group->children[level.next++];
         if (const GroupObject* group = child.AsGroup()) {
             open(*group);
         } else {
-            text += MakeNode(child, firstId) + "}";
+            AppendNode(text, child, firstId);
+            text.Append("}");
         }
     }
-    return text;
 }
 
 } // namespace
 
-std::string MakeDocumentJson(const PdfDocument& document)
+void AppendDocumentJson(LongText& text, const PdfDocument& document)
 {
+    Json keywords = Json::array();
+    for (std::string& keyword : document.GetKeywords()) {
+        if (!Budget::Spend(Costs::c_jsonEntry)) break;
+        keywords.push_back(MakeText(std::move(keyword)));
+    }
     Json json{{"name", document.GetDocName()},
-              {"version", document.GetVersionString()},
-              {"title", document.GetTitle()},
-              {"author", document.GetAuthor()},
-              {"subject", document.GetSubject()},
-              {"keywords", document.GetKeywords()},
-              {"creator", document.GetCreator()},
-              {"producer", document.GetProducer()},
+              {"version", MakeText(document.GetVersionString())},
+              {"title", MakeText(document.GetTitle())},
+              {"author", MakeText(document.GetAuthor())},
+              {"subject", MakeText(document.GetSubject())},
+              {"keywords", std::move(keywords)},
+              {"creator", MakeText(document.GetCreator())},
+              {"producer", MakeText(document.GetProducer())},
               {"pageCount", document.GetPageCount()},
               {"decryptLevel", static_cast<int>(document.decryptLevel)},
               {"hasUserPermissions", document.HasUserPermissions()},
@@ -264,21 +329,26 @@ std::string MakeDocumentJson(const PdfDocument& document)
         json["encryption"] = document.GetEncryptionMethod();
         json["permissions"] = GetPermissionNames(document);
     }
-    return Dump(json);
+    text.Append(Dump(json));
 }
 
-std::string MakeFontsJson(const std::vector<FontInfo>& fonts)
+void AppendFontsJson(LongText& text, const std::vector<FontInfo>& fonts)
 {
-    Json json = Json::array();
+    text.Append("[");
+    const char* separator = "";
     for (const FontInfo& font : fonts) {
+        if (!Budget::Spend(Costs::c_jsonEntry)) break;
         const std::string& name = font.actualFont.postscriptName;
-        json.push_back({{"name", font.name},
-                        {"subtype", font.subtype},
+        const Json json{{"name", MakeText(font.name)},
+                        {"subtype", MakeText(font.subtype)},
                         {"embedded", font.isEmbedded},
                         {"available", font.isAvailable},
-                        {"shownIn", name.empty() ? font.actualFont.family : name}});
+                        {"shownIn", MakeText(name.empty() ? font.actualFont.family : name)}};
+        text.Append(separator);
+        text.Append(Dump(json));
+        separator = ",";
     }
-    return Dump(json);
+    text.Append("]");
 }
 
 std::string MakePageHeaderJson(const Page& page, int index)
@@ -298,15 +368,21 @@ std::string MakePageHeaderJson(const Page& page, int index)
     return text;
 }
 
-std::string MakePageJson(const Page& page, int index, const GroupObject& root, const Problems& problems,
-                         long long firstId)
+LongText MakePageJson(const Page& page, int index, const GroupObject& root, Problems& problems, long long firstId)
 {
+    // The problems stand first, and the last of them may be met while the tree is written.
+    LongText tree;
+    AppendTree(tree, root, firstId);
+    tree.Append("}");
+    if (Budget::IsSpent()) problems[Error::CutShort] = 1;
+
     Json errors = Json::array();
     for (const auto& [type, count] : problems) {
         errors.push_back({{"kind", static_cast<int>(type)}, {"name", GetErrorName(type)}, {"count", count}});
     }
-    return MakePageHeaderJson(page, index) + ",\"errors\":" + Dump(errors) + ",\n\"root\":" + MakeTree(root, firstId) +
-           "}";
+    LongText text(MakePageHeaderJson(page, index) + ",\"errors\":" + Dump(errors) + ",\n\"root\":");
+    text.Append(std::move(tree));
+    return text;
 }
 
 } // namespace Host

@@ -1,6 +1,10 @@
 #include "exporters/PathData.h"
 
+#include "exporters/Costs.h"
+#include "exporters/LongText.h"
 #include "exporters/NumberText.h"
+
+#include <Quillet/Budget.h>
 
 #include <algorithm>
 #include <cmath>
@@ -14,7 +18,7 @@ constexpr double c_resolution = 1e-4;
 class PathWriter
 {
 public:
-    PathWriter(std::string& out, int places) : text(out), decimals(places) {}
+    PathWriter(LongText& out, int places) : text(out), decimals(places) {}
 
     void Add(const Geometry::CurveDbl& curve)
     {
@@ -28,6 +32,7 @@ public:
             curve.isClosed && last >= 6 && IsLine(curve, last - 3) && nodes[last].point == nodes.front().point;
         const std::size_t end = isClosedByLine ? last - 3 : last;
         for (std::size_t i = 0; i < end; i += 3) {
+            if (!Quillet::Budget::Spend(Costs::c_segment)) return;
             if (IsLine(curve, i)) {
                 AddCommand('L');
                 AddPoint(nodes[i + 3]);
@@ -50,21 +55,23 @@ private:
     void AddCommand(char letter)
     {
         if (letter != command || letter == 'M') {
-            if (!text.empty()) text += ' ';
-            text += letter;
+            std::string& end = text.GetEnd();
+            if (command != 0) end += ' ';
+            end += letter;
         }
         command = letter;
     }
 
     void AddPoint(const Geometry::CurveNode& node)
     {
-        text += ' ';
-        AppendNumber(text, node.point.x, decimals);
-        text += ' ';
-        AppendNumber(text, node.point.y, decimals);
+        std::string& end = text.GetEnd();
+        end += ' ';
+        AppendNumber(end, node.point.x, decimals);
+        end += ' ';
+        AppendNumber(end, node.point.y, decimals);
     }
 
-    std::string& text;
+    LongText& text;
     int decimals;
     char command = 0;
 };
@@ -76,14 +83,14 @@ double GetScale(const Geometry::AffineTransform::Params& transform)
     return std::sqrt(std::abs(transform.GetDeterminant()));
 }
 
-std::string MakePathData(const Geometry::PolyCurveDbl& path, const Geometry::AffineTransform::Params& toPage)
+void AppendPathData(LongText& text, const Geometry::PolyCurveDbl& path, const Geometry::AffineTransform::Params& toPage)
 {
     const double scale = std::max({std::abs(toPage.a), std::abs(toPage.b), std::abs(toPage.c), std::abs(toPage.d)});
-    std::string text;
     PathWriter writer(text, GetDecimals(scale, c_resolution));
-    for (const auto& curve : path)
+    for (const auto& curve : path) {
+        if (!Quillet::Budget::Spend(Costs::c_segment)) return;
         writer.Add(*curve);
-    return text;
+    }
 }
 
 } // namespace Host

@@ -1,9 +1,11 @@
 #include "exporters/SvgExporter.h"
 
+#include "exporters/Costs.h"
 #include "exporters/NumberText.h"
 #include "exporters/PathData.h"
 #include "exporters/TextRuns.h"
 
+#include <Quillet/Budget.h>
 #include <Quillet/LayerObject.h>
 #include <Quillet/Page.h>
 #include <Quillet/PathObject.h>
@@ -44,10 +46,11 @@ bool IsXmlCharacter(char32_t code)
     return !isControl && code != 0xFFFE && code != 0xFFFF && Kernel::CharTraits::IsScalarValue(code);
 }
 
-/// The characters of a text that XML can hold.
+/// The characters of a text that XML can hold; none if there is no more to pay for them.
 std::string MakeXmlText(std::string_view text)
 {
     std::string clean;
+    if (!Budget::Spend(text.size() * Costs::c_svgTextByte)) return clean;
     for (std::size_t end = 0; end < text.size();) {
         const std::size_t start = end;
         const char32_t code = Kernel::CharTraits::DecodeCodePoint(text, end);
@@ -89,7 +92,7 @@ public:
         const auto size = PageBase::ApplyRotate(page.GetTrimBox(), page.GetRotate());
         const std::string width = MakeNumber(size.GetWidth());
         const std::string height = MakeNumber(size.GetHeight());
-        svg = document.append_child("svg");
+        svg = Append(document, "svg");
         Set(svg, "xmlns", "http://www.w3.org/2000/svg");
         Set(svg, "xmlns:inkscape", "http://www.inkscape.org/namespaces/inkscape");
         Set(svg, "xmlns:sodipodi", "http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd");
@@ -100,30 +103,50 @@ public:
         Set(svg, "width", width + "pt");
         Set(svg, "height", height + "pt");
         Set(svg, "viewBox", "0 0 " + width + " " + height);
-        if (!title.empty()) svg.append_child("title").text().set(MakeXmlText(title).c_str());
-        defs = svg.append_child("defs");
+        if (!title.empty()) Append(svg, "title").text().set(MakeXmlText(title).c_str());
+        defs = Append(svg, "defs");
     }
 
-    std::string Write(const GroupObject& root)
+    LongText Write(const GroupObject& root)
     {
         AddTree(root);
         if (!defs.first_child()) svg.remove_child(defs);
-        struct Text : pugi::xml_writer
+        struct Writer : pugi::xml_writer
         {
             void write(const void* data, std::size_t size) override
             {
-                text.append(static_cast<const char*>(data), size);
+                text.Append({static_cast<const char*>(data), size});
             }
-            std::string text;
+            LongText text;
         } out;
+        // What is written is paid for since it stands in the tree.
+        const Budget::Reprieve reprieve;
         document.save(out, "", pugi::format_raw, pugi::encoding_utf8);
-        return std::move(out.text) + "\n";
+        out.text.Append("\n");
+        return std::move(out.text);
     }
 
 private:
-    static void Set(pugi::xml_node node, const char* name, const std::string& value)
+    static pugi::xml_node Append(pugi::xml_node parent, const char* name)
     {
-        node.append_attribute(name).set_value(value.c_str());
+        Budget::Spend(Costs::c_svgElement);
+        return parent.append_child(name);
+    }
+
+    /// Gives the value as it is kept.
+    static const char* Set(pugi::xml_node node, const char* name, const std::string& value)
+    {
+        Budget::Spend(Costs::c_svgAttribute + Costs::c_svgValueByte * value.size());
+        pugi::xml_attribute attribute = node.append_attribute(name);
+        attribute.set_value(value.c_str());
+        return attribute.value();
+    }
+
+    static std::string MakePathData(const Geometry::PolyCurveDbl& path, const Params& toPage)
+    {
+        LongText text;
+        AppendPathData(text, path, toPage);
+        return text.Join();
     }
 
     static void AddStyle(std::string& style, const char* declaration)
@@ -144,6 +167,7 @@ private:
         std::vector<Level> levels{{&root, IsPlain(root) ? svg : AddGroup(svg, root)}};
         while (!levels.empty()) {
             Level& level = levels.back();
+            if (Budget::IsSpent()) return;
             if (level.next == level.group->children.size()) {
                 levels.pop_back();
                 continue;
@@ -165,7 +189,7 @@ private:
 
     pugi::xml_node AddGroup(pugi::xml_node parent, const GroupObject& group)
     {
-        pugi::xml_node node = parent.append_child("g");
+        pugi::xml_node node = Append(parent, "g");
         std::string style;
         if (const auto* layer = dynamic_cast<const LayerObject*>(&group)) {
             Set(node, "inkscape:groupmode", "layer");
@@ -201,18 +225,21 @@ private:
         // Runs of objects share one clip.
         const std::string data = MakePathData(path, toPage);
         const bool isEvenOdd = winding == WindingOrderMode::EvenOdd;
-        const std::string key = data + (isEvenOdd ? "*" : "");
-        const auto [found, isNew] = clips.emplace(key, "clip-" + std::to_string(clips.size() + 1));
-        if (isNew) {
-            pugi::xml_node clip = defs.append_child("clipPath");
-            Set(clip, "id", found->second);
+        auto& known = isEvenOdd ? evenOddClips : nonZeroClips;
+        auto found = known.find(data);
+        if (found == known.end()) {
+            const std::size_t number = nonZeroClips.size() + evenOddClips.size() + 1;
+            pugi::xml_node clip = Append(defs, "clipPath");
+            Set(clip, "id", MakeClipName(number));
             Set(clip, "clipPathUnits", "userSpaceOnUse");
-            pugi::xml_node shape = clip.append_child("path");
-            Set(shape, "d", data);
+            pugi::xml_node shape = Append(clip, "path");
+            found = known.emplace(Set(shape, "d", data), number).first;
             if (isEvenOdd) Set(shape, "clip-rule", "evenodd");
         }
-        Set(node, "clip-path", "url(#" + found->second + ")");
+        Set(node, "clip-path", "url(#" + MakeClipName(found->second) + ")");
     }
+
+    static std::string MakeClipName(std::size_t number) { return "clip-" + std::to_string(number); }
 
     void SetPaint(pugi::xml_node node, const char* name, const char* opacityName,
                   const Renderer::FillDescriptor& descriptor)
@@ -255,6 +282,7 @@ private:
         if (style.dashKind == Renderer::LineStyle::DashDashed) {
             std::string dashes;
             for (const double dash : style.dashes) {
+                if (!Budget::Spend(Costs::c_segment)) break;
                 if (!dashes.empty()) dashes += ' ';
                 AppendNumber(dashes, dash * width, decimals);
             }
@@ -267,6 +295,10 @@ private:
     static Kernel::Counted<Geometry::PolyCurveDbl> MakeMoved(const Geometry::PolyCurveDbl& path,
                                                              const Params& transform)
     {
+        for (const auto& curve : path) {
+            if (!Budget::Spend(Costs::c_movedSegment * (curve->GetSegmentCount() + 1)))
+                return Kernel::MakeCounted<Geometry::PolyCurveDbl>();
+        }
         auto moved = path.Clone();
         moved->Transform(transform);
         return moved;
@@ -275,7 +307,7 @@ private:
     void AddPath(pugi::xml_node parent, const PathObject& object)
     {
         if (!object.path) return;
-        pugi::xml_node node = parent.append_child("path");
+        pugi::xml_node node = Append(parent, "path");
         const bool isStroked = object.IsStroked();
         // A line has one width on the page, which SVG can say only where x and y are scaled alike; elsewhere the path
         // itself moves to the page, and its clip with it.
@@ -307,6 +339,7 @@ private:
     void AddLine(pugi::xml_node parent, const TextLineObject& line)
     {
         for (const TextRun& run : SplitIntoRuns(line)) {
+            if (!Budget::Spend(Costs::c_svgRun)) return;
             const auto isSeen = [](const Char& c) { return !c.isSpace && !c.IsTab(); };
             if (std::any_of(run.first, run.last, isSeen)) AddRun(parent, line, run);
         }
@@ -321,7 +354,7 @@ private:
         const double scale = atts.Get(HorizontalScale);
         if (!(size > 0) || !std::isfinite(scale) || scale == 0) return;
 
-        pugi::xml_node text = parent.append_child("text");
+        pugi::xml_node text = Append(parent, "text");
         const auto position = line.GetGdiPosition();
         // Em space to the page, with the size left to the font.
         Params placement = atts.GetGlyphTransform({position.x + run.start, position.y + atts.Get(BaselineShift)});
@@ -393,9 +426,10 @@ private:
         double pen = 0;
         for (auto first = run.first; first != run.last;) {
             const Piece piece = FindPiece(first, run.last, scale);
+            if (!Budget::Spend(Costs::c_svgChar * static_cast<unsigned long long>(piece.last - first))) return;
             const std::string characters = MakeXmlText(GetRunText(first, piece.last));
             if (!characters.empty()) {
-                pugi::xml_node span = text.append_child("tspan");
+                pugi::xml_node span = Append(text, "tspan");
                 Set(span, "x", MakeNumber(pen, 4));
                 if (std::abs(piece.spacing) > 1e-3) Set(span, "letter-spacing", MakeNumber(piece.spacing, 4));
                 // The characters are in the order of their places, and not of reading.
@@ -440,15 +474,19 @@ private:
     pugi::xml_document document;
     pugi::xml_node svg;
     pugi::xml_node defs;
-    std::unordered_map<std::string, std::string> clips;
+    /// The numbers of those in use, by their path data, which the document keeps.
+    std::unordered_map<std::string_view, std::size_t> nonZeroClips;
+    std::unordered_map<std::string_view, std::size_t> evenOddClips;
 };
 
 } // namespace
 
-std::string MakeSvg(const Page& page, const GroupObject& root, const std::string& title,
-                    const Raster::ICCManager::ICCProfileSet& profiles)
+LongText MakeSvg(const Page& page, const GroupObject& root, const std::string& title,
+                 const Raster::ICCManager::ICCProfileSet& profiles, Problems& problems)
 {
-    return SvgWriter(page, title, profiles).Write(root);
+    LongText text = SvgWriter(page, title, profiles).Write(root);
+    if (Budget::IsSpent()) problems[Error::CutShort] = 1;
+    return text;
 }
 
 } // namespace Host

@@ -211,6 +211,37 @@ TEST_F(CommandLineTest, NumbersTheFilesOfSeveralPages)
     EXPECT_TRUE(exists(folder.Get("OUT-1.svg")) && exists(folder.Get("OUT-3.svg")));
 }
 
+TEST_F(CommandLineTest, NeverWritesOverTheDocument)
+{
+    const std::string file = MakePages({1, 2, 3}, "3");
+    folder.Put("FILE", file);
+    folder.Put("OUT-1.svg", file);
+    create_symlink(folder.Get("FILE"), folder.Get("OUT-2.svg"));
+    create_hard_link(folder.Get("FILE"), folder.Get("OUT-3.svg"));
+    const struct
+    {
+        std::vector<std::string> words;
+        int status;
+        const char* name;
+    } rows[] = {
+        {{"convert", "OUT-1.svg", "-o", "OUT.svg"}, ExitCommandLine, "OUT-1.svg"},
+        {{"convert", "FILE", "-o", "OUT.svg", "--pages", "1-2"}, ExitCommandLine, "OUT-2.svg"},
+        {{"convert", "FILE", "-o", "OUT.svg", "--pages", "1,3"}, ExitCommandLine, "OUT-3.svg"},
+        {{"convert", "FILE", "-o", "OUT-2.svg", "--pages", "1"}, ExitCommandLine, "OUT-2.svg"},
+        {{"convert", "FILE", "-o", "OUT-03.svg", "--pages", "1-2"}, ExitDone, ""},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Run(row.words), row.status);
+        if (row.status != ExitDone) {
+            EXPECT_EQ(problems, "quillet: " + folder.Get(row.name).string() + ": is the document itself\n");
+        }
+        EXPECT_EQ(folder.Read("OUT-1.svg"), file);
+        EXPECT_EQ(folder.Read("FILE"), file);
+    }
+    EXPECT_EQ(Run({"convert", "OUT-1.svg", "-o", "OUT.svg", "--pages", "2-3"}), ExitDone);
+    EXPECT_EQ(folder.Read("OUT-1.svg"), file);
+}
+
 TEST_F(CommandLineTest, StopsWherePagesAreOnlyClaimed)
 {
     folder.Put("FILE", MakePages({1}, "2147483647"));

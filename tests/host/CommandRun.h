@@ -14,8 +14,9 @@ namespace Host::Test {
 class CommandRun : public testing::Test
 {
 public:
-    /// Runs the command with words of which those that start with FILE or OUT name files in the test's folder.
-    int Run(std::vector<std::string> words)
+    /// Runs the command with words of which those that start with FILE or OUT name files in the test's folder; keeps
+    /// what it prints, if that is wanted.
+    int Run(std::vector<std::string> words, bool isCaptured = true)
     {
         words.insert(words.begin(), "quillet");
         std::vector<const char*> arguments;
@@ -25,6 +26,7 @@ public:
             }
             arguments.push_back(word.c_str());
         }
+        if (!isCaptured) return RunCommandLine(static_cast<int>(arguments.size()), arguments.data());
         testing::internal::CaptureStdout();
         testing::internal::CaptureStderr();
         const int status = RunCommandLine(static_cast<int>(arguments.size()), arguments.data());

@@ -1,5 +1,6 @@
 #include "Problems.h"
 #include "exporters/ColourValues.h"
+#include "exporters/LongText.h"
 #include "exporters/NumberText.h"
 #include "exporters/PathData.h"
 
@@ -20,6 +21,13 @@ namespace {
 
 using Geometry::CurveDbl;
 using Params = Geometry::AffineTransform::Params;
+
+std::string MakePathData(const Geometry::PolyCurveDbl& path, const Params& toPage)
+{
+    LongText text;
+    AppendPathData(text, path, toPage);
+    return text.Join();
+}
 
 TEST(NumberText, IsShortAndPlain)
 {
