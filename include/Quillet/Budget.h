@@ -58,6 +58,7 @@ public:
         bool IsAborted() const;
         /// Books on the account what was spent here since the last time.
         void Settle();
+        void Cut();
 
         const Kernel::Counted<const Budget> account;
         const bool* const abort;

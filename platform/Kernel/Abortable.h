@@ -4,6 +4,12 @@
 
 namespace Kernel {
 
+/// Whether a flag that another thread or a signal handler may set is there and set.
+inline bool IsAborted(const bool* flag)
+{
+    return flag && __atomic_load_n(flag, __ATOMIC_RELAXED);
+}
+
 /// Base of long work that its caller can stop.
 ///
 /// The caller owns a flag and gives its address; the work reads it at safe points and stops early, without an error,

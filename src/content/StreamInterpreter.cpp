@@ -17,6 +17,7 @@
 #include "document/Limits.h"
 
 #include <Quillet/Budget.h>
+#include <Kernel/Abortable.h>
 #include <Quillet/GroupObject.h>
 #include <Quillet/Page.h>
 
@@ -193,12 +194,11 @@ void StreamInterpreter::Run(Visit visit)
     const ErrorHandler* handler = stack->GetErrorHandler();
     if (!handler->Check(static_cast<bool>(descent), Error::General)) return;
 
-    // The host sets it from another thread or a signal handler at any time.
-    const volatile bool* abort = stack->GetAbortPointer();
+    const bool* abort = stack->GetAbortPointer();
     ArgVec args(handler);
     for (;;) {
         const Operator* op = Parse(args);
-        if (op == &endOperator || (abort && *abort)) return;
+        if (op == &endOperator || Kernel::IsAborted(abort)) return;
         if (!Budget::Spend(Limits::c_operatorUnits)) return;
         visit(*op, args);
     }

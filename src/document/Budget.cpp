@@ -2,6 +2,8 @@
 
 #include "document/Limits.h"
 
+#include <Kernel/Abortable.h>
+
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -59,23 +61,24 @@ Budget::Scope::~Scope()
     Settle();
     t_scope = outer;
     if (isOuterPaying) outer->left -= spent;
-    if (outer && outer->account == account && (outer->left < 0 || (account && account->GetLeft() == 0)))
-        outer->isCut = true;
+    if (outer && account && outer->account == account && account->GetLeft() == 0) outer->Cut();
 }
 
 bool Budget::Scope::IsAborted() const
 {
-    // The host sets it from another thread or a signal handler at any time.
-    return abort && __atomic_load_n(abort, __ATOMIC_RELAXED);
+    return Kernel::IsAborted(abort);
 }
 
 bool Budget::Scope::Take(long long units)
 {
     if (isCut) return false;
-    left -= units;
-    spent += units;
-    unsettled += units;
-    if (left < 0 || unsettled >= c_settleStep) Settle();
+    // What is refused was not done: it takes no more than there is, and nothing from others.
+    const long long paid = std::min(units, left);
+    left -= paid;
+    spent += paid;
+    unsettled += paid;
+    if (paid < units) Cut();
+    if (unsettled >= c_settleStep) Settle();
     return !IsRefusing();
 }
 
@@ -83,9 +86,13 @@ void Budget::Scope::Settle()
 {
     if (!account) return;
     const long long rest = account->left.fetch_sub(unsettled, std::memory_order_relaxed) - std::exchange(unsettled, 0);
-    if (left >= 0 && rest >= 0) return;
+    if (rest < 0) Cut();
+}
+
+void Budget::Scope::Cut()
+{
     isCut = true;
-    account->isCut.store(true, std::memory_order_relaxed);
+    if (account) account->isCut.store(true, std::memory_order_relaxed);
 }
 
 Budget::Reprieve::Reprieve() : held(std::exchange(t_scope, nullptr)) {}

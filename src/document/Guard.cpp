@@ -1,6 +1,5 @@
 #include "document/Guard.h"
 
-
 #include "document/Limits.h"
 
 #include <Quillet/PdfDocument.h>

@@ -65,7 +65,7 @@ void PdfDocument::OnError(Error::Type type) const
 {
     if (type == Error::CutShort || !Budget::IsSpent()) return ErrorForwarder::OnError(type);
     if (IsRecoverable(type)) return;
-    if (abortPointer && *abortPointer) throw type;
+    if (Kernel::IsAborted(abortPointer)) throw type;
     ErrorForwarder::OnError(Error::CutShort);
     throw Error::CutShort;
 }

@@ -122,6 +122,12 @@ TEST(GradientFunctionTest, EndsWhereFunctionsShareTheirParts)
     }
     objects.push_back(Power(1));
     Ramp ramp(objects);
+    {
+        // Once nothing is left, no walk goes on to where the list would be full.
+        const Budget::Scope scope(Kernel::MakeCounted<Budget>(500'000), Budget::Share::All, nullptr);
+        EXPECT_LT(ramp.MakeStops().size(), 5000U);
+        EXPECT_TRUE(scope.WasCut());
+    }
     const auto stops = ramp.MakeStops();
     EXPECT_LE(stops.size(), Limits::c_maxGradientStops + 1);
     EXPECT_EQ(stops.back().position, 1);

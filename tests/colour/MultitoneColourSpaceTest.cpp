@@ -117,6 +117,19 @@ TEST(MultitoneColourSpaceTest, MixesSeveralInksThroughTheTransform)
     EXPECT_THAT(lab.document.GetErrors(), IsEmpty());
 }
 
+TEST(MultitoneColourSpaceTest, RefusesMoreInksThanAnyPressHas)
+{
+    const auto make = [](int count) {
+        std::string names;
+        for (int i = 0; i < count; ++i)
+            names += "/I" + std::to_string(i) + " ";
+        const Inks inks("[/DeviceN [" + names + "] /DeviceRGB 5 0 R]");
+        return std::pair(inks.space->GetComponentCount(), inks.document.GetErrors().empty());
+    };
+    EXPECT_EQ(make(32), std::pair(32, true));
+    EXPECT_EQ(make(2000), std::pair(0, false));
+}
+
 TEST(MultitoneColourSpaceTest, StaysUsableWhenDamaged)
 {
     struct Case

@@ -20,10 +20,13 @@ PageParts MakeParts()
     PageParts parts;
     parts.entries = c_pageEntries;
     parts.resources = "/Properties << /A 5 0 R /B 6 0 R /M 7 0 R /N << /Type /OCG >> /Gone 99 0 R >> "
-                      "/XObject << /Open 8 0 R /Inner 9 0 R >>";
-    parts.objects = {"<< /Type /OCG /Name (A) >>", "<< /Type /OCG /Name (B) >>", "<< /Type /OCMD /OCGs [5 0 R] >>",
+                      "/XObject << /Open 8 0 R /Inner 9 0 R /Surplus 10 0 R >>";
+    parts.objects = {"<< /Type /OCG /Name (A) >>",
+                     "<< /Type /OCG /Name (B) >>",
+                     "<< /Type /OCMD /OCGs [5 0 R] >>",
                      PdfBuilder::MakeStream("/OC /A BDC", "/Subtype /Form /BBox [0 0 300 100]"),
-                     PdfBuilder::MakeStream(ExpandContent("<b>"), "/Subtype /Form /BBox [0 0 300 100]")};
+                     PdfBuilder::MakeStream(ExpandContent("<b>"), "/Subtype /Form /BBox [0 0 300 100]"),
+                     PdfBuilder::MakeStream(ExpandContent("<b> Q EMC"), "/Subtype /Form /BBox [0 0 300 100]")};
     return parts;
 }
 
@@ -58,6 +61,9 @@ TEST(MarkedContentTest, CutsLayersOutOfTheTree)
         // Nothing that makes a layer; all of it in balance.
         {"/OC /A BDC /OC /M BDC <a> EMC /OC /N BDC <b> EMC /OC /Gone BDC <c> EMC /OC /No BDC <d> EMC EMC",
          "([A: a b c d])"},
+        // A form that leaves its own state closes the layer in its caller's; what follows is not lost.
+        {"<a> /OC /A BDC /Surplus Do <c> <d>", "(a [A: F({b})] c d)"},
+        {"/OC /A BDC /Surplus Do <clip> <c>", "([A: F({b})] {c})"},
         {"/OC /A BDC /Other /B BDC <a> EMC /OC << /Type /OCG /Name (X) >> BDC <b> EMC EMC", "([A: a b])"},
     };
     for (const Case& c : cases) {

@@ -53,6 +53,23 @@ TEST(PagesTest, InheritsFromTheNearestNode)
     EXPECT_TRUE(second->GetClipBox().IsEmpty());
 }
 
+TEST(PagesTest, PagesThatAreHeldKeepWhatTheyInherit)
+{
+    TestDocument document(
+        MakeTree({"<< /Kids [3 0 R] /Count 1 /Rotate 90 >>",
+                  "<< /Kids [4 0 R] /Count 1 /MediaBox [0 0 10 20] /Resources << >> >>", "<< /Type /Page >>"}));
+    const auto page = document->GetPage(0);
+    const auto expectInherited = [&page] {
+        EXPECT_EQ(page->GetMediaBox(), (Rect{0, 0, 10, 20}));
+        EXPECT_EQ(page->GetRotate(), 90);
+        EXPECT_TRUE(page->GetResources());
+    };
+    document->SetFontMap(nullptr);
+    expectInherited();
+    document->Close();
+    expectInherited();
+}
+
 TEST(PagesTest, NormalisesRotation)
 {
     const std::pair<const char*, int> cases[] = {{"450", 90},   {"-90", 270}, {"-360", 360}, {"-1", 0},

@@ -1,6 +1,7 @@
 #include "document/Parser.h"
 
 #include "document/MemorySource.h"
+#include "document/Limits.h"
 #include "support/ErrorRecorder.h"
 
 #include <gtest/gtest.h>
@@ -78,6 +79,17 @@ TEST(ParserTest, ReadsNames)
         EXPECT_EQ(parser->tokenText, row.name) << row.text;
         EXPECT_EQ(parser.errors.kinds.size(), row.errorCount) << row.text;
     }
+}
+
+TEST(ParserTest, CutsNamesAndKeywordsThatNobodyMeans)
+{
+    const std::string text = "/" + std::string(100'000, 'n') + " " + std::string(100'000, 'k') + " 1";
+    PlainParser parser(text);
+    EXPECT_EQ(parser->NextToken(), TokenName);
+    EXPECT_EQ(parser->tokenText.size(), Limits::c_maxNameLength);
+    EXPECT_EQ(parser->NextToken(), TokenKeyword);
+    EXPECT_EQ(parser->tokenText.size(), Limits::c_maxNameLength);
+    EXPECT_EQ(parser->NextToken(), TokenInt);
 }
 
 TEST(ParserTest, ReadsStrings)

@@ -25,7 +25,8 @@ TEST(PdfDocumentTest, ErrorNamesAreFixed)
 {
     EXPECT_STREQ(GetErrorName(Error::UnimplementedColourProfile), "unimplemented colour profiile");
     EXPECT_STREQ(GetErrorName(Error::StreamLineEnd), "");
-    EXPECT_STREQ(GetErrorName(static_cast<Error::Type>(25)), "Unknown error");
+    EXPECT_STREQ(GetErrorName(Error::CutShort), "cut short");
+    EXPECT_STREQ(GetErrorName(static_cast<Error::Type>(26)), "Unknown error");
     EXPECT_STREQ(GetErrorName(static_cast<Error::Type>(-1)), "Unknown error");
 }
 

@@ -237,9 +237,9 @@ TEST(XRefsTest, CachesNoMoreThanItMayOfWhatCanBeReadAgain)
     EXPECT_TRUE(keeps(3, Kernel::MakeCounted<Needed>()));
     document->xrefs->ClearCaches();
     {
-        const Guard::Page budget(-1);
+        const Budget::Scope budget(Kernel::MakeCounted<Budget>(-1), Budget::Share::All, nullptr);
         EXPECT_FALSE(keeps(1, Kernel::MakeCounted<Large>()));
-        EXPECT_TRUE(keeps(2, Kernel::MakeCounted<Needed>()));
+        EXPECT_FALSE(keeps(2, Kernel::MakeCounted<Needed>()));
     }
     EXPECT_TRUE(keeps(1, Kernel::MakeCounted<Large>()));
 }

@@ -106,6 +106,18 @@ TEST(StreamTest, ParametersReachTheirFilter)
     }
 }
 
+TEST(StreamTest, RefusesTooManyFilters)
+{
+    const auto decode = [](int count) {
+        std::string names;
+        for (int i = 0; i < count; ++i)
+            names += "/LZW ";
+        return Decoded(PdfBuilder::MakeStream("x", "/Filter [" + names + "]")).document.GetErrors();
+    };
+    EXPECT_THAT(decode(16), IsEmpty());
+    EXPECT_THAT(decode(17), Contains(Error::General));
+}
+
 TEST(StreamTest, FlateMendsAShortLength)
 {
     std::string text;

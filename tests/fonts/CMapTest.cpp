@@ -301,10 +301,10 @@ TEST(StandardCMapsTest, MadeUpNamesTakeNoPlaceOfOthers)
 
 TEST(StandardCMapsTest, AreWholeWhoeverAsksFirst)
 {
-    const Guard::Page budget(-1);
+    const Budget::Scope budget(Kernel::MakeCounted<Budget>(-1), Budget::Share::All, nullptr);
     EXPECT_EQ(GetCharacters(*MakeIdentityCMap(), 0x1234), Characters{0x1234});
     EXPECT_GT(GetStandardCMap("EUC-H")->mapRanges.size(), 100U);
-    EXPECT_TRUE(Guard::Page::IsSpent());
+    EXPECT_TRUE(Budget::IsSpent());
 }
 
 TEST(CMapTest, WhatIsCutShortIsNotKept)
@@ -314,14 +314,14 @@ TEST(CMapTest, WhatIsCutShortIsNotKept)
         program += std::string("<4") + digit + "> <0061> endbfchar ";
     TestDocument document(MakePagePdf("", {.objects = {PdfBuilder::MakeStream(program)}}));
     {
-        const Guard::Page budget(50);
+        const Budget::Scope budget(Kernel::MakeCounted<Budget>(5000), Budget::Share::All, nullptr);
         EXPECT_LT(CMapInterpreter::GetEncoding(document.GetRef(5))->mapRanges.size(), 10U);
     }
     const auto whole = CMapInterpreter::GetEncoding(document.GetRef(5));
     EXPECT_EQ(whole->mapRanges.size(), 10U);
     EXPECT_EQ(CMapInterpreter::GetEncoding(document.GetRef(5)), whole);
 
-    const Guard::Page budget(-1);
+    const Budget::Scope budget(Kernel::MakeCounted<Budget>(-1), Budget::Share::All, nullptr);
     EXPECT_EQ(Take(*whole, std::string(1000, 'A')).pos, 1000);
 }
 

@@ -4,7 +4,7 @@
 
 namespace Quillet {
 
-int BytesFilter::Read(char* buf, int size)
+int BytesFilter::Decode(char* buf, int size)
 {
     const auto count =
         std::min({static_cast<std::size_t>(std::max(size, 0)), static_cast<std::size_t>(pieceSize), declared - pos});

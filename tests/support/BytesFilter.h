@@ -16,8 +16,7 @@ public:
         : bytes(std::move(content)), declared(bytes.size()), pieceSize(maxPiece)
     {}
 
-    using Filter::Read;
-    int Read(char* buf, int size) override;
+    int Decode(char* buf, int size) override;
     void ReadAll(std::vector<char>& out) override;
     bool AtEnd() const override { return pos == declared; }
     unsigned long long GetEstimatedLength() const override { return declared - pos; }

@@ -275,9 +275,9 @@ TEST(TextHandlerTest, ClipsThatAFormLeavesOpenEndWithIt)
 
 TEST(TextHandlerTest, ClipsAreCutWhereThePageHasUsedUpItsWork)
 {
-    const Guard::Page budget(3000);
+    const Budget::Scope budget(Kernel::MakeCounted<Budget>(100'000), Budget::Share::All, nullptr);
     const TextRun text("BT /F 10 Tf 7 Tr (@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@) Tj ET 0 0 50 50 re f");
-    EXPECT_TRUE(Guard::Page::IsSpent());
+    EXPECT_TRUE(Budget::IsSpent());
 }
 
 double GetAlpha(const Char& c, Story::GlyphAtt::Object paint)
