@@ -19,9 +19,6 @@ namespace Quillet {
 
 namespace {
 
-/// An empty form still costs two groups, a decoder and a table of operators.
-constexpr unsigned long long c_formUnits = 4 * Limits::c_objectUnits;
-
 /// The longest content that a form keeps decoded. Symbols of a map are shorter and drawn by the thousand; files of many
 /// forms must not grow much in memory.
 constexpr std::size_t c_maxKeptContent = 4096;
@@ -112,7 +109,7 @@ bool FormXObject::Accept(Kernel::NonCounted<GraphicsStateStack> stack, bool noGr
     // Content has no conditions: a form that comes to draw itself over the same stack would do so for ever.
     const Guard::Descent descent;
     Guard::Walk walk(Guard::Way::Forms, streamRef, stack.Get());
-    if (!descent || !walk.Enter(streamRef) || !Budget::Spend(c_formUnits)) return false;
+    if (!descent || !walk.Enter(streamRef) || !Budget::Spend(Limits::c_formUnits)) return false;
     Draw(*stack, noGroup);
     return true;
 }

@@ -42,7 +42,13 @@ inline constexpr unsigned long long c_paintUnits = 96;
 inline constexpr unsigned long long c_segmentUnits = 128;
 /// An object of the tree with its boxes and attributes, or a graphics state.
 inline constexpr unsigned long long c_objectUnits = 800;
+/// A form: two groups, a decoder and a table of operators, even if it is empty.
+inline constexpr unsigned long long c_formUnits = 4 * c_objectUnits;
 inline constexpr unsigned long long c_charUnits = 160;
+/// Entries of a sorted list that are moved up in the time of a unit.
+inline constexpr unsigned long long c_movedBucketsPerUnit = 4;
+/// Looking at an entry of the cross-reference table while that is read.
+inline constexpr unsigned long long c_touchUnits = 8;
 /// A sample of a table that a function looks at, and an element of a program.
 inline constexpr unsigned long long c_sampleUnits = 2;
 inline constexpr unsigned long long c_elementUnits = 4;
@@ -108,6 +114,9 @@ inline constexpr unsigned long long c_maxListLength = 1ull << 20;
 
 /// Codes that one font has widths or glyph names for. None shows more than 65,536.
 inline constexpr unsigned long long c_maxFontCodes = 1ull << 16;
+
+/// Codes of one range that are asked one by one; a range may claim billions.
+inline constexpr int c_maxSingleCodes = 1 << 17;
 
 /// Fonts of a document that are told of, and kept in mind.
 inline constexpr unsigned long long c_maxFonts = 1ull << 16;

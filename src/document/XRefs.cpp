@@ -11,13 +11,6 @@
 
 namespace Quillet {
 
-namespace {
-
-/// Looking at an entry while the table is read.
-constexpr unsigned long long c_touchUnits = 8;
-
-} // namespace
-
 XRefs::XRef::XRef() = default;
 XRefs::XRef::~XRef() = default;
 
@@ -39,7 +32,7 @@ XRefs::XRef* XRefs::Touch(long long number)
 {
     if (!Check(number >= 0 && number <= std::numeric_limits<int>::max(), Error::XRefTable)) return nullptr;
     const auto block = static_cast<std::size_t>(number / c_blockSize);
-    if (!Budget::Spend(c_touchUnits)) return nullptr;
+    if (!Budget::Spend(Limits::c_touchUnits)) return nullptr;
     if (block >= table.size()) {
         if (!Budget::Spend((block + 1 - table.size()) * sizeof table[0])) return nullptr;
         table.resize(block + 1);

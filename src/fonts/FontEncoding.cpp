@@ -21,9 +21,6 @@ bool Continues(const MapRange& range, const MapRange& next)
     return static_cast<long long>(range.last) + 1 == next.first && range.sequence.Advanced(distance) == next.sequence;
 }
 
-/// The codes that are asked one by one; a range may claim billions.
-constexpr int c_maxSingleCodes = 1 << 17;
-
 } // namespace
 
 void FontEncoding::AddCodeSpaceRange(int byteCount, int fontIndex, unsigned low, unsigned high)
@@ -185,7 +182,8 @@ Kernel::Counted<FontEncoding> FontEncoding::AsPrivateUse(Kernel::Counted<const F
     auto result = Kernel::MakeCounted<FontEncoding>();
     result->codeSpaceRanges = codeSpaceRanges;
     for (const auto& [first, range] : mapRanges) {
-        const long long last = std::min<long long>(range.last, static_cast<long long>(first) + c_maxSingleCodes);
+        const long long last =
+            std::min<long long>(range.last, static_cast<long long>(first) + Limits::c_maxSingleCodes);
         for (long long code = first; code <= last && Budget::Spend(Limits::c_rangeUnits); ++code) {
             const CodeSequence sequence = range.sequence.Advanced(code - first);
             const int index = sequence.count == 1 ? base->GetIndexOfChar(sequence.values[0]) : -1;

@@ -255,6 +255,15 @@ Encoding ReadFromOs(const Kernel::Font& font)
     return encoding;
 }
 
+unsigned long long CountCodes(const Encoding& encoding)
+{
+    unsigned long long count = 0;
+    if (!encoding) return count;
+    for (const auto& [first, range] : encoding->mapRanges)
+        count += static_cast<unsigned long long>(range.last - first) + 1;
+    return count;
+}
+
 } // namespace
 
 Encoding FontEncodingFactory::GetFromOs(const Kernel::Font& font)
@@ -271,8 +280,7 @@ Encoding FontEncodingFactory::GetFromOs(const Kernel::Font& font)
         if (recent.size() == c_maxKept) recent.pop_back();
         recent.insert(recent.begin(), {font, ReadFromOs(font)});
         // It is whole in any case, but whoever asks for one after the other pays.
-        const Encoding& read = recent.front().second;
-        Budget::Spend(read ? Limits::c_rangeUnits * read->mapRanges.size() : Limits::c_fontUnits);
+        Budget::Spend(Limits::c_entryUnits * CountCodes(recent.front().second));
     }
     return recent.front().second;
 }

@@ -1,18 +1,13 @@
 #include "text/FrequencyMap.h"
 
+#include "document/Limits.h"
+
 #include <Quillet/Budget.h>
 
 #include <algorithm>
 #include <cmath>
 
 namespace Quillet {
-
-namespace {
-
-/// Moving a bucket takes less than a nanosecond.
-constexpr std::ptrdiff_t c_movedBucketsPerUnit = 4;
-
-} // namespace
 
 double FrequencyMap::Round(double value) const
 {
@@ -36,7 +31,7 @@ void FrequencyMap::Add(double value)
         ++place->count;
     } else {
         // A new bucket moves those above it.
-        if (!Budget::Spend(static_cast<unsigned long long>(buckets.end() - place) / c_movedBucketsPerUnit +
+        if (!Budget::Spend(static_cast<unsigned long long>(buckets.end() - place) / Limits::c_movedBucketsPerUnit +
                            sizeof(Bucket)))
             return;
         buckets.insert(place, {rounded, value, 1});
