@@ -1,10 +1,10 @@
 /// CMaps: the bytes up to the first 0 are a CMap, those behind it text that is decoded by it. Without a 0, the CMap is
 /// the text as well.
 
-#include "document/Guard.h"
 #include "document/MemorySource.h"
 #include "fonts/CMapInterpreter.h"
 
+#include <Quillet/Budget.h>
 #include <Quillet/Error.h>
 
 #include <cstdint>
@@ -17,7 +17,7 @@ namespace {
 using namespace Quillet;
 
 /// Enough for every operator of the longest input.
-constexpr long long c_work = 500'000;
+constexpr long long c_work = 8'000'000;
 
 void Decode(const FontEncoding& encoding, const std::vector<char>& text)
 {
@@ -44,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::size_t zero = input.find('\0');
     const std::string program = input.substr(0, zero);
     const std::string text = zero == std::string::npos ? input : input.substr(zero + 1);
-    const Guard::Page budget(c_work);
+    const Budget::Scope scope(Kernel::MakeCounted<Budget>(c_work), Budget::Share::All, nullptr);
     try {
         const CMapInterpreter interpreter(Kernel::MakeCounted<MemorySource>(program.data(), program.size()));
         Decode(*interpreter.encoding, {text.begin(), text.end()});

@@ -2,7 +2,6 @@
 /// descriptor, a CMap, an encoding with differences, and a descendant of a composite font. The font then shows every
 /// byte.
 
-#include "document/Guard.h"
 #include "fonts/Font.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
@@ -18,7 +17,7 @@ namespace {
 using namespace Quillet;
 
 /// Much for a font, little for a page.
-constexpr long long c_work = 500'000;
+constexpr long long c_work = 8'000'000;
 
 std::string MakeContent()
 {
@@ -52,7 +51,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     TestDocument document(MakeFile(std::string(reinterpret_cast<const char*>(data), size)));
     if (!document.isOpen) return 0;
-    const Guard::Page budget(c_work);
+    document->SetBudget(Kernel::MakeCounted<Budget>(c_work));
+    const Budget::Scope scope = document->OpenScope(Budget::Share::All);
     try {
         if (const auto font = Font::Make(document.GetRef(5), "F")) {
             font->IsAvailable();

@@ -4,7 +4,6 @@
 #include "colour/ColourSpaceFactory.h"
 #include "colour/DeviceRgbColourSpace.h"
 #include "colour/Function.h"
-#include "document/Guard.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
 
@@ -17,7 +16,7 @@ namespace {
 using namespace Quillet;
 
 /// Much for a function, little for a page.
-constexpr long long c_work = 200'000;
+constexpr long long c_work = 3'200'000;
 
 std::string MakeObject(const std::string& input)
 {
@@ -43,7 +42,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     TestDocument document(MakeFile(std::string(reinterpret_cast<const char*>(data), size)));
     if (!document.isOpen) return 0;
-    const Guard::Page budget(c_work);
+    document->SetBudget(Kernel::MakeCounted<Budget>(c_work));
+    const Budget::Scope scope = document->OpenScope(Budget::Share::All);
     for (const int number : {5, 8}) {
         const auto function = Function::Make(document.GetRef(number));
         const std::vector<double> in{0.5, -0.25, 1, 0, 2, 0.125, 0.75, 1};

@@ -4,8 +4,6 @@
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
 
-#include "document/Guard.h"
-
 #include <Quillet/GroupObject.h>
 #include <Quillet/TextLineObject.h>
 
@@ -18,8 +16,8 @@ namespace {
 
 using namespace Quillet;
 
-/// Enough for every operator of the longest input; the full budget of a page would take most of a minute here.
-constexpr long long c_pageWork = 500'000;
+/// Enough for every operator of the longest input; the full account of a document would take seconds here.
+constexpr long long c_pageWork = 8'000'000;
 
 constexpr const char* c_resources =
     "<< /Font << /F 6 0 R /T 7 0 R /I 8 0 R /J 10 0 R /G 12 0 R /S << /Type /Font /Subtype /Type1 /BaseFont /Symbol >> "
@@ -77,7 +75,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     TestDocument document(MakeFile(std::string(reinterpret_cast<const char*>(data), size)));
     if (!document.isOpen) return 0;
-    const Guard::Page budget(c_pageWork);
+    document->SetBudget(Kernel::MakeCounted<Budget>(c_pageWork));
+    const Budget::Scope scope = document->OpenScope(Budget::Share::All);
     const auto root = document.Build();
     if (!root) return 0;
     root->UpdateBBoxes();
