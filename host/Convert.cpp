@@ -91,9 +91,7 @@ public:
             }
             isCut = Budget::IsSpent();
         }
-        Problems problems = opened.counter.Take();
-        isCut = problems.erase(Error::CutShort) > 0 || isCut;
-        PrintProblems(options.input, 0, problems);
+        isCut = opened.counter.TakeCutShort() || isCut;
         if (isCut && !Interrupt::IsSet()) TellCutShort();
         if (options.format != Format::Json) return;
         json = std::make_unique<OutputFile>(options.out);

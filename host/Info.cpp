@@ -108,8 +108,6 @@ std::string MakePermissionText(const PdfDocument& document)
 bool VisitPages(OpenedDocument& opened, const InfoOptions& options,
                 const std::function<void(const Page& page, int index)>& visit)
 {
-    // What the document itself has to say is no fault of its first page.
-    opened.problems = opened.counter.Take();
     const int count = opened.document->GetPageCount();
     bool isComplete = true;
     int missingCount = 0;
@@ -232,11 +230,10 @@ int Tell(const InfoOptions& options, ExitStatus& stage)
     }
     if (Interrupt::IsSet()) return ExitInterrupted;
     // Faults in fonts are those of the pages that they are used on.
-    if (opened.counter.Take().contains(Error::CutShort) || opened.problems.contains(Error::CutShort)) {
-        opened.problems[Error::CutShort] = 1;
+    if (opened.counter.TakeCutShort()) {
+        PrintProblems(options.input, 0, {{Error::CutShort, 1}});
         isComplete = false;
     }
-    PrintProblems(options.input, 0, opened.problems);
     stage = ExitNotWritten;
     OutputFile out("/dev/stdout");
     out.Write(text);

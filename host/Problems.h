@@ -21,6 +21,9 @@ public:
     /// What was counted since the last call, by kind in ascending order.
     std::map<Quillet::Error::Type, long long> Take() { return std::exchange(counts, {}); }
 
+    /// Whether something was cut short since the last call; that is then no fault of the next page.
+    bool TakeCutShort() { return counts.erase(Quillet::Error::CutShort) != 0; }
+
     mutable std::map<Quillet::Error::Type, long long> counts;
 };
 
