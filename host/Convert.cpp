@@ -84,11 +84,8 @@ public:
         {
             const Budget::Scope scope = opened.document->OpenScope(Budget::Share::All);
             profiles = opened.document->GetICCProfiles(-1);
-            if (options.format == Format::Json) {
-                AppendDocumentJson(text, *opened.document);
-            } else {
-                title = opened.document->GetTitle();
-            }
+            title = opened.document->GetTitle();
+            if (options.format == Format::Json) AppendDocumentJson(text, *opened.document);
             isCut = Budget::IsSpent();
         }
         isCut = opened.counter.TakeCutShort() || isCut;
