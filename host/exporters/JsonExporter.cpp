@@ -19,6 +19,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -134,6 +135,23 @@ public:
         BeginMember(key);
         text.Append("\"");
         if (path) AppendPathData(text, *path, toPage);
+        text.Append("\"");
+    }
+
+    /// Piece by piece too, as far as the account goes: what a document says of itself may have megabytes.
+    void AddText(const char* key, std::string_view value)
+    {
+        BeginMember(key);
+        text.Append("\"");
+        while (!value.empty() && !Budget::IsSpent()) {
+            std::size_t size = std::min(value.size(), LongText::c_blockSize);
+            // A character has four bytes at the most.
+            for (int i = 0; i < 3 && size < value.size() && (value[size] & 0xC0) == 0x80; ++i)
+                --size;
+            const std::string piece = Dump(Json(value.substr(0, size)));
+            text.Append(std::string_view(piece).substr(1, piece.size() - 2));
+            value.remove_prefix(size);
+        }
         text.Append("\"");
     }
 
@@ -312,24 +330,27 @@ void AppendDocumentJson(LongText& text, const PdfDocument& document)
         if (!Budget::Spend(Costs::c_jsonEntry)) break;
         keywords.push_back(MakeText(std::move(keyword)));
     }
-    Json json{{"name", document.GetDocName()},
-              {"version", MakeText(document.GetVersionString())},
-              {"title", MakeText(document.GetTitle())},
-              {"author", MakeText(document.GetAuthor())},
-              {"subject", MakeText(document.GetSubject())},
-              {"keywords", std::move(keywords)},
-              {"creator", MakeText(document.GetCreator())},
-              {"producer", MakeText(document.GetProducer())},
-              {"pageCount", document.GetPageCount()},
-              {"decryptLevel", static_cast<int>(document.decryptLevel)},
-              {"hasUserPermissions", document.HasUserPermissions()},
-              {"hasOwnerPermissions", document.HasOwnerPermissions()},
-              {"isRestricted", document.IsRestricted()}};
+    ObjectText object(text);
+    Json& json = object.members;
+    json["name"] = document.GetDocName();
+    object.AddText("version", document.GetVersionString());
+    object.AddText("title", document.GetTitle());
+    object.AddText("author", document.GetAuthor());
+    object.AddText("subject", document.GetSubject());
+    json["keywords"] = std::move(keywords);
+    object.AddText("creator", document.GetCreator());
+    object.AddText("producer", document.GetProducer());
+    json["pageCount"] = document.GetPageCount();
+    json["decryptLevel"] = static_cast<int>(document.decryptLevel);
+    json["hasUserPermissions"] = document.HasUserPermissions();
+    json["hasOwnerPermissions"] = document.HasOwnerPermissions();
+    json["isRestricted"] = document.IsRestricted();
     if (document.decryptLevel != DecryptLevelOpen) {
         json["encryption"] = document.GetEncryptionMethod();
         json["permissions"] = GetPermissionNames(document);
     }
-    text.Append(Dump(json));
+    object.Flush();
+    text.Append("}");
 }
 
 void AppendFontsJson(LongText& text, const std::vector<FontInfo>& fonts)

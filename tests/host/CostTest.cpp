@@ -167,6 +167,15 @@ TEST(CostTest, WhatIsToldOfADocumentIsPaidFor)
     EXPECT_GT(measure(1'000'000'000, false), 126'000u);
     EXPECT_LT(measure(100'000, false), 100'000u);
     EXPECT_LT(measure(5'000'000, true), 5'000'000u);
+
+    // A title of several blocks, whose characters lie across their ends.
+    PdfBuilder accents = MakePageBuilder("");
+    accents.trailer +=
+        " /Info " + std::to_string(accents.Add("<< /Title (a" + std::string(90'000, '\xE9') + ") >>")) + " 0 R";
+    const TestDocument titled(accents.Build());
+    LongText text;
+    AppendDocumentJson(text, *titled.document);
+    EXPECT_EQ(Json::parse(text.Join())["title"], "a" + Repeat("\u00E9", 90'000));
 }
 
 using CommandCostTest = CommandRun;
