@@ -1,7 +1,6 @@
 #include "ContentRun.h"
 
 #include "document/Guard.h"
-#include "document/Limits.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
