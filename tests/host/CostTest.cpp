@@ -25,8 +25,6 @@ namespace {
 
 using namespace Quillet;
 using Json = nlohmann::json;
-using testing::EndsWith;
-using testing::HasSubstr;
 
 std::string Repeat(const std::string& text, int count)
 {
