@@ -186,8 +186,6 @@ public:
     Raster::ICCManager::ICCProfileSet rasterProfiles;
 
 private:
-    friend class Page;
-
     /// Places in `fonts`.
     mutable std::unordered_multimap<std::string, std::size_t> fontsByName;
 
