@@ -330,7 +330,9 @@ int Convert(const ConvertOptions& options, ExitStatus& stage)
         if (!itself.empty()) return ComplainOfItself(itself);
     }
 
-    const auto workerCount = static_cast<int>(std::min<long long>(options.jobs, pages->GetLength()));
+    // More than the machine can run would only open the document more often, on the same account.
+    const long long useful = 4LL * std::max(std::thread::hardware_concurrency(), 1U);
+    const auto workerCount = static_cast<int>(std::min<long long>({options.jobs, useful, pages->GetLength()}));
     Conversion conversion(options, std::move(*pages), isFileAPage);
     conversion.Begin(opened);
     RunWorkers(conversion, opened, options, workerCount);
