@@ -92,7 +92,7 @@ public:
         const auto size = PageBase::ApplyRotate(page.GetTrimBox(), page.GetRotate());
         const std::string width = MakeNumber(size.GetWidth());
         const std::string height = MakeNumber(size.GetHeight());
-        svg = Append(document, "svg");
+        svg = Append(document.root(), "svg");
         Set(svg, "xmlns", "http://www.w3.org/2000/svg");
         Set(svg, "xmlns:inkscape", "http://www.inkscape.org/namespaces/inkscape");
         Set(svg, "xmlns:sodipodi", "http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd");
