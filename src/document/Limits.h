@@ -77,6 +77,9 @@ inline constexpr unsigned long long c_maxBlock = 1ull << 26;
 /// Bytes of a name or a keyword; ISO 32000-1 Annex C allows 127. Each is copied to wherever it is used.
 inline constexpr unsigned long long c_maxNameLength = 1ull << 16;
 
+/// Bytes at the end of a font's name in which words for its style are looked for, one behind the other.
+inline constexpr unsigned long long c_maxStyleLength = 256;
+
 /// Filters of one stream. Each level of a chain takes stack while it is read; real streams have two at the most.
 inline constexpr unsigned long long c_maxFilters = 16;
 

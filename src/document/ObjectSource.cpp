@@ -1,8 +1,11 @@
 #include "document/ObjectSource.h"
 
 #include "document/Dictionary.h"
+#include "document/Limits.h"
 #include "document/ObjectSubSource.h"
 #include "filters/Stream.h"
+
+#include <Quillet/Budget.h>
 
 #include <algorithm>
 #include <cstring>
@@ -25,7 +28,7 @@ void ObjectSource::Open(const Ref& ref, unsigned long long maxLength)
     const auto count = std::min(static_cast<std::size_t>(std::max(objectCount, 0)), data.size() / 4 + 1);
     offsets.reserve(count);
     auto parser = Kernel::MakeCounted<Parser>(Kernel::Counted<PdfSource>(this));
-    for (std::size_t i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < count && Budget::Spend(Limits::c_entryUnits); ++i) {
         parser->Skip(Token::TokenInt);
         offsets.push_back(static_cast<unsigned long long>(parser->NextInt()) + first);
     }

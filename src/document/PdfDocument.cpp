@@ -388,9 +388,14 @@ Kernel::Counted<const Page> PdfDocument::GetPage(int index) const
 {
     // The nodes on the way serve other pages as well.
     const Budget::Scope scope = OpenScope(Budget::Share::All);
-    Kernel::Counted<const Page> page = pages->GetPage(index);
-    CheckWhole(scope);
-    return page;
+    try {
+        Kernel::Counted<const Page> page = pages->GetPage(index);
+        CheckWhole(scope);
+        return page;
+    } catch (Error::Type) {
+        if (!Budget::IsSpent()) throw;
+        return nullptr;
+    }
 }
 
 int PdfDocument::GetPageIndex(Kernel::NonCounted<const Page> page) const

@@ -166,7 +166,7 @@ int FontEncoding::GetFontIndex(unsigned long code) const
 int FontEncoding::GetIndexOfChar(char32_t character) const
 {
     // Each font that uses a large map may ask it.
-    Budget::Spend(mapRanges.size());
+    Budget::Spend(4 * mapRanges.size());
     for (const auto& [first, range] : mapRanges) {
         if (range.sequence.count != 1) continue;
         const long long distance = static_cast<long long>(character) - static_cast<long long>(range.sequence.values[0]);

@@ -1,7 +1,9 @@
 #include "fonts/InstallableFont.h"
 
 #include "document/Dictionary.h"
+#include "document/Limits.h"
 
+#include <Quillet/Budget.h>
 #include <Quillet/PdfDocument.h>
 
 #include <Kernel/FontCache.h>
@@ -72,6 +74,8 @@ InstallableFont::InstallableFont(Dictionary& dictionary) : Font(dictionary)
         SetUniqueName(MakeUniqueName(dictionary), fontMap);
         return;
     }
+    // The font keeps the name as it is asked for, as it is shown, and as the file has it.
+    Budget::Spend(4 * name.size());
     documentName = HasSubsetPrefix(name) ? name.substr(7) : name;
     requestedFont.SetPostscriptName(name);
     if (!MapFonts() && StripMultipleMasterSuffix()) MapFonts();
@@ -175,6 +179,7 @@ void InstallableFont::GuessStyle(const Kernel::FontMap* fontMap)
 
 void InstallableFont::GuessStyleFrom(std::string name)
 {
+    if (name.size() > Limits::c_maxStyleLength) name.erase(0, name.size() - Limits::c_maxStyleLength);
     name = Kernel::ToLowerCase(std::move(name));
     for (std::size_t length = name.size() + 1; name.size() < length;) {
         length = name.size();

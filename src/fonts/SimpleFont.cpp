@@ -169,6 +169,7 @@ void SimpleFont::UpdateIsSpaceDefined()
     if (!IsSymbolic() && isAvailable) return SetIsSpaceDefined(true, -1);
     if (toUnicode) return SetIsSpaceDefined(toUnicode->GetIndexOfChar(U' ') >= 0, -1);
     if (differences) {
+        Budget::Spend(4 * differences->names.size());
         for (const auto& [code, name] : differences->names) {
             if (name == "space") return SetIsSpaceDefined(code >= 0, IsSymbolic() ? code : -1);
         }

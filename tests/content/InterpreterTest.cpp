@@ -75,7 +75,7 @@ TEST(InterpreterTest, StopsBeforeTheOperatorAfterAnAbort)
 
 TEST(InterpreterTest, StopsWhenThereIsNothingLeftToSpend)
 {
-    const Budget::Scope budget(Kernel::MakeCounted<Budget>(20'000), Budget::Share::All, nullptr);
+    const Budget::Scope budget(Kernel::MakeCounted<Budget>(10'000), Budget::Share::All, nullptr);
     std::string content;
     for (int i = 0; i < 50; ++i)
         content += "0 0 5 5 re f ";
