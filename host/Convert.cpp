@@ -37,7 +37,7 @@ using namespace Quillet;
 /// What a worker makes of one page.
 struct PageResult
 {
-    /// The account had nothing left for it.
+    /// The account had not enough left to begin with it.
     bool isUnpaid = false;
     bool isFound = false;
     bool isOutOfMemory = false;
@@ -131,10 +131,9 @@ private:
         // Numbers depend on the page alone, and not on the pages that this document happened to build before.
         document.nextObjectId = 0;
         const Budget::Scope scope = document.OpenScope(Budget::Share::Page);
-        result.isUnpaid = Budget::IsSpent();
-        const bool isWanted = !isStopped && !result.isUnpaid && Budget::Spend(Costs::c_page);
+        result.isUnpaid = !Budget::Spend(Costs::c_page);
         PageTree tree;
-        if (isWanted) tree = MakeTree(document, index, result);
+        if (!isStopped && !result.isUnpaid) tree = MakeTree(document, index, result);
         result.isFound = tree.page != nullptr;
         result.problems = opened.counter.Take();
         long long firstId = 0;
@@ -330,7 +329,9 @@ int Convert(const ConvertOptions& options, ExitStatus& stage)
         if (!itself.empty()) return ComplainOfItself(itself);
     }
 
-    const auto workerCount = static_cast<int>(std::min<long long>(options.jobs, pages->GetLength()));
+    // More than the machine can run would only open the document more often, on the same account.
+    const long long useful = 4LL * std::max(std::thread::hardware_concurrency(), 1U);
+    const auto workerCount = static_cast<int>(std::min<long long>({options.jobs, useful, pages->GetLength()}));
     Conversion conversion(options, std::move(*pages), isFileAPage);
     conversion.Begin(opened);
     RunWorkers(conversion, opened, options, workerCount);

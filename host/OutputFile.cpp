@@ -99,7 +99,7 @@ void OutputFile::OpenBeside(mode_t mode)
     const auto folder = std::filesystem::path(target).parent_path();
     for (int tries = 0; tries < c_maxTries && descriptor < 0; ++tries) {
         std::uint64_t number = 0;
-        if (getrandom(&number, sizeof number, GRND_NONBLOCK) < 0) number = static_cast<std::uint64_t>(getpid() + tries);
+        if (getrandom(&number, sizeof number, GRND_NONBLOCK) < 0) number = static_cast<unsigned>(getpid() + tries);
         // mkstemp would make the file before anybody knows its name.
         temporary = (folder / (".quillet-" + std::to_string(number))).string();
         Interrupt::SetUnfinishedFile(temporary);

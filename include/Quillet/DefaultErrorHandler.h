@@ -16,7 +16,8 @@ public:
     /// `lastError` carries over, so that a host can look at it after a failed open.
     void StartDocument(const std::string& name) const override;
     void SetPage(int page) const override { errorPage = page; }
-    /// Keeps the first error, unless a fatal one follows a recoverable one.
+    /// Keeps the first error, unless a fatal one, or one that says that something was cut short, follows a recoverable
+    /// one.
     void OnError(Error::Type type) const override;
 
     mutable std::string documentName;

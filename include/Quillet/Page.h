@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Quillet/Budget.h>
 #include <Quillet/PageBase.h>
 
 #include <Kernel/Font.h>
@@ -33,6 +34,10 @@ public:
     /// Appends what the fonts in the page's resources ask for, each font of the file once for all calls with one
     /// `seen`.
     void GetFonts(std::vector<Kernel::Font>& fonts, std::unordered_set<const Font*>& seen) const;
+
+private:
+    /// For what is read of this page.
+    Budget::Scope OpenScope() const;
 };
 
 } // namespace Quillet

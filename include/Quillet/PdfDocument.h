@@ -70,7 +70,7 @@ public:
     /// document's `decryptLevel` stays.
     void SetPassword(const std::string& password);
     /// The account of what comes from here on: of all documents that a host opens from one file, one for each thread,
-    /// say. Null gives each file that is opened one by its size.
+    /// say. Null gives the file that is open, and each that is opened, one by its size.
     void SetBudget(Kernel::Counted<const Budget> account);
     /// Null before a file is opened.
     const Kernel::Counted<const Budget>& GetBudget() const { return budget; }
@@ -125,7 +125,8 @@ public:
 
     /// As the root of the page tree claims it.
     int GetPageCount() const;
-    /// The page with an index from 0; only for a document with pages. Throws PageTree for one that is not there.
+    /// The page with an index from 0; only for a document with pages. Throws PageTree for one that is not there. Null
+    /// if the way to it could not be paid for, which raises `CutShort`, or if the host's abort flag is set.
     Kernel::Counted<const Page> GetPage(int index) const;
     int GetDefaultPageIndex() const { return 0; }
     /// The index of a page of this document; -1 if it is none.
@@ -186,8 +187,6 @@ public:
     Raster::ICCManager::ICCProfileSet rasterProfiles;
 
 private:
-    friend class Page;
-
     /// Places in `fonts`.
     mutable std::unordered_multimap<std::string, std::size_t> fontsByName;
 

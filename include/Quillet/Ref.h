@@ -42,6 +42,8 @@ public:
         unsigned long long pos = 0;
         int streamNumber = -1;
         int streamIndex = -1;
+        /// A whole object and the first value in it are two things.
+        bool isIndirect = false;
 
         friend bool operator==(const Place&, const Place&) = default;
     };

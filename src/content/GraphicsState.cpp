@@ -331,7 +331,7 @@ Counted<Renderer::FillDescriptor> GraphicsState::MakeFillDescriptorWithAlpha(boo
 
 Counted<Renderer::LineStyleDescriptor> GraphicsState::MakeLineStyleDescriptor(const Params& transform) const
 {
-    Budget::Spend(Limits::c_objectUnits + lineDash.size() * sizeof(double));
+    Budget::Spend(2 * Limits::c_paintUnits + lineDash.size() * sizeof(double));
     const double across = transform.a + transform.c;
     const double along = transform.b + transform.d;
     Counted<Renderer::LineStyle> style = lineStyle->Clone();

@@ -23,10 +23,7 @@ GraphicsStateStack::GraphicsStateStack(Kernel::NonCounted<const Page> stackPage,
     SaveInitialState(rect, rect, rect, 0);
 }
 
-GraphicsStateStack::~GraphicsStateStack()
-{
-    RestoreAll();
-}
+GraphicsStateStack::~GraphicsStateStack() = default;
 
 void GraphicsStateStack::Init(Kernel::NonCounted<const Page> stackPage)
 {
@@ -88,13 +85,6 @@ void GraphicsStateStack::RestoreForXObject()
     // Text that the form has left open clips nothing outside of it.
     textHandler->clipOutline.curves.clear();
     currentCategory = OperatorCategory::Page;
-}
-
-void GraphicsStateStack::RestoreAll()
-{
-    xObjectDepth = 0;
-    while (!states.empty())
-        Pop();
 }
 
 void GraphicsStateStack::FlushObjects()

@@ -44,7 +44,6 @@ public:
     void SaveForXObject();
     /// Leaves all states that the form made.
     void RestoreForXObject();
-    void RestoreAll();
     /// Takes pending text into the tree.
     void FlushObjects();
 

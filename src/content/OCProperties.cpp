@@ -32,8 +32,9 @@ OCProperties::Lists OCProperties::GetLists() const
         for (const auto& [key, list] : {std::pair{"OFF", &read->off}, {"ON", &read->on}, {"Locked", &read->locked}}) {
             std::vector<Ref> groups;
             config.GetRefVec(key, groups);
-            for (const Ref& group : groups)
-                list->insert(group.GetPlace());
+            for (const Ref& group : groups) {
+                if (!group.IsNull()) list->insert(group.GetPlace());
+            }
         }
     }
     // What was cut short is read again by the next page.

@@ -59,17 +59,29 @@ Kernel::Counted<const ColourSpace> Resources::GetColourSpace(const std::string& 
     const auto [entry, isFirstLookUp] = colourSpaces.try_emplace(name);
     if (!isFirstLookUp) return entry->second;
     Budget::Spend(Limits::c_entryUnits + name.size());
+    // What was cut short, or not built to its end, is read again by the next page.
+    struct Entry
+    {
+        ~Entry()
+        {
+            if (!isWhole || Budget::IsSpent()) spaces.erase(name);
+        }
+        std::unordered_map<std::string, Kernel::Counted<const ColourSpace>>& spaces;
+        std::string name;
+        bool isWhole = false;
+    } made{colourSpaces, name};
+    Kernel::Counted<const ColourSpace> space = MakeColourSpace(name);
+    colourSpaces[name] = space;
+    made.isWhole = true;
+    return space;
+}
+
+Kernel::Counted<const ColourSpace> Resources::MakeColourSpace(const std::string& name) const
+{
     const Ref value = GetColourSpaces()->GetRef(name.c_str());
     const Kernel::NonCounted<ColourSpaceFactory> factory = GetColourSpaceFactory();
     if (value.IsNull() || !factory) return nullptr;
-    Kernel::Counted<const ColourSpace> made = factory->Make(Kernel::MakeCounted<Parser>(value), this);
-    // What was cut short is read again by the next page.
-    if (Budget::IsSpent()) {
-        colourSpaces.erase(name);
-    } else {
-        colourSpaces[name] = made;
-    }
-    return made;
+    return factory->Make(Kernel::MakeCounted<Parser>(value), this);
 }
 
 Kernel::Counted<const XObject> Resources::GetXObject(const std::string& name, XObjectType::Type type) const

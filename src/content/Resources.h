@@ -67,6 +67,7 @@ public:
     Ref ref;
 
 private:
+    Kernel::Counted<const ColourSpace> MakeColourSpace(const std::string& name) const;
     Kernel::Counted<Dictionary> GetSubDictionary(Kernel::Counted<Dictionary>& place, const char* key) const;
 
     mutable Kernel::Counted<Dictionary> colourSpaceDictionary;

@@ -102,7 +102,9 @@ void DefaultErrorHandler::StartDocument(const std::string& name) const
 
 void DefaultErrorHandler::OnError(Error::Type type) const
 {
-    if (lastError == Error::None || (IsRecoverable(lastError) && !IsRecoverable(type))) lastError = type;
+    // That something is missing is worth more than any fault that was stepped over.
+    const bool isGrave = !IsRecoverable(type) || type == Error::CutShort;
+    if (lastError == Error::None || (IsRecoverable(lastError) && isGrave)) lastError = type;
     ErrorHandler::OnError(type);
 }
 

@@ -47,9 +47,11 @@ Walk::~Walk()
 bool Walk::Enter(const Ref& ref)
 {
     const Step step{way, scope, ref.GetPlace()};
-    if (!trail.steps.insert(step).second) return false;
+    // First here: a step that stayed on the trail alone would close the way for good.
     entered.push_back(step);
-    return true;
+    const bool isNew = trail.steps.insert(step).second;
+    if (!isNew) entered.pop_back();
+    return isNew;
 }
 
 } // namespace Quillet::Guard

@@ -11,40 +11,42 @@ namespace Quillet::Limits {
 
 /// What every document has: some hundred megabytes or two seconds. The files of readers' test collections need a tenth
 /// of it at the most.
-inline constexpr long long c_baseUnits = 320'000'000;
+inline constexpr long long c_baseUnits = 480'000'000;
 /// For each byte of the first megabyte. A small file that is packed a thousandfold still ends in seconds.
 inline constexpr unsigned long long c_unitsPerNearByte = 100;
 inline constexpr unsigned long long c_nearBytes = 1ull << 20;
 /// For each byte beyond: more than any content costs that a byte of a file can stand for without tricks.
 inline constexpr unsigned long long c_unitsPerByte = 3200;
-/// A page gets seven eighths of what is left, and what builds its tree five eighths of that, so that the next page can
-/// say something, and the tree be written.
-inline constexpr long long c_shareParts = 8;
-inline constexpr long long c_pageShare = 7;
-inline constexpr long long c_innerShare = 5;
+/// A page gets fifteen sixteenths of what is left, and what builds its tree five eighths of that, so that the next page
+/// can say something, and the tree be written.
+inline constexpr long long c_shareParts = 16;
+inline constexpr long long c_pageShare = 15;
+inline constexpr long long c_innerShare = 10;
 
 // Prices. What takes longer than its bytes say, or keeps more, is charged as that many units.
 
-/// Looking something up in the file: a seek and a system call, beside the bytes that come.
-inline constexpr unsigned long long c_lookUpUnits = 100;
+/// Going to a place of a file: a seek and a system call, beside the bytes that come.
+inline constexpr unsigned long long c_lookUpUnits = 120;
+/// Filling the tokeniser's buffer, likewise.
+inline constexpr unsigned long long c_refillUnits = 16;
 /// A byte that is taken apart into tokens.
 inline constexpr unsigned long long c_tokenByteUnits = 2;
 /// One call of a decoder, beside the bytes that it gives.
 inline constexpr unsigned long long c_decodeUnits = 2;
-/// Setting up a stream's decoders: an inflater alone takes 40 KB while it lives.
-inline constexpr unsigned long long c_decoderUnits = 2000;
+/// Setting up a decoder: an inflater takes 40 KB while it lives.
+inline constexpr unsigned long long c_decoderUnits = 400;
 /// Making the key of an encrypted value, beside its bytes.
 inline constexpr unsigned long long c_decryptUnits = 200;
 inline constexpr unsigned long long c_operatorUnits = 16;
 /// Making a paint of a colour, or taking up a font or a line style.
-inline constexpr unsigned long long c_paintUnits = 96;
-/// A segment of a path: three nodes, once in the graphics state and once in the tree.
-inline constexpr unsigned long long c_segmentUnits = 128;
+inline constexpr unsigned long long c_paintUnits = 64;
+/// A segment of a path: three nodes in the tree.
+inline constexpr unsigned long long c_segmentUnits = 72;
 /// An object of the tree with its boxes and attributes, or a graphics state.
-inline constexpr unsigned long long c_objectUnits = 800;
-/// A form: two groups, a decoder and a table of operators, even if it is empty.
-inline constexpr unsigned long long c_formUnits = 4 * c_objectUnits;
-inline constexpr unsigned long long c_charUnits = 160;
+inline constexpr unsigned long long c_objectUnits = 400;
+/// A form, beside its groups: a parser and a table of operators.
+inline constexpr unsigned long long c_formUnits = 200;
+inline constexpr unsigned long long c_charUnits = 120;
 /// Entries of a sorted list that are moved up in the time of a unit.
 inline constexpr unsigned long long c_movedBucketsPerUnit = 4;
 /// Looking at an entry of the cross-reference table while that is read.
@@ -61,7 +63,7 @@ inline constexpr unsigned long long c_glyphNameUnits = 256;
 /// Taking up a colour profile, beside its bytes.
 inline constexpr unsigned long long c_profileUnits = 20'000;
 /// A font keeps some ten thousand bytes, and asks the machine for what stands in for it.
-inline constexpr unsigned long long c_fontUnits = 64'000;
+inline constexpr unsigned long long c_fontUnits = 10'000;
 
 // Caps.
 

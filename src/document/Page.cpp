@@ -15,8 +15,14 @@ Kernel::Counted<const Page> Page::GetPage(int index) const
     return index == firstPage ? Kernel::Counted<const Page>(this) : nullptr;
 }
 
+Budget::Scope Page::OpenScope() const
+{
+    return {ref.document ? ref.document->GetBudget() : nullptr, Budget::Share::Page, GetAbortPointer()};
+}
+
 std::vector<Ref> Page::GetContents() const
 {
+    const Budget::Scope scope = OpenScope();
     Dictionary dictionary(ref, "Page", Error::PageTree);
     std::vector<Ref> contents;
     dictionary.GetRefVec("Contents", contents);
@@ -30,17 +36,16 @@ Kernel::Counted<SequentialSource> Page::GetContentsStream() const
 
 Kernel::Counted<GroupObject> Page::BuildObjects() const
 {
-    const Kernel::NonCounted<PdfDocument> document = ref.document;
-    if (!document) return nullptr;
-    const Budget::Scope scope = document->OpenScope(Budget::Share::Page);
+    const Budget::Scope scope = OpenScope();
     StreamInterpreter interpreter(Kernel::NonCounted<const Page>(this));
     Kernel::Counted<GroupObject> root = interpreter.Interpret();
-    document->CheckWhole(scope);
+    Check(!scope.WasCut(), Error::CutShort);
     return root;
 }
 
 void Page::GetFonts(std::vector<Kernel::Font>& fonts, std::unordered_set<const Font*>& seen) const
 {
+    const Budget::Scope scope = OpenScope();
     if (const auto own = GetResources()) own->AddFonts(fonts, seen);
 }
 

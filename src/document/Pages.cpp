@@ -29,9 +29,12 @@ Kernel::Counted<const Page> Pages::GetPage(int index) const
         constexpr long long c_lastPage = std::numeric_limits<int>::max();
         const Kernel::Counted<const PageBase> kid = GetKid(kids[i], static_cast<int>(std::min(first, c_lastPage)));
         // A kid that the file does not have holds no pages; those behind it are still there.
-        if (kid) first += kid->GetPageCount();
-        // A kid that could not be paid for may still be there.
-        if (Budget::IsSpent()) break;
+        if (kid) {
+            first += kid->GetPageCount();
+        } else if (Budget::IsSpent()) {
+            // A kid that could not be paid for may still be there.
+            return nullptr;
+        }
         if (i == kidEnds.size()) kidEnds.push_back(first);
         if (kid && index < first) return kid->GetPage(index);
     }

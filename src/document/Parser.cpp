@@ -83,9 +83,10 @@ void Parser::Overflow()
     bufferPos = GetPosition();
     cursor = buffer;
     // Data that nobody pays for is at its end here, and so is every loop over its tokens.
-    const bool isPaid = Budget::Spend(Limits::c_lookUpUnits + Limits::c_tokenByteUnits * c_bufferSize);
-    const int count = source && isPaid ? source->Read(bufferPos, buffer, c_bufferSize) : 0;
-    bufferEnd = buffer + std::max(count, 0);
+    const bool isPaid = Budget::Spend(Limits::c_refillUnits);
+    const int count = source && isPaid ? std::max(source->Read(bufferPos, buffer, c_bufferSize), 0) : 0;
+    Budget::Spend(Limits::c_tokenByteUnits * static_cast<unsigned>(count));
+    bufferEnd = buffer + count;
     if (AtEnd()) buffer[0] = 0;
 }
 

@@ -58,7 +58,8 @@ void PdfDocument::SetPassword(const std::string& password)
 void PdfDocument::SetBudget(Kernel::Counted<const Budget> account)
 {
     isOwnBudget = !account;
-    budget = std::move(account);
+    budget = isOwnBudget && source ? Kernel::Counted<const Budget>(Budget::ForFile(source->GetLength()))
+                                   : std::move(account);
 }
 
 void PdfDocument::OnError(Error::Type type) const
@@ -138,6 +139,7 @@ bool PdfDocument::OpenStream(Kernel::InStream& stream, const std::string& name)
 
 bool PdfDocument::Open(Kernel::Counted<PdfSource> newSource, const std::string& name)
 {
+    bool isOutOfMemory = false;
     try {
         StartDocument(name);
         DropFile();
@@ -150,9 +152,10 @@ bool PdfDocument::Open(Kernel::Counted<PdfSource> newSource, const std::string& 
     } catch (Error::Type) {
         // Whoever handles errors knows it.
     } catch (const std::bad_alloc&) {
-        OnError(Error::General);
+        isOutOfMemory = true;
     }
     Close();
+    if (isOutOfMemory) OnError(Error::General);
     return false;
 }
 
@@ -347,8 +350,7 @@ std::vector<std::string> PdfDocument::GetKeywords() const
         if (!Budget::Spend(Limits::c_entryUnits)) break;
         keywords.push_back(text.substr(start, end - start));
     }
-    keywords.push_back(text.substr(start));
-    CheckWhole(scope);
+    if (CheckWhole(scope)) keywords.push_back(text.substr(start));
     return keywords;
 }
 
@@ -386,7 +388,9 @@ Kernel::Counted<const Page> PdfDocument::GetPage(int index) const
 {
     // The nodes on the way serve other pages as well.
     const Budget::Scope scope = OpenScope(Budget::Share::All);
-    return pages->GetPage(index);
+    Kernel::Counted<const Page> page = pages->GetPage(index);
+    CheckWhole(scope);
+    return page;
 }
 
 int PdfDocument::GetPageIndex(Kernel::NonCounted<const Page> page) const

@@ -39,6 +39,7 @@ Ref::Place Ref::GetPlace() const
 {
     Place place;
     place.pos = GetPos();
+    place.isIndirect = isIndirect;
     if (isInStream && document) {
         if (const XRefs::XRef* entry = document->xrefs->GetXRef(number, generation)) {
             place.streamNumber = entry->streamNumber;

@@ -9,7 +9,17 @@
 #include <Quillet/Budget.h>
 #include <Quillet/PdfDocument.h>
 
+#include <Kernel/HashAccumulator.h>
+
 namespace Quillet {
+
+std::size_t XRefs::CacheHash::operator()(const CacheKey& key) const
+{
+    std::size_t hash = 0;
+    Kernel::HashAccumulator::AddToHash(hash, &key.number, sizeof key.number);
+    Kernel::HashAccumulator::AddToHash(hash, &key.key, sizeof key.key);
+    return hash;
+}
 
 XRefs::XRef::XRef() = default;
 XRefs::XRef::~XRef() = default;
@@ -38,7 +48,7 @@ XRefs::XRef* XRefs::Touch(long long number)
         table.resize(block + 1);
     }
     if (!table[block]) {
-        if (!Budget::Spend(sizeof(Block))) return nullptr;
+        if (!Budget::Spend(sizeof(Block) / 2 * 3)) return nullptr;
         if (!Check(blockCount < Limits::c_maxTableEntries / c_blockSize, Error::XRefTable)) return nullptr;
         ++blockCount;
         table[block] = std::make_unique<Block>();
@@ -95,10 +105,8 @@ Kernel::Counted<const RefCacheable> XRefs::GetCache(int number, int generation, 
 {
     const XRef* entry = GetXRef(number, generation);
     if (!entry) return nullptr;
-    for (const XRef::CacheEntry& cached : entry->cache) {
-        if (cached.key == key) return cached.value;
-    }
-    return nullptr;
+    const auto found = cache.find({number, key});
+    return found == cache.end() ? nullptr : found->second;
 }
 
 void XRefs::SetCache(int number, int generation, unsigned long long key, Kernel::Counted<const RefCacheable> value)
@@ -109,22 +117,20 @@ void XRefs::SetCache(int number, int generation, unsigned long long key, Kernel:
         if (bytes > Limits::c_maxFontBytes - dispensableBytes) return;
         dispensableBytes += bytes;
     }
-    entry->cache.push_back({key, std::move(value)});
+    cache.emplace(CacheKey{number, key}, std::move(value));
 }
 
 void XRefs::ClearCaches()
 {
-    for (const std::unique_ptr<Block>& block : table) {
-        if (!block) continue;
-        for (XRef& entry : *block)
-            entry.cache.clear();
-    }
+    // What is cached may look back at the cache while it goes.
+    const auto dropped = std::exchange(cache, {});
     dispensableBytes = 0;
 }
 
 void XRefs::Close()
 {
     // What is cached may look back at the table while it goes.
+    const auto droppedValues = std::exchange(cache, {});
     const auto dropped = std::exchange(table, {});
     blockCount = 0;
     objectStreamBytes = 0;

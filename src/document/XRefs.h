@@ -5,6 +5,7 @@
 
 #include <array>
 #include <memory>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -19,12 +20,6 @@ class QUILLET_API XRefs : public ErrorForwarder
 public:
     struct XRef
     {
-        struct CacheEntry
-        {
-            unsigned long long key;
-            Kernel::Counted<const RefCacheable> value;
-        };
-
         XRef();
         XRef(const XRef&) = delete;
         XRef& operator=(const XRef&) = delete;
@@ -42,7 +37,6 @@ public:
         int streamIndex = 0;
         bool isInUse = false;
         bool isInStreamEntry = false;
-        std::vector<CacheEntry> cache;
     };
 
     XRefs(Kernel::NonCounted<PdfDocument> owner, const ErrorHandler* errorHandler);
@@ -77,6 +71,19 @@ private:
     using Block = std::array<XRef, c_blockSize>;
     std::vector<std::unique_ptr<Block>> table;
     unsigned long long blockCount = 0;
+    /// What was built from objects, and from the values in them.
+    struct CacheKey
+    {
+        int number;
+        unsigned long long key;
+
+        friend bool operator==(const CacheKey&, const CacheKey&) = default;
+    };
+    struct CacheHash
+    {
+        std::size_t operator()(const CacheKey& key) const;
+    };
+    std::unordered_map<CacheKey, Kernel::Counted<const RefCacheable>, CacheHash> cache;
     unsigned long long objectStreamBytes = 0;
     /// In the caches, of what could be read again.
     unsigned long long dispensableBytes = 0;

@@ -59,7 +59,8 @@ void FilterPipeline::AddFilters(const std::vector<std::string>& names,
 
 void FilterPipeline::AddFilter(Kernel::Counted<Filter> filter)
 {
-    Budget::Spend(Limits::c_decoderUnits);
+    // The first one only reads.
+    if (!filters.empty()) Budget::Spend(Limits::c_decoderUnits);
     filter->SetErrorHandler(GetErrorHandler());
     if (!filters.empty()) filter->SetSource(filters.back());
     filters.push_back(std::move(filter));

@@ -57,7 +57,8 @@ public:
         if (length - start + count > Limits::c_maxDecodedLength) return nullptr;
         if (out.size() - length < count) {
             const std::size_t growth = std::max(count, out.size() / 2 + 4096);
-            if (!Budget::Spend(growth)) return nullptr;
+            // The old room and the new are there at once.
+            if (!Budget::Spend(out.size() + growth)) return nullptr;
             out.resize(out.size() + growth);
         }
         char* place = out.data() + length;

@@ -314,7 +314,7 @@ TEST(CMapTest, WhatIsCutShortIsNotKept)
         program += std::string("<4") + digit + "> <0061> endbfchar ";
     TestDocument document(MakePagePdf("", {.objects = {PdfBuilder::MakeStream(program)}}));
     {
-        const Budget::Scope budget(Kernel::MakeCounted<Budget>(5000), Budget::Share::All, nullptr);
+        const Budget::Scope budget(Kernel::MakeCounted<Budget>(1500), Budget::Share::All, nullptr);
         EXPECT_LT(CMapInterpreter::GetEncoding(document.GetRef(5))->mapRanges.size(), 10U);
     }
     const auto whole = CMapInterpreter::GetEncoding(document.GetRef(5));
