@@ -40,7 +40,7 @@ public:
             root->UpdateBBoxes();
             Host::Problems problems = counter.Take();
             (void)Host::MakePageJson(*page, index, *root, problems, 0);
-            (void)Host::MakeSvg(*page, *root, document->GetTitle(), document->GetICCProfiles(-1));
+            (void)Host::MakeSvg(*page, *root, document->GetTitle(), document->GetICCProfiles(-1), problems);
         } catch (Error::Type) {
         }
     }
