@@ -104,6 +104,7 @@ public:
     std::string GetVersionString() const;
     /// The number behind "PDF/X-"; 0 for none.
     int GetXVersion() const;
+    /// Empty for a key that is not there, and for one that cannot be read, which is raised but never thrown.
     std::string GetInfo(const char* key) const;
     std::string GetTitle() const { return GetInfo("Title"); }
     std::string GetAuthor() const { return GetInfo("Author"); }

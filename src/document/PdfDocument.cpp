@@ -315,7 +315,12 @@ Kernel::Counted<PdfSource> PdfDocument::GetSource() const
 std::string PdfDocument::GetInfo(const char* key) const
 {
     const Budget::Scope scope = OpenScope(Budget::Share::All);
-    std::string text = Dictionary(info).GetString(key);
+    std::string text;
+    try {
+        text = Dictionary(info).GetString(key);
+    } catch (Error::Type) {
+        // The handler knows it. What a document says of itself is not needed for its pages.
+    }
     CheckWhole(scope);
     return text;
 }

@@ -30,6 +30,19 @@ TEST(PdfDocumentTest, ErrorNamesAreFixed)
     EXPECT_STREQ(GetErrorName(static_cast<Error::Type>(-1)), "Unknown error");
 }
 
+TEST(PdfDocumentTest, OpensWhateverItSaysOfItself)
+{
+    PdfBuilder builder = MakePageBuilder("");
+    builder.trailer += " /Info " + std::to_string(builder.Add("<< /Title (T) >>")) + " 0 R";
+    std::string file = builder.Build();
+    // The last entry of the table leads beyond the end of the file.
+    file.replace(file.find("trailer") - 20, 10, "0000900000");
+    TestDocument document(file);
+    ASSERT_TRUE(document.isOpen);
+    EXPECT_EQ(document->GetTitle(), "");
+    EXPECT_TRUE(document.Build());
+}
+
 TEST(PdfDocumentTest, KeepsTheErrorWorthTelling)
 {
     const DefaultErrorHandler handler;
