@@ -3,6 +3,7 @@
 // Everything that a host needs, in one include.
 
 #include <Quillet/BitmapObject.h>
+#include <Quillet/Budget.h>
 #include <Quillet/Char.h>
 #include <Quillet/DecryptLevel.h>
 #include <Quillet/DefaultErrorHandler.h>
