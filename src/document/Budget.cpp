@@ -85,8 +85,8 @@ bool Budget::Scope::Take(long long units)
 void Budget::Scope::Settle()
 {
     if (!account) return;
-    const long long rest = account->left.fetch_sub(unsettled, std::memory_order_relaxed) - std::exchange(unsettled, 0);
-    if (rest < 0) Cut();
+    const long long paid = std::exchange(unsettled, 0);
+    if (account->left.fetch_sub(paid, std::memory_order_relaxed) < paid) Cut();
 }
 
 void Budget::Scope::Cut()
