@@ -342,13 +342,7 @@ int Convert(const ConvertOptions& options, ExitStatus& stage)
 
 int RunConvert(const ConvertOptions& options)
 {
-    ExitStatus stage = ExitNotOpened;
-    int status = ExitDone;
-    const Outcome outcome = Guarded([&] { status = Convert(options, stage); });
-    if (outcome.IsDone()) return status;
-    if (Interrupt::IsSet()) return ExitInterrupted;
-    PrintFailure(options.input.file, outcome);
-    return stage;
+    return RunVerb(options.input.file, [&](ExitStatus& stage) { return Convert(options, stage); });
 }
 
 } // namespace Host

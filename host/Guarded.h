@@ -1,8 +1,11 @@
 #pragma once
 
+#include "ExitStatus.h"
+
 #include <Quillet/Error.h>
 
 #include <exception>
+#include <functional>
 #include <string>
 
 namespace Host {
@@ -35,5 +38,9 @@ Outcome Guarded(Work work)
 
 /// Prints what ended the work on a file; for this it needs no memory.
 void PrintFailure(const std::string& file, const Outcome& outcome);
+
+/// Runs the work of a verb on a file and gives its exit status. Whatever is thrown becomes a line, and the
+/// status that the work has put into `stage` by then: at first, that the file was not opened.
+int RunVerb(const std::string& file, const std::function<int(ExitStatus& stage)>& work);
 
 } // namespace Host

@@ -247,13 +247,7 @@ int Tell(const InfoOptions& options, ExitStatus& stage)
 
 int RunInfo(const InfoOptions& options)
 {
-    ExitStatus stage = ExitNotOpened;
-    int status = ExitDone;
-    const Outcome outcome = Guarded([&] { status = Tell(options, stage); });
-    if (outcome.IsDone()) return status;
-    if (Interrupt::IsSet()) return ExitInterrupted;
-    PrintFailure(options.input.file, outcome);
-    return stage;
+    return RunVerb(options.input.file, [&](ExitStatus& stage) { return Tell(options, stage); });
 }
 
 } // namespace Host

@@ -34,7 +34,7 @@ private:
 };
 
 /// What leads from one place of a file to another, and in a damaged or hostile one back to where it came from.
-enum class Way { Tables, TableStreams, Functions, Forms, CMaps, FontResources };
+enum class Way { Tables, TableStreams, Functions, Forms, CMaps };
 
 /// One step on a way.
 struct Step
