@@ -79,9 +79,8 @@ void LabColourSpace::AddRasterFormats(RasterFormatPicker& picker, bool isExplici
 Kernel::Consolidated<Renderer::Colour> LabColourSpace::MakeColour(const Colour& colour) const
 {
     const std::vector<double>& ends = range.empty() ? c_defaultRange : range;
-    const Raster::PixelLab16 pixel(static_cast<std::uint16_t>(Round(colour[0] * 655.35)),
-                                   MakeChannel(colour[1], ends[0], ends[1]), MakeChannel(colour[2], ends[2], ends[3]),
-                                   std::numeric_limits<std::uint16_t>::max());
+    const Raster::PixelLab16 pixel(MakeChannel(colour[0], 0, 100), MakeChannel(colour[1], ends[0], ends[1]),
+                                   MakeChannel(colour[2], ends[2], ends[3]), std::numeric_limits<std::uint16_t>::max());
     return Renderer::ColourLAB::Create(pixel, 1.0, 1.0, {}, {ends[0], ends[1], ends[2], ends[3]});
 }
 

@@ -26,7 +26,7 @@ public:
     int GetFormat() const override { return 4; }
     void AddRasterFormats(RasterFormatPicker& picker, bool isExplicit) const override;
     Kernel::Consolidated<Raster::ICCProfile> GetICCProfile() const override { return profile; }
-    /// L over 0 to 100 as 16 bits, and a and b over their range; L beyond it wraps, a and b are clamped.
+    /// L over 0 to 100 as 16 bits, and a and b over their range; what lies beyond is clamped.
     Kernel::Consolidated<Renderer::Colour> MakeColour(const Colour& colour) const override;
     /// 0 to 1 three times: images hold the 16-bit channels, which nothing scales by the ranges.
     std::vector<double> GetDefaultDecodeVec(int bitsPerComponent) const override;

@@ -8,6 +8,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+
 namespace Quillet {
 namespace {
 
@@ -62,7 +64,7 @@ TEST(LabColourSpaceTest, ReadsItsRange)
     }
 }
 
-TEST(LabColourSpaceTest, MapsRangesOntoChannelsAndLetsLightnessWrap)
+TEST(LabColourSpaceTest, MapsRangesOntoChannels)
 {
     const Lab lab("<< /WhitePoint [0.9505 1 1.089] /Range [-128 127 -50 150] >>");
     const Raster::PixelLab16 middle = lab.Make(50, 0, 50);
@@ -70,9 +72,11 @@ TEST(LabColourSpaceTest, MapsRangesOntoChannelsAndLetsLightnessWrap)
     EXPECT_EQ(middle.a, 32896);
     EXPECT_EQ(middle.b, 32768);
     EXPECT_EQ(middle.alpha, 65535);
-    EXPECT_EQ(lab.Make(100, 0, 0).lightness, 65535);
-    EXPECT_EQ(lab.Make(101, 0, 0).lightness, 66190 - 65536);
-    EXPECT_EQ(lab.Make(1e300, 0, 0).lightness, 65535);
+    // White stays white and black stays black.
+    for (const double white : {100.0, 100.01, 101.0, 200.0, 1e300})
+        EXPECT_EQ(lab.Make(white, 0, 0).lightness, 65535) << white;
+    for (const double black : {0.0, -0.01, -20.0, -1e300, std::nan("")})
+        EXPECT_EQ(lab.Make(black, 0, 0).lightness, 0) << black;
 
     const auto colour = lab.space->MakeColour(Colour({50, 20, 70}));
     const auto values = dynamic_cast<const Renderer::ColourLAB&>(*colour).GetLab();
