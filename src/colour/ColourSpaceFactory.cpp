@@ -50,13 +50,6 @@ Kernel::Consolidated<Raster::ICCProfile> FindProfile(const std::string& conditio
     return row != std::end(c_standardOutputIntents) ? manager.GetProfileForString(row->profileName) : nullptr;
 }
 
-/// Spaces that are defined by the rest of their array, which a bare name does not have.
-bool HasParameters(const std::string& name)
-{
-    constexpr std::string_view c_names[] = {"Pattern", "ICCBased", "Indexed", "Separation", "DeviceN", "Lab"};
-    return std::ranges::find(c_names, name) != std::end(c_names);
-}
-
 } // namespace
 
 ColourSpaceFactory::ColourSpaceFactory(const ErrorHandler* documentHandler)
@@ -73,8 +66,9 @@ Kernel::Counted<const ColourSpace> ColourSpaceFactory::Make(Kernel::Counted<Pars
     parser = parser->OptionalDereference();
     if (parser->tokenType == Token::TokenName) {
         const std::string name = parser->GetTokenName();
+        if (auto device = MakeCalibrated(name)) return device;
         // Behind a bare name stands what does not belong to it, up to the end of the file.
-        return Make(name, HasParameters(name) ? nullptr : parser, resources);
+        return Make(name, nullptr, resources);
     }
     if (!parser->Check(parser->tokenType == Token::TokenArrayStart, parser->errorType)) return nullptr;
     return MakeFromArray(parser, resources);
@@ -116,8 +110,12 @@ Kernel::Counted<const ColourSpace> ColourSpaceFactory::Make(const std::string& n
                                                                    Kernel::Counted<const ColourSpaceFactory>(this));
         }
         if (name == "Lab") return LabColourSpace::Make(parser, resources, this);
-        if (name == "CalGray") return MakeCalibrated("Quillet: CalGray\n", parser, deviceGray);
-        if (name == "CalRGB") return MakeCalibrated("Quillet: CalRGB\n", parser, deviceRgb);
+        if (auto device = MakeCalibrated(name)) {
+            // An array without parameters is at its end already.
+            if (parser->NextToken() == Token::TokenDictStart) parser->SkipToDictionaryEnd();
+            if (parser->tokenType != Token::TokenArrayEnd) parser->NextToken();
+            return device;
+        }
     }
     return resources ? resources->GetColourSpace(name) : nullptr;
 }
@@ -169,13 +167,13 @@ Kernel::Counted<const ColourSpace> ColourSpaceFactory::MakeDevice(const char* de
     return space ? space : device;
 }
 
-Kernel::Counted<const ColourSpace> ColourSpaceFactory::MakeCalibrated(const char* trace, Kernel::Counted<Parser> parser,
-                                                                      Kernel::Counted<const ColourSpace> device) const
+Kernel::Counted<const ColourSpace> ColourSpaceFactory::MakeCalibrated(const std::string& name) const
 {
-    Kernel::Trace(trace);
-    if (parser->NextToken() == Token::TokenDictStart) parser->SkipToDictionaryEnd();
-    parser->NextToken();
-    return device;
+    const bool isGray = name == "CalGray";
+    if (!isGray && name != "CalRGB") return nullptr;
+    Kernel::Trace("Quillet: %1\n", name);
+    if (isGray) return deviceGray;
+    return deviceRgb;
 }
 
 void ColourSpaceFactory::ReadOutputIntents(const Ref& ref)

@@ -64,8 +64,8 @@ public:
     int outputComponents = 0;
 
 private:
-    Kernel::Counted<const ColourSpace> MakeCalibrated(const char* trace, Kernel::Counted<Parser> parser,
-                                                      Kernel::Counted<const ColourSpace> device) const;
+    /// The device that stands for a calibrated space of that name, whatever its parameters; null for another name.
+    Kernel::Counted<const ColourSpace> MakeCalibrated(const std::string& name) const;
 
     /// Within the look-up of a default space device names mean the devices: a default is often defined through its own.
     mutable bool isInDefaultLookup = false;

@@ -126,6 +126,18 @@ TEST(ColourSpaceFactoryTest, TakesCalibratedSpacesForDevices)
     EXPECT_EQ(parser->tokenType, Token::TokenArrayEnd);
 }
 
+TEST(ColourSpaceFactoryTest, CalibratedSpacesWithoutParametersTakeNothingElse)
+{
+    for (const std::string base : {"/CalRGB", "/CalGray", "[/CalRGB]"}) {
+        Spaces spaces("/A [/Indexed " + base + " 1 <102030405060>] /B " + base);
+        const auto indexed = Kernel::DynamicCast<const IndexedColourSpace>(spaces.Get("A"));
+        ASSERT_TRUE(indexed) << base;
+        EXPECT_EQ(indexed->base, spaces.Get("B")) << base;
+        EXPECT_EQ(indexed->table.size(), 2U) << base;
+        EXPECT_THAT(spaces.document.GetErrors(), IsEmpty()) << base;
+    }
+}
+
 TEST(ColourSpaceFactoryTest, ReadsProfiledSpacesOnceAndThroughTheirAlternate)
 {
     Spaces spaces("/A [/ICCBased 5 0 R] /B [/ICCBased 5 0 R] /C [/ICCBased 6 0 R] /D [/ICCBased 7 0 R] "
