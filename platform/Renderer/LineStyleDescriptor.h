@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Geometry/PolyCurveDbl.h>
 #include <Kernel/Counted.h>
 #include <Kernel/Export.h>
 #include <Kernel/NonCounted.h>
@@ -9,7 +10,6 @@
 #include <pixels/AffineTransform.h>
 
 #include <cstddef>
-#include <vector>
 
 namespace Renderer {
 
@@ -36,30 +36,33 @@ public:
     static bool IsLineStyleVisible(Kernel::NonCounted<const LineStyleDescriptor> style,
                                    Kernel::NonCounted<const FillDescriptor> pen);
 
-    /// How far, in points of the page, the stroke may reach beyond its path: half the width, the tip of the longest
-    /// mitre for mitred joins, and the corner of a projecting cap if there are line ends. Dashes have ends on closed
-    /// curves too. It is an upper bound that looks at the style alone: a path without corners reaches less far.
+    /// How far, in points of the page, the stroke may reach beyond its path on every side: half the width, and the
+    /// corner of a projecting cap if there are line ends. Dashes have ends on closed curves too. Mitres reach farther,
+    /// each at its own corner only.
     double GetReach(bool hasOpenCurves) const;
 
-    /// A box around a path, in the space of the path, made to hold the stroke too.
+    /// A box around `path`, in its space, made to hold the stroke too.
     ///
-    /// `transform` takes `rect` to the page, where the stroke has its width; `resultTransform` takes the space of the
-    /// result to the page, and an object that asks for its own box gives its transform for both. Each axis grows by
-    /// what the reach measures along it, so a stroke on an object that is scaled down grows its box by more.
-    /// `areClosed` says for each curve whether it is closed. The empty rectangle stays empty.
+    /// `transform` takes `rect` and `path` to the page, where the stroke has its width; `resultTransform` takes the
+    /// space of the result to the page, and an object that asks for its own box gives its transform for both. Each axis
+    /// grows by what the reach measures along it, so a stroke on an object that is scaled down grows its box by more;
+    /// then the box takes in the tips of the mitres. The empty rectangle stays empty.
     Kernel::RectT<double> InflateBaseRect(const Kernel::RectT<double>& rect,
                                           const Raster::AffineTransform::Params& transform,
                                           const Raster::AffineTransform::Params& resultTransform,
-                                          const std::vector<bool>& areClosed) const;
+                                          const Geometry::PolyCurveDbl& path) const;
 
-    /// A box in page space, grown by the reach on every side. The empty rectangle stays empty.
+    /// A box in page space around `curve`, which `transform` takes there, grown by the reach on every side and to the
+    /// tips of the mitres. The empty rectangle stays empty.
     Kernel::RectT<double> InflateSpreadRect(const Kernel::RectT<double>& rect,
-                                            const std::vector<bool>& areClosed) const;
-    /// The same for a single curve.
-    Kernel::RectT<double> InflateSpreadRect(const Kernel::RectT<double>& rect, bool isClosed) const;
+                                            const Raster::AffineTransform::Params& transform,
+                                            const Geometry::CurveDbl& curve) const;
 
     bool IsEqual(const LineStyleDescriptor& other) const;
     std::size_t GetHash() const;
+
+private:
+    bool HasMitres() const;
 };
 
 } // namespace Renderer

@@ -145,7 +145,7 @@ void PathObject::UpdateBBox()
 {
     Rect box = path ? path->GetApproxBBox() : Rect{};
     if (path && IsStroked()) {
-        box = lineStyleDescriptor->InflateBaseRect(box, transform, transform, path->EnumerateCurvesClosed());
+        box = lineStyleDescriptor->InflateBaseRect(box, transform, transform, *path);
     }
     SetBBox(box);
 }
@@ -210,7 +210,7 @@ bool PathObject::PreciseIsContainedIn(const Rect& rect, double tolerance) const
     const bool isStroked = IsStroked();
     return std::all_of(path->begin(), path->end(), [&](const Kernel::Counted<Geometry::CurveDbl>& curve) {
         const Rect box = curve->GetExactBBox(transform);
-        return wide.Contains(isStroked ? lineStyleDescriptor->InflateSpreadRect(box, curve->IsClosed()) : box);
+        return wide.Contains(isStroked ? lineStyleDescriptor->InflateSpreadRect(box, transform, *curve) : box);
     });
 }
 
@@ -218,11 +218,11 @@ bool PathObject::PreciseOverlaps(const Rect& rect, double tolerance) const
 {
     if (!path) return false;
     const bool isStroked = IsStroked();
-    Rect wide = rect.Inflated(tolerance);
-    if (isStroked) wide = lineStyleDescriptor->InflateSpreadRect(wide, path->EnumerateCurvesClosed());
+    const Rect wide = rect.Inflated(tolerance);
     return std::any_of(path->begin(), path->end(), [&](const Kernel::Counted<Geometry::CurveDbl>& curve) {
-        const Rect box = curve->GetExactBBox(transform);
-        // The stroke, which is in `wide`, gives a level or upright line an area.
+        Rect box = curve->GetExactBBox(transform);
+        // Its stroke gives a level or upright line an area.
+        if (isStroked) box = lineStyleDescriptor->InflateSpreadRect(box, transform, *curve);
         const bool hasArea = isStroked || (box.GetWidth() != 0 && box.GetHeight() != 0);
         return hasArea && DoRangesMeet(box.left, box.right, wide.left, wide.right) &&
                DoRangesMeet(box.top, box.bottom, wide.top, wide.bottom);

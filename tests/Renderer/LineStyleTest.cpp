@@ -63,7 +63,7 @@ TEST(LineStyleDescriptor, NeedsAWidthAndAPen)
     EXPECT_FALSE(LineStyleDescriptor(nullptr).IsLineStyleVisible(pen));
 }
 
-// What follows outlines strokes point by point and compares that with the boxes, which look at the style alone.
+// What follows outlines strokes point by point and compares that with the boxes.
 
 struct Polyline
 {
@@ -154,6 +154,30 @@ const Polyline c_shapes[] = {
     {{{0, 0}, {20, 2}, {0, 4}}, true},            // an acute corner with others
 };
 
+Geometry::CurveDbl MakeCurve(const std::vector<Point>& points, bool isClosed)
+{
+    Geometry::CurveDbl curve;
+    for (const Point point : points)
+        curve.AddNode(point);
+    curve.SetClosed(isClosed);
+    return curve;
+}
+
+Geometry::PolyCurveDbl MakePath(const std::vector<Geometry::CurveDbl>& curves)
+{
+    Geometry::PolyCurveDbl path;
+    for (const Geometry::CurveDbl& curve : curves)
+        path.AddCurve(curve.Clone());
+    return path;
+}
+
+void ExpectNear(const Rect& box, const Rect& expected)
+{
+    constexpr double c_rounding = 1e-9;
+    EXPECT_TRUE(box.Inflated(c_rounding).Contains(expected) && expected.Inflated(c_rounding).Contains(box))
+        << box.left << ' ' << box.top << ' ' << box.right << ' ' << box.bottom;
+}
+
 TEST(LineStyleDescriptor, BoxesHoldTheStroke)
 {
     const Params transforms[] = {
@@ -169,7 +193,6 @@ TEST(LineStyleDescriptor, BoxesHoldTheStroke)
         MakeStyle(LineStyle::JoinRound, LineStyle::CapHalfCircle, 3),
         MakeStyle(LineStyle::JoinBevel, LineStyle::CapProjectingSquare, 0.5),
     };
-    constexpr double c_rounding = 1e-9;
     for (const Polyline& shape : c_shapes) {
         for (const Params& transform : transforms) {
             for (const LineStyle& style : styles) {
@@ -182,34 +205,62 @@ TEST(LineStyleDescriptor, BoxesHoldTheStroke)
                     point = transform.GetInverse().ApplyTo(point);
 
                 const LineStyleDescriptor descriptor(Intern(style));
-                const std::vector<bool> areClosed{shape.isClosed};
-                const Rect spread = descriptor.InflateSpreadRect(BoxOf(onPage.points), areClosed);
-                EXPECT_TRUE(spread.Inflated(c_rounding).Contains(BoxOf(outline)));
-                const Rect base = descriptor.InflateBaseRect(BoxOf(shape.points), transform, transform, areClosed);
-                EXPECT_TRUE(base.Inflated(c_rounding).Contains(BoxOf(ownOutline)));
+                const Geometry::CurveDbl curve = MakeCurve(shape.points, shape.isClosed);
+                const Rect spread = descriptor.InflateSpreadRect(BoxOf(onPage.points), transform, curve);
+                // No larger than the reach of the line, and what sticks out of it.
+                const double reach = descriptor.GetReach(!shape.isClosed);
+                ExpectNear(spread, BoxOf(onPage.points).Inflated(reach).Union(BoxOf(outline)));
+                const Rect base =
+                    descriptor.InflateBaseRect(BoxOf(shape.points), transform, transform, MakePath({curve}));
+                EXPECT_TRUE(base.Inflated(1e-9).Contains(BoxOf(ownOutline)));
             }
         }
     }
 }
 
-TEST(LineStyleDescriptor, ReachIsAttained)
+TEST(LineStyleDescriptor, MitresCountWhereThereAreCorners)
 {
-    // The limit of the acute corner is just enough; the outline gets a little more, against rounding.
-    const std::pair<const Polyline&, LineStyle> rows[] = {
-        {c_shapes[3], MakeStyle(LineStyle::JoinMitre, LineStyle::CapButt, 2, std::sqrt(401.0))},
-        {c_shapes[1], MakeStyle(LineStyle::JoinRound, LineStyle::CapProjectingSquare, 2)},
-        {c_shapes[0], MakeStyle(LineStyle::JoinRound, LineStyle::CapHalfCircle, 2)},
+    constexpr double c_noNumber = std::numeric_limits<double>::quiet_NaN();
+    // The height of a triangle of equal sides, each of length 10: the tips of its mitres are one width away.
+    const double h = 5 * std::numbers::sqrt3;
+    const double tip = std::numbers::sqrt3;
+    Geometry::CurveDbl smooth = MakeCurve({{0, 0}}, false);
+    smooth.AddBezierCurve({10, 10}, {0, 5}, {5, 10});
+    smooth.AddBezierCurve({20, 0}, {15, 10}, {20, 5});
+    Geometry::CurveDbl bent = MakeCurve({{0, -5}, {h, 0}}, false);
+    bent.AddBezierCurve({0, 5}, {h, 0}, {h / 2, 2.5});
+    const struct
+    {
+        const char* name;
+        Geometry::CurveDbl curve;
+        double limit;
+        Rect box;
+    } rows[] = {
+        {"a rule", MakeCurve({{0, 0}, {10, 0}}, false), 10, {-1, -1, 11, 1}},
+        {"a corner", MakeCurve({{0, -5}, {h, 0}, {0, 5}}, false), 10, {-1, -6, h + 2, 6}},
+        {"at the limit", MakeCurve({{0, -5}, {h, 0}, {0, 5}}, false), 2, {-1, -6, h + 2, 6}},
+        {"too sharp", MakeCurve({{0, -5}, {h, 0}, {0, 5}}, false), 1.99, {-1, -6, h + 1, 6}},
+        {"no length at the corner", MakeCurve({{0, -5}, {h, 0}, {h, 0}, {0, 5}}, false), 10, {-1, -6, h + 2, 6}},
+        {"a way back", MakeCurve({{0, 0}, {7, 3}, {0.7, 0.3}, {0, 0}}, false), 1e300, {-1, -1, 8, 4}},
+        {"closed", MakeCurve({{h, 0}, {0, 5}, {0, -5}}, true), 10, {-1, -5 - tip, h + 2, 5 + tip}},
+        {"closed twice", MakeCurve({{h, 0}, {0, 5}, {0, -5}, {h, 0}}, true), 10, {-1, -5 - tip, h + 2, 5 + tip}},
+        {"left open", MakeCurve({{h, 0}, {0, 5}, {0, -5}, {h, 0}}, false), 10, {-1, -5 - tip, h + 1, 5 + tip}},
+        {"smooth", smooth, 10, {-1, -1, 21, 11}},
+        {"a handle on its node", bent, 10, {-1, -6, h + 2, 6}},
+        {"no number", MakeCurve({{0, -5}, {h, 0}, {c_noNumber, 0}, {0, 5}}, false), 10, {-1, -6, h + 1, 6}},
+        {"a point", MakeCurve({{3, 3}, {3, 3}}, true), 10, {2, 2, 4, 4}},
+        {"nothing", {}, 10, {-1, -1, 1, 1}},
     };
-    for (const auto& [shape, style] : rows) {
-        LineStyle widest = style;
-        widest.mitreLimit += 1e-9;
-        const Rect own = BoxOf(shape.points);
-        const double right = BoxOf(Outline(shape, widest)).right;
-        const LineStyleDescriptor descriptor(Intern(style));
-        EXPECT_NEAR(descriptor.InflateSpreadRect(own, false).right, right, 1e-6);
-        // On an object at half size the same stroke is twice as wide.
-        const Params scale = Params::Scale(0.5, 0.5);
-        EXPECT_NEAR(descriptor.InflateBaseRect(own, scale, scale, {false}).right, 2 * right - own.right, 1e-6);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const LineStyleDescriptor line(Intern(MakeStyle(LineStyle::JoinMitre, LineStyle::CapButt, 2, row.limit)));
+        ExpectNear(line.InflateSpreadRect(row.curve.GetApproxBBox(), Params{}, row.curve), row.box);
+        // On an object at half size the same stroke is twice as wide, and so are its mitres.
+        const Params half = Params::Scale(0.5, 0.5);
+        Geometry::CurveDbl twice = row.curve;
+        twice.Transform(Params::Scale(2, 2));
+        ExpectNear(line.InflateBaseRect(twice.GetApproxBBox(), half, half, MakePath({twice})),
+                   Params::Scale(2, 2).ApplyTo(row.box));
     }
 }
 
@@ -217,13 +268,16 @@ TEST(LineStyleDescriptor, LineEndsCountWhereThereAreEnds)
 {
     const LineStyle square = MakeStyle(LineStyle::JoinRound, LineStyle::CapProjectingSquare, 2);
     const Rect rect{0, 0, 1, 1};
+    const Geometry::CurveDbl open = MakeCurve({{0, 0}, {1, 1}}, false);
+    const Geometry::CurveDbl closed = MakeCurve({{0, 0}, {1, 1}}, true);
     const LineStyleDescriptor solid(Intern(square));
-    EXPECT_EQ(solid.InflateSpreadRect(rect, {true, true}), rect.Inflated(1));
-    EXPECT_EQ(solid.InflateSpreadRect(rect, {true, false}), rect.Inflated(std::numbers::sqrt2));
-    EXPECT_EQ(solid.InflateBaseRect(rect, Params::Scale(10, 10), Params{}, {true}), (Rect{-1, -1, 11, 11}))
+    EXPECT_EQ(solid.InflateSpreadRect(rect, {}, closed), rect.Inflated(1));
+    EXPECT_EQ(solid.InflateSpreadRect(rect, {}, open), rect.Inflated(std::numbers::sqrt2));
+    EXPECT_EQ(solid.InflateBaseRect(rect, {}, {}, MakePath({closed, open})), rect.Inflated(std::numbers::sqrt2));
+    EXPECT_EQ(solid.InflateBaseRect(rect, Params::Scale(10, 10), Params{}, MakePath({closed})), (Rect{-1, -1, 11, 11}))
         << "the result in another space";
     const LineStyleDescriptor dashed(Intern(Dashed(square, {1})));
-    EXPECT_EQ(dashed.InflateSpreadRect(rect, {true, true}), rect.Inflated(std::numbers::sqrt2));
+    EXPECT_EQ(dashed.InflateSpreadRect(rect, {}, closed), rect.Inflated(std::numbers::sqrt2));
 }
 
 TEST(LineStyleDescriptor, OddInputStaysFinite)
@@ -231,19 +285,20 @@ TEST(LineStyleDescriptor, OddInputStaysFinite)
     constexpr double c_infinity = std::numeric_limits<double>::infinity();
     constexpr double c_noNumber = std::numeric_limits<double>::quiet_NaN();
     const Rect rect{0, 0, 4, 4};
+    const Geometry::CurveDbl curve = MakeCurve({{0, 0}, {4, 2}, {0, 4}, {1e300, -1e300}, {-1e308, 1e308}}, true);
     for (const double value : {1e300, c_infinity, c_noNumber, -1.0}) {
         for (const LineStyle& style : {MakeStyle(LineStyle::JoinMitre, LineStyle::CapButt, value),
                                        MakeStyle(LineStyle::JoinMitre, LineStyle::CapButt, 1, value)}) {
             const LineStyleDescriptor descriptor(Intern(style));
             for (const Params& transform : {Params{}, Params::Scale(1e-20, 1e-20), Params::Scale(0, 0)}) {
-                const Rect base = descriptor.InflateBaseRect(rect, transform, transform, {false});
+                const Rect base = descriptor.InflateBaseRect(rect, transform, transform, MakePath({curve}));
                 EXPECT_TRUE(std::isfinite(base.left) && std::isfinite(base.bottom)) << value;
                 EXPECT_TRUE(base.Contains(rect)) << value;
             }
         }
     }
     const LineStyleDescriptor line(Intern(LineStyle()));
-    EXPECT_TRUE(line.InflateSpreadRect(Rect::MakeEmpty(), false).IsEmpty());
+    EXPECT_TRUE(line.InflateSpreadRect(Rect::MakeEmpty(), {}, curve).IsEmpty());
 }
 
 } // namespace
