@@ -90,17 +90,22 @@ private:
     std::set<std::pair<int, unsigned long long>> seen;
 };
 
-/// Calls `visit` with each page; a claim of pages is only a number, and the first that is missing ends the walk.
+/// Calls `visit` with each page that there is. A claim of pages is only a number, so many in a row that are missing end
+/// the walk.
 template <typename Visit>
 void VisitPages(const PdfDocument& document, Visit visit)
 {
+    int missing = 0;
     for (int index = 0; index < document.GetPageCount() && Budget::Spend(Limits::c_objectUnits); ++index) {
+        if (missing++ == Limits::c_maxPageGap) return;
         try {
             const auto page = document.GetPage(index);
-            if (!page) return;
+            if (!page) continue;
+            missing = 0;
             visit(*page);
         } catch (Error::Type) {
-            return;
+            // It was told of; the other pages have their fonts all the same.
+            continue;
         }
     }
 }

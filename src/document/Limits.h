@@ -123,6 +123,9 @@ inline constexpr unsigned long long c_maxFontCodes = 1ull << 16;
 /// Codes of one range that are asked one by one; a range may claim billions.
 inline constexpr int c_maxSingleCodes = 1 << 17;
 
+/// Pages in a row that a list of fonts does without; a page count may claim billions that are not there.
+inline constexpr int c_maxPageGap = 100;
+
 /// Fonts of a document that are told of, and kept in mind.
 inline constexpr unsigned long long c_maxFonts = 1ull << 16;
 

@@ -27,7 +27,16 @@ Kernel::Counted<const Page> Pages::GetPage(int index) const
     long long first = i == 0 ? firstPage : kidEnds[i - 1];
     for (; i < kids.size(); ++i) {
         constexpr long long c_lastPage = std::numeric_limits<int>::max();
-        const Kernel::Counted<const PageBase> kid = GetKid(kids[i], static_cast<int>(std::min(first, c_lastPage)));
+        Kernel::Counted<const PageBase> kid;
+        try {
+            kid = GetKid(kids[i], static_cast<int>(std::min(first, c_lastPage)));
+        } catch (Error::Type) {
+            if (Budget::IsSpent()) throw;
+            // A kid that does not build is a page that is damaged; those behind it keep their places.
+            if (i == kidEnds.size()) kidEnds.push_back(first + 1);
+            if (index == first++) throw;
+            continue;
+        }
         // A kid that the file does not have holds no pages; those behind it are still there.
         if (kid) {
             first += kid->GetPageCount();

@@ -13,7 +13,7 @@ public:
     Pages(Kernel::NonCounted<const PageBase> parentNode, Dictionary& dictionary, int firstIndex);
 
     int GetPageCount() const override { return count; }
-    /// Raises PageTree for an index that no kid claims.
+    /// Raises PageTree for an index that no kid claims. A kid that does not build claims one, and raises what is wrong.
     Kernel::Counted<const Page> GetPage(int index) const override;
 
     /// The node of a reference, from the object's cache or built now; null if the table does not list the object. A

@@ -111,6 +111,17 @@ TEST(PagesTest, PagesBehindAMissingKidAreFound)
     EXPECT_EQ(document->GetPage(0)->GetMediaBox(), (Rect{0, 0, 1, 1}));
 }
 
+TEST(PagesTest, PagesBehindAKidThatDoesNotBuildAreFound)
+{
+    TestDocument document(
+        MakeTree({"<< /Kids [3 0 R 4 0 R 5 0 R] /Count 3 >>", "<< /Kids [6 0 R] /Count 1 /Rotate (left) >>",
+                  "<< /Rotate (right) >>", "<< /Type /Page /MediaBox [0 0 1 1] >>", "<< /Type /Page >>"}));
+    EXPECT_EQ(document->GetPage(2)->GetMediaBox(), (Rect{0, 0, 1, 1}));
+    for (const int damaged : {0, 1, 3})
+        EXPECT_THROW(document->GetPage(damaged), Error::Type) << damaged;
+    EXPECT_EQ(document->GetPage(2)->firstPage, 2);
+}
+
 TEST(PagesTest, JoinsContentsWithOneBlank)
 {
     const std::pair<const char*, std::string> cases[] = {{"[5 0 R 6 0 R 7 0 R]", "ab  cd"},

@@ -692,5 +692,21 @@ TEST(FontTest, DocumentsListTheirFonts)
     EXPECT_TRUE(infos[2].actualFont.IsEmpty());
 }
 
+TEST(FontTest, DocumentsListFontsOfThePagesBehindADamagedOne)
+{
+    // A count that is a mere claim of pages ends the list too, and does not use up the account.
+    for (const char* count : {"3", "2000000000"}) {
+        PdfBuilder builder = MakePageBuilder("");
+        const int font = builder.Add("<< /Type /Font /Subtype /Type1 /BaseFont /Courier >>");
+        builder.Add("<< /Type /Page /Rotate (left) >>");
+        builder.Add("<< /Type /Page /Resources << /Font << /F " + std::to_string(font) + " 0 R >> >> >>");
+        builder.Set(2, "<< /Kids [3 0 R 6 0 R 7 0 R] /Count " + std::string(count) + " >>");
+        TestDocument document(builder.Build());
+        EXPECT_EQ(document->GetFonts().size(), 1U) << count;
+        EXPECT_EQ(document->GetFontInfos().size(), 1U) << count;
+        EXPECT_THAT(document.GetErrors(), testing::Each(Error::PageTree)) << count;
+    }
+}
+
 } // namespace
 } // namespace Quillet::Test
