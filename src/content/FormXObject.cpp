@@ -92,7 +92,7 @@ void FormXObject::ReadMatrix(Dictionary& dictionary)
 Kernel::Counted<SequentialSource> FormXObject::OpenContent() const
 {
     if (content == Content::Read) {
-        keptContent = ReadUpTo(*Kernel::MakeCounted<Stream>(streamRef), c_maxKeptContent + 1);
+        keptContent = ReadUpTo(*Kernel::MakeCounted<ContentStream>(streamRef), c_maxKeptContent + 1);
         content = keptContent.size() <= c_maxKeptContent ? Content::Kept : Content::TooLong;
         if (content == Content::TooLong) keptContent = {};
         if (Budget::IsSpent()) content = Content::Read;
@@ -101,7 +101,7 @@ Kernel::Counted<SequentialSource> FormXObject::OpenContent() const
         return Kernel::MakeCounted<KeptContentSource>(keptContent, streamRef.GetErrorHandler());
     }
     if (content == Content::Unread) content = Content::Read;
-    return Kernel::MakeCounted<Stream>(streamRef);
+    return Kernel::MakeCounted<ContentStream>(streamRef);
 }
 
 bool FormXObject::Accept(Kernel::NonCounted<GraphicsStateStack> stack, bool noGroup) const

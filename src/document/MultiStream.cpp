@@ -10,7 +10,7 @@ MultiStream::MultiStream(const ErrorHandler* errorHandler, std::vector<Ref> stre
 
 Kernel::Counted<SequentialSource> MultiStream::Make(const ErrorHandler* handler, const std::vector<Ref>& refs)
 {
-    if (refs.size() == 1) return Kernel::MakeCounted<Stream>(refs.front());
+    if (refs.size() == 1) return Kernel::MakeCounted<ContentStream>(refs.front());
     return Kernel::MakeCounted<MultiStream>(handler, refs);
 }
 
@@ -23,7 +23,7 @@ int MultiStream::Read(char* buf, int size)
 {
     int count = 0;
     while (count < size && !AtEnd() && !Budget::IsSpent()) {
-        if (!stream) stream = Kernel::MakeCounted<Stream>(refs[current]);
+        if (!stream) stream = Kernel::MakeCounted<ContentStream>(refs[current]);
         const int got = stream->Read(buf + count, size - count);
         if (got > 0) {
             count += got;

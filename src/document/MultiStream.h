@@ -6,7 +6,8 @@
 
 namespace Quillet {
 
-/// Streams in a row, one blank between two, so that no token spans a joint. Each is opened when it is reached.
+/// Streams of operators in a row, one blank between two, so that no token spans a joint. Each is opened when it is
+/// reached.
 class QUILLET_API MultiStream : public SequentialSource
 {
 public:

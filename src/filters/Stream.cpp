@@ -20,6 +20,11 @@ Stream::Stream(Kernel::Counted<FilterPipeline> newPipeline, Kernel::Counted<Dict
     AddStreamFilters(dictionary);
 }
 
+ContentStream::ContentStream(const Ref& ref) : Stream(ref)
+{
+    if (HasUnknownFilter()) pipeline->filters.clear();
+}
+
 void Stream::AddStreamFilters(Kernel::Counted<Dictionary> dictionary)
 {
     const unsigned long long start = dictionary->GetStreamPos();

@@ -30,4 +30,11 @@ private:
     void AddStreamFilters(Kernel::Counted<Dictionary> dictionary);
 };
 
+/// A stream of operators. One with a filter that is not known is empty: coded bytes would be run as operators.
+class QUILLET_API ContentStream : public Stream
+{
+public:
+    explicit ContentStream(const Ref& ref);
+};
+
 } // namespace Quillet

@@ -85,6 +85,41 @@ TEST(InterpreterTest, StopsWhenThereIsNothingLeftToSpend)
     EXPECT_TRUE(budget.WasCut());
 }
 
+/// Bytes in a coding that is not known are no operators.
+TEST(InterpreterTest, LeavesOutStreamsWithAnUnknownFilter)
+{
+    const std::string coded = "/Filter [/ASCIIHexDecode /NoSuchFilter] ";
+    const std::string square = "0 0 1 1 re f ";
+    const struct
+    {
+        const char* contents;
+        std::size_t paths;
+        std::size_t errors;
+    } rows[] = {
+        {"5 0 R", 0, 1},
+        {"[4 0 R 5 0 R 6 0 R]", 2, 1},
+        // A form is opened anew at its second use, and kept from there on.
+        {"7 0 R", 1, 2},
+    };
+    for (const auto& row : rows) {
+        PdfBuilder builder = MakePageBuilder(square);
+        builder.Set(3, "<< /MediaBox [0 0 9 9] /Resources << /XObject << /X 8 0 R >> >> /Contents " +
+                           std::string(row.contents) + " >>");
+        builder.AddStream(square, coded);
+        builder.AddStream(square);
+        builder.AddStream("/X Do /X Do /X Do 0 0 1 1 re f");
+        builder.AddStream(square, coded + "/Subtype /Form /BBox [0 0 9 9]");
+        TestDocument document(builder.Build());
+        std::size_t paths = 0;
+        document.Build()->VisitSubGroups([&](GroupObject* group) {
+            for (const auto& child : group->children)
+                paths += Kernel::DynamicCast<PathObject>(child) ? 1 : 0;
+        });
+        EXPECT_EQ(paths, row.paths) << row.contents;
+        EXPECT_EQ(document.GetErrors(), std::vector<int>(row.errors, Error::UnimplementedFilter)) << row.contents;
+    }
+}
+
 /// A form takes over the operators of the one before, which had a parser of its own.
 TEST(InterpreterTest, RunsFormsOneAfterTheOther)
 {
