@@ -211,6 +211,8 @@ void OpGraphicsState::SetSoftMask(Parser& parser) const
     auto dictionary = Kernel::MakeCounted<Dictionary>(parser.GetTokenRef());
     Budget::Spend(Limits::c_objectUnits);
     GetState().SetSoftMask(Kernel::MakeCounted<SoftMask>(std::move(dictionary), GetPage()));
+    // It is kept with what it masks, but nothing draws it yet.
+    OnError(Error::UnimplementedTransparency);
     parser.SkipToObjectEnd();
 }
 

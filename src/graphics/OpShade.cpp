@@ -7,7 +7,8 @@ namespace Quillet {
 void OpShade::Execute(const ArgVec& args) const
 {
     CheckCall(OperatorCategory::Page, args, 1);
-    args.GetName(0);
+    // Nothing draws them yet.
+    Check(args.GetName(0).empty(), Error::UnimplementedShading);
 }
 
 } // namespace Quillet

@@ -120,6 +120,12 @@ TEST(InterpreterTest, LeavesOutStreamsWithAnUnknownFilter)
     }
 }
 
+TEST(InterpreterTest, ReportsShadingsThatNothingDraws)
+{
+    EXPECT_EQ(ContentRun("/S sh /S sh").GetErrors(), std::vector<int>(2, Error::UnimplementedShading));
+    EXPECT_EQ(ContentRun("sh").GetErrors(), std::vector<int>(2, c_general));
+}
+
 /// A form takes over the operators of the one before, which had a parser of its own.
 TEST(InterpreterTest, RunsFormsOneAfterTheOther)
 {
@@ -129,7 +135,7 @@ TEST(InterpreterTest, RunsFormsOneAfterTheOther)
     parts.objects = {PdfBuilder::MakeStream("/B Do BI /W 1 /H 1 /BPC 8 /CS /G ID E EI 1 0 0 rg 0 0 1 1 re f", box),
                      PdfBuilder::MakeStream("BI /W 1 /H 1 /BPC 8 /CS /G ID I EI 0 0 2 2 re f", box)};
     const ContentRun run("/A Do /A Do /B Do 0 0 3 3 re f", parts);
-    EXPECT_THAT(run.GetErrors(), IsEmpty());
+    EXPECT_THAT(run.GetErrors(), testing::Each(Error::UnimplementedFill)) << "of the images";
     int paths = 0;
     run.root->VisitSubGroups([&](GroupObject* group) {
         for (const auto& child : group->children)

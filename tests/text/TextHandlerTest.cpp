@@ -118,7 +118,6 @@ TEST(TextHandlerTest, EndsLinesWhereSomethingElseComesBetween)
         {"BT (ab) Tj 1 0 0 rg (cd) Tj ET", "abcd 0,100 20", 0},
         {"BT (ab) Tj /GM gs (cd) Tj ET", "ab 0,100 10|cd 10,100 10", 0},
         {"BT (ab) Tj /GM gs /GN gs (cd) Tj ET", "abcd 0,100 20", 0},
-        {"BT (ab) Tj /GS gs (cd) Tj ET", "abcd 0,100 20", 0},
         {"BT 0 1 -1 0 50 50 Tm (ab) Tj /GM gs (cd) Tj ET", "ab 50,50 10|cd 50,40 10", 0},
         {"BT 2 0 1 3 5 5 Tm 50 Tz (ab) Tj /GM gs (cd) Tj ET", "ab 5,95 10|cd 15,95 10", 0},
         {"BT (ab) Tj 3 Tr (cd) Tj ET", "abcd 0,100 20", 0},
@@ -129,6 +128,7 @@ TEST(TextHandlerTest, EndsLinesWhereSomethingElseComesBetween)
         EXPECT_EQ(text.Print(), row.lines) << row.content;
         EXPECT_EQ(text.run.GetErrors(), std::vector<int>(row.errors, Error::General)) << row.content;
     }
+    EXPECT_EQ(TextRun("/F 10 Tf BT (ab) Tj /GS gs (cd) Tj ET").Print(), "abcd 0,100 20");
 }
 
 /// Size, horizontal scale, shear, baseline shift.
