@@ -70,10 +70,14 @@ Json MakeColour(const Renderer::Colour& colour)
     Json values = Json::array();
     for (const double value : components.values)
         values.push_back(Tidy(value));
-    return {{"model", components.model},
-            {"values", std::move(values)},
-            {"alpha", Tidy(colour.GetAlpha())},
-            {"name", MakeText(colour.GetName())}};
+    Json json{{"model", components.model},
+              {"values", std::move(values)},
+              {"alpha", Tidy(colour.GetAlpha())},
+              {"name", MakeText(colour.GetName())}};
+    // Of a named colour, how it looks at this tint: who does not have the ink draws that.
+    const Renderer::Colour& plain = colour.GetPlain();
+    if (&plain != &colour) json["alternate"] = MakeColour(plain);
+    return json;
 }
 
 Json MakeFill(const Renderer::FillDescriptor& descriptor)

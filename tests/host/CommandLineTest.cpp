@@ -153,6 +153,21 @@ TEST_F(CommandLineTest, WritesTheTreeAsJson)
     EXPECT_NEAR(line["line"]["dashes"][0].get<double>() / width, 2, 1e-5);
 }
 
+TEST_F(CommandLineTest, WritesHowNamedColoursLook)
+{
+    folder.Put("FILE", MakePageBuilder("/C cs 1 scn 10 10 40 40 re f /R cs 1 scn 10 10 40 40 re f",
+                                       {.resources = "/ColorSpace << /C [/Separation /Gold /DeviceCMYK 5 0 R] "
+                                                     "/R [/Separation /All /DeviceCMYK 5 0 R] >>",
+                                        .objects = {"<< /FunctionType 2 /N 1 /Domain [0 1] /C0 [0 0 0 0] "
+                                                    "/C1 [0 0.25 1 0.5] >>"}})
+                           .Build());
+    ASSERT_EQ(Run({"convert", "FILE", "-o", "OUT.json"}), ExitDone) << problems;
+    const Json paths = Json::parse(folder.Read("OUT.json"))["pages"][0]["root"]["children"];
+    EXPECT_EQ(paths[0]["fill"]["colour"], Json::parse(R"({"model": "named", "values": [1], "alpha": 1, "name": "Gold",
+        "alternate": {"model": "cmyk", "values": [0, 0.25, 1, 0.5], "alpha": 1, "name": ""}})"));
+    EXPECT_FALSE(paths[1]["fill"]["colour"].contains("alternate"));
+}
+
 TEST_F(CommandLineTest, WritesSvgThatEditorsOpenWithItsStructure)
 {
     folder.Put("FILE", MakeSample().Build());
