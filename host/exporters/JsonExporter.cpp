@@ -76,7 +76,7 @@ Json MakeColour(const Renderer::Colour& colour)
               {"name", MakeText(colour.GetName())}};
     // Of a named colour, how it looks at this tint: who does not have the ink draws that.
     const Renderer::Colour& plain = colour.GetPlain();
-    if (&plain != &colour) json["alternate"] = MakeColour(plain);
+    if (&plain != &colour && Budget::Spend(Costs::c_jsonEntry)) json["alternate"] = MakeColour(plain);
     return json;
 }
 
