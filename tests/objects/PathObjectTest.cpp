@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 namespace Quillet::Test {
 namespace {
 
@@ -132,28 +130,6 @@ TEST(PathObject, OverlapsByTheStrokeOfALevelLine)
     object.lineStyleDescriptor = MakeLine(2);
     EXPECT_TRUE(object.PreciseOverlaps({0, 0, 10, 4.5}, 0));
     EXPECT_FALSE(object.PreciseOverlaps({0, 0, 10, 4}, 0));
-}
-
-TEST(PathObject, BoxesHoldTheMitresThatThereAre)
-{
-    // A roof with an angle of 60 degrees on the page: its mitre rises by the width, the rest by half of it.
-    const auto curve = Kernel::MakeCounted<Geometry::CurveDbl>();
-    curve->AddLine({0, 0}, {5, 10});
-    curve->AddNode({10, 0});
-    PathObject object(nullptr, Rect{}, nullptr);
-    object.path = Kernel::MakeCounted<Geometry::PolyCurveDbl>();
-    object.path->AddCurve(curve);
-    object.penDescriptor = MakePaint();
-    object.lineStyleDescriptor =
-        Kernel::MakeCounted<Renderer::LineStyleDescriptor>(Kernel::ConsolidateObjectPostAlloc(Renderer::LineStyle()));
-    const double height = 5 * std::sqrt(3.0);
-    object.SetTransform(Params::Scale(1, height / 10));
-    object.UpdateBBox();
-    EXPECT_EQ(object.transformedBBox.left, -0.5);
-    EXPECT_NEAR(object.transformedBBox.bottom, height + 1, 1e-9);
-    EXPECT_FALSE(object.PreciseIsContainedIn({-1, -1, 11, height + 0.9}, 0));
-    EXPECT_TRUE(object.PreciseOverlaps({0, height + 0.9, 10, 20}, 0));
-    EXPECT_FALSE(object.PreciseOverlaps({0, height + 1.1, 10, 20}, 0));
 }
 
 struct Painted
