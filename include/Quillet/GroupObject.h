@@ -56,6 +56,9 @@ public:
     void UpdateBBox() override;
     virtual bool IsLayer() const;
 
+    /// A group without children that is painted and clipped as this one.
+    Kernel::Counted<GroupObject> MakeTwin() const;
+
     void SetName(std::string newName) { name = std::move(newName); }
     void SetOpacity(double newOpacity) { opacity = newOpacity; }
     void SetIsIsolated(bool isolated) { isIsolated = isolated; }

@@ -116,8 +116,9 @@ bool FormXObject::Accept(Kernel::NonCounted<GraphicsStateStack> stack, bool noGr
 
 void FormXObject::Draw(GraphicsStateStack& stack, bool noGroup) const
 {
-    const Kernel::Counted<GroupObject> callersGroup = stack.GetTop().currentGroup;
     if (!noGroup) {
+        // Whatever the form leaves and closes that is not its own, the caller goes on where it was.
+        stack.Save();
         auto group = Kernel::MakeCounted<GroupObject>(stack.page);
         group->SetIsXObject(true);
         stack.GetTop().PushGroup(std::move(group));
@@ -136,8 +137,7 @@ void FormXObject::Draw(GraphicsStateStack& stack, bool noGroup) const
 
     stack.RestoreForXObject();
     stack.SetResources(callersResources);
-    // Whatever the form has left and closed that is not its own, the caller goes on where it was.
-    if (!noGroup) stack.GetTop().SetCurrentGroup(callersGroup);
+    if (!noGroup) stack.Restore();
 }
 
 } // namespace Quillet

@@ -7,7 +7,10 @@
 #include <Quillet/Budget.h>
 #include <Quillet/Page.h>
 
+#include <ranges>
+#include <unordered_map>
 #include <utility>
+#include <vector>
 
 namespace Quillet {
 
@@ -90,6 +93,34 @@ void GraphicsStateStack::RestoreForXObject()
 void GraphicsStateStack::FlushObjects()
 {
     textHandler->FlushText();
+}
+
+void GraphicsStateStack::PutLayer(const Kernel::Counted<GroupObject>& layer, const Kernel::Counted<GroupObject>& group)
+{
+    std::unordered_map<const GroupObject*, Kernel::Counted<GroupObject>> twins;
+    const auto getTwin = [&](const GroupObject* taken, const Kernel::Counted<GroupObject>& place) {
+        Kernel::Counted<GroupObject>& twin = twins[taken];
+        if (!twin && Budget::Spend(Limits::c_objectUnits)) {
+            twin = taken->MakeTwin();
+            place->Add(twin);
+        }
+        return twin ? twin : place;
+    };
+
+    Kernel::Counted<GroupObject> place = GetTop().currentGroup;
+    GetTop().SetCurrentGroup(group);
+    GetTop().AddObject(layer);
+    for (std::size_t i = states.size(); i-- > 0; place = i > 0 ? states[i - 1].currentGroup : nullptr) {
+        std::vector<const GroupObject*> taken;
+        const Object* above = place.Get();
+        for (; above && above != layer.Get() && above != group.Get(); above = above->parent.Get())
+            taken.push_back(above->AsGroup());
+        if (!Budget::Spend(Limits::c_operatorUnits * taken.size()) || above != layer.Get()) return;
+        place = group;
+        for (const GroupObject* inner : taken | std::views::reverse)
+            place = getTwin(inner, place);
+        states[i].SetCurrentGroup(place);
+    }
 }
 
 void GraphicsStateStack::SetResources(Kernel::Counted<const Resources> newResources)

@@ -46,6 +46,9 @@ public:
     void RestoreForXObject();
     /// Takes pending text into the tree.
     void FlushObjects();
+    /// Puts a layer behind what is left of `group`, out of which its content was taken. The top state goes on there;
+    /// states whose groups went with the content go on beside the layer, under the same clips.
+    void PutLayer(const Kernel::Counted<GroupObject>& layer, const Kernel::Counted<GroupObject>& group);
 
     GraphicsState& GetTop() { return states.back(); }
     const GraphicsState& GetTop() const { return states.back(); }

@@ -114,12 +114,11 @@ void OpEndMarkedContent::Execute(const ArgVec& args) const
     const Kernel::Counted<GroupObject> group = content.layer->AcquireMarkedContent(content.previousObject);
     if (!group) return;
     // An empty layer stays where the next object goes; a full one takes the place of what it took.
-    if (!content.layer->children.empty()) {
-        GetState().SetCurrentGroup(group);
-    } else if (!content.layer->IsLayer()) {
+    if (content.layer->children.empty()) {
+        if (content.layer->IsLayer()) GetState().AddObject(content.layer);
         return;
     }
-    GetState().AddObject(content.layer);
+    stack->PutLayer(content.layer, group);
 }
 
 } // namespace Quillet

@@ -112,6 +112,21 @@ Kernel::NonCounted<const Page> GroupObject::GetPage() const
     return page ? Kernel::NonCounted<const Page>(page) : Object::GetPage();
 }
 
+Kernel::Counted<GroupObject> GroupObject::MakeTwin() const
+{
+    auto twin = Kernel::MakeCounted<GroupObject>(page);
+    twin->SetTransform(transform);
+    twin->SetSoftMask(softMask);
+    twin->clipPath = clipPath;
+    twin->clipWinding = clipWinding;
+    twin->opacity = opacity;
+    twin->isIsolated = isIsolated;
+    twin->isKnockout = isKnockout;
+    twin->isXObject = isXObject;
+    twin->blendMode = blendMode;
+    return twin;
+}
+
 void GroupObject::Clear()
 {
     ReleaseChildren();

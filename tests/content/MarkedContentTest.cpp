@@ -20,13 +20,14 @@ PageParts MakeParts()
     PageParts parts;
     parts.entries = c_pageEntries;
     parts.resources = "/Properties << /A 5 0 R /B 6 0 R /M 7 0 R /N << /Type /OCG >> /Gone 99 0 R >> "
-                      "/XObject << /Open 8 0 R /Inner 9 0 R /Surplus 10 0 R >>";
+                      "/XObject << /Open 8 0 R /Inner 9 0 R /Surplus 10 0 R /Close 11 0 R >>";
     parts.objects = {"<< /Type /OCG /Name (A) >>",
                      "<< /Type /OCG /Name (B) >>",
                      "<< /Type /OCMD /OCGs [5 0 R] >>",
                      PdfBuilder::MakeStream("/OC /A BDC", "/Subtype /Form /BBox [0 0 300 100]"),
                      PdfBuilder::MakeStream(ExpandContent("<b>"), "/Subtype /Form /BBox [0 0 300 100]"),
-                     PdfBuilder::MakeStream(ExpandContent("<b> Q EMC"), "/Subtype /Form /BBox [0 0 300 100]")};
+                     PdfBuilder::MakeStream(ExpandContent("<b> Q EMC"), "/Subtype /Form /BBox [0 0 300 100]"),
+                     PdfBuilder::MakeStream(ExpandContent("<a> EMC <b>"), "/Subtype /Form /BBox [0 0 300 100]")};
     return parts;
 }
 
@@ -58,12 +59,20 @@ TEST(MarkedContentTest, CutsLayersOutOfTheTree)
         {"/OC /A BDC <a>", "(a)"},
         {"<a> /Open Do <b> EMC <c>", "(a F({}) [A: b] c)"},
         {"<a> /OC /A BDC /Inner Do EMC", "(a [A: F({b})])"},
+        // A layer that takes the clip it stands in leaves one like it to what follows, whatever state that is in.
+        {"<a> q <clip> /OC /A BDC <b> EMC <c> Q <d>", "(a [A: {b}] {c} d)"},
+        {"q <clip> /OC /A BDC <b> EMC <c> /OC /B BDC <d> EMC <e> Q", "([A: {b}] {c [B: d] e})"},
+        {"q <clip> /OC /A BDC <b> EMC /OC /B BDC <d> EMC <e> Q", "([A: {b}] [B: {d}] {e})"},
+        {"q <clip> /OC /A BDC <clip> <b> EMC <c> Q", "([A: {{b}}] {{c}})"},
+        {"/OC /A BDC q <clip> <b> EMC <c> Q <d>", "([A: {b}] {c} d)"},
+        {"q <clip> q /OC /A BDC <b> q <clip> <c> EMC <d> Q <e> Q <f> Q <g>", "([A: {b {c}}] {{d} e f} g)"},
+        {"q <clip> /OC /A BDC /Close Do <b> Q <c>", "([A: {F({a})}] {F({b}) b} c)"},
         // Nothing that makes a layer; all of it in balance.
         {"/OC /A BDC /OC /M BDC <a> EMC /OC /N BDC <b> EMC /OC /Gone BDC <c> EMC /OC /No BDC <d> EMC EMC",
          "([A: a b c d])"},
         // A form that leaves its own state closes the layer in its caller's; what follows is not lost.
-        {"<a> /OC /A BDC /Surplus Do <c> <d>", "(a [A: F({b})] c d)"},
-        {"/OC /A BDC /Surplus Do <clip> <c>", "([A: F({b})] {c})"},
+        {"<a> /OC /A BDC /Surplus Do <c> <d>", "(a [A: F({b})] F() c d)"},
+        {"/OC /A BDC /Surplus Do <clip> <c>", "([A: F({b})] F() {c})"},
         {"/OC /A BDC /Other /B BDC <a> EMC /OC << /Type /OCG /Name (X) >> BDC <b> EMC EMC", "([A: a b])"},
     };
     for (const Case& c : cases) {
