@@ -3,11 +3,13 @@
 #include "document/Dictionary.h"
 #include "document/Guard.h"
 #include "document/Limits.h"
+#include "fonts/StandardCMaps.h"
 #include "filters/Stream.h"
 
 #include <Quillet/Budget.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace Quillet {
 
@@ -56,26 +58,38 @@ Kernel::Counted<const FontEncoding> CMapInterpreter::GetEncoding(const Ref& ref)
     return interpreter.encoding;
 }
 
-void CMapInterpreter::UseBase(const Ref& base)
+void CMapInterpreter::UseBase(Dictionary& dictionary)
 {
+    if (!dictionary.DictionarySeek("UseCMap")) return;
+    dictionary.NextToken();
+    const Kernel::Counted<Parser> value = dictionary.OptionalDereference();
+    if (value->tokenType == Token::TokenName) return UseStandard(value->GetTokenName());
+    const Ref base = dictionary.GetRef("UseCMap");
     const Guard::Descent descent;
     Guard::Walk walk(Guard::Way::CMaps, base);
     // One that is being read, for itself or for one that uses it, cannot be used in turn.
     if (base.IsNull() || !descent || Budget::IsSpent() || !walk.Enter(base)) return;
-    const auto used = GetEncoding(base);
-    if (!used || !Budget::Spend(Limits::c_rangeUnits * used->mapRanges.size())) return;
-    encoding = Kernel::MakeCounted<FontEncoding>(*used);
+    hasBase = true;
+    if (const auto used = GetEncoding(base)) encoding->AddBase(*used);
 }
 
-CMapInterpreter::CMapInterpreter(const Ref& ref) : ErrorForwarder(ref.GetErrorHandler())
+void CMapInterpreter::UseStandard(const std::string& name)
+{
+    if (std::exchange(hasBase, true)) return;
+    const auto used = GetStandardCMap(name);
+    // A name that nobody knows is no reason to take codes for characters.
+    if (used != MakeIdentityCMap() || name.starts_with("Identity")) encoding->AddBase(*used);
+}
+
+CMapInterpreter::CMapInterpreter(const Ref& ref)
+    : ErrorForwarder(ref.GetErrorHandler()), encoding(Kernel::MakeCounted<FontEncoding>()), isEmbedded(true)
 {
     Guard::Walk walk(Guard::Way::CMaps, ref);
     walk.Enter(ref);
     // Files write "CMap", so that this records a fault for most of them, which does no harm.
     const auto dictionary = Kernel::MakeCounted<Dictionary>(ref, "Cmap", Error::General);
-    UseBase(dictionary->GetRef("UseCMap"));
-    if (!encoding) encoding = Kernel::MakeCounted<FontEncoding>();
     encoding->SetErrorHandler(GetErrorHandler());
+    UseBase(*dictionary);
     parser = Kernel::MakeCounted<Parser>(Kernel::MakeCounted<Stream>(dictionary));
     Interpret();
 }
@@ -152,8 +166,11 @@ void CMapInterpreter::Execute(const std::string& op, const ArgVec& args)
     if (op == "def") OnDef(args);
     if (op == "endbfchar" || op == "endbfcid") OnEndBfChar(args);
     if (op == "endbfrange" || op == "endcidrange") OnEndBfRange(args);
+    if (op == "endcidchar") OnEndCidChar(args);
     if (op == "endcodespacerange") OnEndCodeSpaceRange(args);
     if (op == "usefont") currentFont = args.GetInt(0);
+    // Those of the machine are whole, and are read one at a time.
+    if (op == "usecmap" && isEmbedded) UseStandard(args.GetName(0));
 }
 
 void CMapInterpreter::OnDef(const ArgVec& args)
@@ -184,6 +201,14 @@ void CMapInterpreter::OnEndBfChar(const ArgVec& args)
         // White space that moves the pen elsewhere is a space in a font.
         if (HasControl(sequence)) sequence = CodeSequence(U' ');
         encoding->AddMapRange(code, code, sequence);
+    }
+}
+
+void CMapInterpreter::OnEndCidChar(const ArgVec& args)
+{
+    for (int i = 0; i + 1 < args.count; i += 2) {
+        const int code = static_cast<int>(GetCode(args.GetStringBuf(i)));
+        encoding->AddMapRange(code, code, GetCodeSequence(args, i + 1));
     }
 }
 

@@ -12,6 +12,7 @@
 
 namespace Quillet {
 
+class Dictionary;
 class Parser;
 class PdfSource;
 
@@ -32,14 +33,20 @@ public:
     Kernel::Counted<FontEncoding> encoding;
     /// Of the code space ranges that follow.
     int currentFont = 0;
+    /// A CMap uses one other at most.
+    bool hasBase = false;
+    bool isEmbedded = false;
 
 private:
-    void UseBase(const Ref& base);
+    /// Takes the CMap that the dictionary of the stream names or refers to.
+    void UseBase(Dictionary& dictionary);
+    void UseStandard(const std::string& name);
     void Interpret();
     bool ParseObject(ArgVec& args, std::string& op);
     void Execute(const std::string& op, const ArgVec& args);
     void OnDef(const ArgVec& args);
     void OnEndBfChar(const ArgVec& args);
+    void OnEndCidChar(const ArgVec& args);
     void OnEndBfRange(const ArgVec& args);
     void OnEndCodeSpaceRange(const ArgVec& args);
 };

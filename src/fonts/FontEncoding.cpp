@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace Quillet {
 
@@ -25,6 +26,7 @@ bool Continues(const MapRange& range, const MapRange& next)
 
 void FontEncoding::AddCodeSpaceRange(int byteCount, int fontIndex, unsigned low, unsigned high)
 {
+    if (std::exchange(isCodeSpaceAssumed, false)) codeSpaceRanges.clear();
     if (codeSpaceRanges.size() < Limits::c_maxCodeSpaceRanges)
         codeSpaceRanges.push_back({low, high, byteCount, fontIndex});
 }
@@ -49,6 +51,21 @@ void FontEncoding::AddMapRange(int first, int last, const CodeSequence& sequence
         }
     }
     InsertMapRange({first, last, sequence});
+}
+
+void FontEncoding::AddBase(const FontEncoding& base)
+{
+    if (!Budget::Spend(Limits::c_rangeUnits * base.mapRanges.size())) return;
+    if (registry.empty() && ordering.empty()) {
+        registry = base.registry;
+        ordering = base.ordering;
+    }
+    const auto own = std::exchange(mapRanges, base.mapRanges);
+    for (const auto& [first, range] : own)
+        AddMapRange(range.first, range.last, range.sequence);
+    if (base.isCodeSpaceAssumed) return;
+    for (const CodeSpaceRange& range : base.codeSpaceRanges)
+        AddCodeSpaceRange(range.byteCount, range.fontIndex, range.low, range.high);
 }
 
 void FontEncoding::InsertMapRange(MapRange range)
@@ -77,7 +94,10 @@ void FontEncoding::AddUndefinedMaps(int first, int last, char32_t character)
 
 void FontEncoding::OnComplete()
 {
-    if (codeSpaceRanges.empty()) AddCodeSpaceRange(1, 0, 0, 0);
+    if (codeSpaceRanges.empty()) {
+        AddCodeSpaceRange(1, 0, 0, 0);
+        isCodeSpaceAssumed = true;
+    }
     std::ranges::stable_sort(codeSpaceRanges, {}, &CodeSpaceRange::byteCount);
     for (int code = 0; code < c_lookupSize; ++code)
         lookup[static_cast<std::size_t>(code)] = GetMappedSequenceSlow(code);

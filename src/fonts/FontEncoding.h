@@ -56,6 +56,9 @@ public:
     /// Overrides what was there. A range that ends before it starts is none; a negative start raises `general` and
     /// becomes 0.
     void AddMapRange(int first, int last, const CodeSequence& sequence);
+    /// Adds the codes and the mappings of another encoding below those that are there, and its collection if there is
+    /// none.
+    void AddBase(const FontEncoding& base);
     /// Maps the codes that nothing maps yet.
     void AddUndefinedMaps(int first, int last, char32_t character);
     void OnComplete();
@@ -98,6 +101,8 @@ private:
     void InsertMapRange(MapRange range);
     const MapRange* FindRange(int code) const;
 
+    /// Nothing said what the codes are: what stands for it ends when something does.
+    bool isCodeSpaceAssumed = false;
     std::array<CodeSequence, c_lookupSize> lookup;
 };
 

@@ -69,8 +69,11 @@ TEST(CMapTest, ReadsMappings)
         {"<41> <42> <00660069> endbfrange", {{0x41, {'f', 'i'}}, {0x42, {'f', 'j'}}}},
         {"<41> <43> [<0061> 98 <00660069>] <50> <50> <0070> endbfrange",
          {{0x41, {'a'}}, {0x42, {'b'}}, {0x43, {'f', 'i'}}, {0x50, {'p'}}}},
-        {"<41> 5 endcidchar", {{0x41, {0}}}},
-        {"<41> <0061> /Other usecmap <42> <0062> endbfchar", {{0x41, {0}}, {0x42, {'b'}}}},
+        {"<41> 5 <42> 9 endcidchar", {{0x41, {5}}, {0x42, {9}}}},
+        {"/Other usecmap <42> <0062> endbfchar", {{0x41, {0}}, {0x42, {'b'}}}},
+        {"/Identity-H usecmap <42> <0062> endbfchar", {{0x41, {0x41}}, {0x42, {'b'}}}},
+        {"<43> <0063> endbfchar /H usecmap <2121> 7 endcidchar /V usecmap",
+         {{0x43, {'c'}}, {0x2121, {7}}, {0x2122, {634}}}},
         {"<< /A <41> >> <41> <0061> endbfchar", {{0x41, {'a'}}}},
         {"<8140> <0061> endbfchar <00> <7FFFFFFF> 7 endcidrange <8140> <0062> endbfchar",
          {{0x8140, {'b'}}, {0x7FFFFFFF, {0x80000006}}}},
@@ -147,6 +150,17 @@ TEST(CMapTest, BuildsOnOthers)
     EXPECT_EQ(based.Get(0x42), Characters{'y'});
     EXPECT_EQ(based.encoding->registry, "A");
     EXPECT_EQ(based.encoding->codeSpaceRanges.size(), 1U);
+    // What is assumed of a CMap that has no codes is nothing to build on.
+    const CMapFile assumed(own + " <4100> <42FF> endcodespacerange", "/UseCMap 6 0 R",
+                           {makeUsing("<4142> <0078> endbfchar", "")});
+    EXPECT_EQ(assumed.Get(0x4142), Characters{'x'});
+    ASSERT_EQ(assumed.encoding->codeSpaceRanges.size(), 1U);
+    EXPECT_EQ(assumed.encoding->codeSpaceRanges[0].byteCount, 2);
+    const CMapFile named("<2121> 7 endcidchar /V usecmap", "/UseCMap /H");
+    EXPECT_EQ(named.Get(0x2121), Characters{7});
+    EXPECT_EQ(named.Get(0x2122), Characters{634});
+    EXPECT_EQ(named.encoding->ordering, "Japan1");
+    EXPECT_EQ(named.encoding->codeSpaceRanges.size(), 1U);
     EXPECT_THAT(based.GetErrors(), IsEmpty());
     // The other stays as it is.
     const auto other = CMapInterpreter::GetEncoding(based.document.GetRef(6));
@@ -162,7 +176,7 @@ TEST(CMapTest, BuildsOnOthers)
     EXPECT_EQ(cycle.Get(0x41), Characters{'a'});
     EXPECT_EQ(cycle.Get(0x42), Characters{'b'});
     EXPECT_EQ(cycle.Get(0x43), Characters{'c'});
-    for (const char* entries : {"/UseCMap 99 0 R", "/UseCMap /Identity-H", "/UseCMap 1 0 R", "/UseCMap null"})
+    for (const char* entries : {"/UseCMap 99 0 R", "/UseCMap /Nothing", "/UseCMap 1 0 R", "/UseCMap null"})
         EXPECT_EQ(CMapFile(own, entries).Get(0x41), Characters{'a'}) << entries;
 }
 
