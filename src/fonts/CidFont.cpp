@@ -37,8 +37,9 @@ Kernel::Counted<const CidFont> CidFont::Make(const Ref& ref, const Kernel::Count
 
 CidFont::CidFont(const Kernel::Counted<Dictionary>& dictionary) : InstallableFont(*dictionary)
 {
-    ReadMetrics(*dictionary);
+    // The default width of the font counts, not that of its descriptor, which is one of simple fonts.
     ReadDescriptor(*dictionary);
+    ReadMetrics(*dictionary);
     ReadEncoding(dictionary);
     if (isAvailable) return;
     const bool isEven = std::ranges::all_of(

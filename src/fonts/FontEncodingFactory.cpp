@@ -14,6 +14,8 @@
 #include <functional>
 #include <limits>
 #include <mutex>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 
 namespace Quillet {
@@ -25,6 +27,40 @@ using namespace FontEncodingType;
 
 constexpr char32_t c_bullet = 0x2022;
 constexpr int c_maxCode = 255;
+/// Codes of WinAnsiEncoding from here on that have no glyph show a bullet (ISO 32000-2, D.2, note 3).
+constexpr int c_firstBullet = 40;
+
+/// Second codes of a glyph, which stand in the notes to the table (ISO 32000-2, D.2).
+struct SecondCode
+{
+    int column;
+    unsigned char code;
+    const char* name;
+};
+
+constexpr SecondCode c_secondCodes[] = {{LatinEncoding::c_winAnsi, 160, "space"},
+                                        {LatinEncoding::c_winAnsi, 173, "hyphen"},
+                                        {LatinEncoding::c_macRoman, 202, "space"}};
+
+/// Calls `visit` with each code and glyph name of a column of the Latin table.
+template <typename Visit>
+void VisitLatin(int column, Visit visit)
+{
+    for (const LatinEncoding& row : c_latinEncodings) {
+        if (row.codes[column] != 0) visit(row.codes[column], row.name);
+    }
+    for (const SecondCode& second : c_secondCodes) {
+        if (second.column == column) visit(second.code, second.name);
+    }
+}
+
+template <typename Visit>
+void VisitSingle(std::span<const SingleEncoding> rows, Visit visit)
+{
+    for (const SingleEncoding& row : rows) {
+        if (row.code != 0) visit(row.code, row.name);
+    }
+}
 
 Encoding MakeIdentity()
 {
@@ -60,6 +96,52 @@ int FindCode(Type type, const std::string& name)
     const auto found =
         std::ranges::find_if(c_latinEncodings, [&name](const LatinEncoding& row) { return name == row.name; });
     return found == c_latinEncodings.end() ? 0 : found->codes[type - FontEncodingStandard];
+}
+
+/// The glyph of each code; null where there is none.
+using GlyphNames = std::array<const char*, c_maxCode + 1>;
+
+GlyphNames GetGlyphNames(Type type)
+{
+    GlyphNames names{};
+    const auto set = [&names](int code, const char* name) { names[static_cast<std::size_t>(code)] = name; };
+    switch (type) {
+    case FontEncodingIdentity:
+        break;
+    case FontEncodingWinAnsi:
+        std::fill(names.begin() + c_firstBullet, names.end(), "bullet");
+        [[fallthrough]];
+    case FontEncodingStandard:
+    case FontEncodingMacRoman:
+        VisitLatin(type - FontEncodingStandard, set);
+        break;
+    case FontEncodingMacExpert:
+        VisitSingle(c_macExpertEncoding, set);
+        break;
+    case FontEncodingSymbol:
+        VisitSingle(c_symbolEncoding, set);
+        break;
+    case FontEncodingZapfDingbats:
+        VisitSingle(c_zapfDingbatsEncoding, set);
+        break;
+    }
+    return names;
+}
+
+/// Takes the widths of a standard font by the codes of its own encoding and leaves them by those of another. A code
+/// whose glyph the font lacks keeps the width that it has in the font's own.
+void OrderWidths(std::vector<double>& widths, Type type, const StandardFontMetrics& metrics)
+{
+    if (type == FontEncodingIdentity || type == FontEncodingFactory::GetDefaultId(metrics.name, false)) return;
+    std::unordered_map<std::string_view, double> byName;
+    for (const StandardGlyph& glyph : metrics.glyphs)
+        byName.emplace(glyph.name, glyph.width);
+    const GlyphNames names = GetGlyphNames(type);
+    widths.resize(std::max(widths.size(), names.size()));
+    for (std::size_t code = 0; code < names.size(); ++code) {
+        if (!names[code]) continue;
+        if (const auto found = byName.find(names[code]); found != byName.end()) widths[code] = found->second;
+    }
 }
 
 /// Calls `visit` with each code and name of a "Differences" array; false if there is none.
@@ -99,10 +181,10 @@ Kernel::Counted<FontEncoding> MakeLatinTable(const char* name, int column)
 {
     auto encoding = Kernel::MakeCounted<FontEncoding>(name);
     encoding->AddByteCodeSpaceRange();
-    for (const LatinEncoding& row : c_latinEncodings) {
-        if (row.codes[column] != 0) encoding->AddMap(row.codes[column], GetUnicodeFromAdobeName(row.name, false));
-    }
-    if (column == LatinEncoding::c_winAnsi) encoding->AddUndefinedMaps(40, c_maxCode, c_bullet);
+    VisitLatin(column, [&](int code, const char* glyph) {
+        encoding->AddMap(code, GetUnicodeFromAdobeName(glyph, false));
+    });
+    if (column == LatinEncoding::c_winAnsi) encoding->AddUndefinedMaps(c_firstBullet, c_maxCode, c_bullet);
     encoding->OnComplete();
     return encoding;
 }
@@ -112,9 +194,9 @@ Kernel::Counted<FontEncoding> MakeSingleTable(const char* name, std::span<const 
     auto encoding = Kernel::MakeCounted<FontEncoding>(name);
     encoding->AddByteCodeSpaceRange();
     const bool isZapfDingbats = std::string_view(name) == "ZapfDingbats";
-    for (const SingleEncoding& row : rows) {
-        if (row.code != 0) encoding->AddMap(row.code, GetUnicodeFromAdobeName(row.name, isZapfDingbats));
-    }
+    VisitSingle(rows, [&](int code, const char* glyph) {
+        encoding->AddMap(code, GetUnicodeFromAdobeName(glyph, isZapfDingbats));
+    });
     encoding->OnComplete();
     return encoding;
 }
@@ -219,6 +301,7 @@ void FontEncodingFactory::ApplyEncodingToWidths(std::vector<double>& widths, con
     const auto dictionary = MakeDictionary(ref);
     const Type base = GetBaseId(*dictionary, fontName, isSymbolic);
     const StandardFontMetrics* metrics = GetStandardFontMetrics(fontName);
+    if (metrics) OrderWidths(widths, base, *metrics);
     std::vector<double> result = widths;
     const bool hasDifferences = VisitDifferences(*dictionary, [&](long long code, const std::string& name) {
         if (code < 0 || code > c_maxCode) return;
@@ -237,6 +320,13 @@ void FontEncodingFactory::ApplyEncodingToWidths(std::vector<double>& widths, con
     if (hasDifferences) widths = std::move(result);
 }
 
+void FontEncodingFactory::ApplyNamedEncodingToWidths(std::vector<double>& widths, const std::string& encodingName,
+                                                     const std::string& fontName, bool isSymbolic)
+{
+    const StandardFontMetrics* metrics = GetStandardFontMetrics(fontName);
+    if (metrics) OrderWidths(widths, GetNamedId(encodingName, fontName, isSymbolic), *metrics);
+}
+
 namespace {
 
 Encoding ReadFromOs(const Kernel::Font& font)
@@ -248,7 +338,9 @@ Encoding ReadFromOs(const Kernel::Font& font)
     encoding->AddCodeSpaceRange(2, 0, 0, 0xFFFF);
     for (const Kernel::UnicodeCmap::Range& range : cmap->GetRanges()) {
         for (char32_t character = range.first; character <= range.last; ++character) {
-            if (const int glyph = cmap->GetGlyphIndex(character); glyph != 0) encoding->AddMap(glyph, character);
+            const int glyph = cmap->GetGlyphIndex(character);
+            // A glyph with several characters is the first of them: a space before a no-break space.
+            if (glyph != 0 && !encoding->ContainsMappingFor(glyph)) encoding->AddMap(glyph, character);
         }
     }
     encoding->OnComplete();

@@ -56,6 +56,9 @@ public:
     /// Takes the widths of a standard font by its own encoding; leaves them by the codes of the differences.
     static void ApplyEncodingToWidths(std::vector<double>& widths, const Ref& ref, const std::string& fontName,
                                       bool isSymbolic);
+    /// The same for an encoding that is given by name.
+    static void ApplyNamedEncodingToWidths(std::vector<double>& widths, const std::string& encodingName,
+                                           const std::string& fontName, bool isSymbolic);
 
     /// From glyph numbers to characters, as the machine's font has them; null if the machine lacks it. The last ones
     /// are kept.

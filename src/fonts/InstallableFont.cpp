@@ -33,6 +33,8 @@ struct StyleWord
     int width = 0;
 };
 
+constexpr int c_regular = 400;
+
 const StyleWord c_styleWords[] = {
     {{"mt"}},
     {{"semibold", "demibold"}, 600},
@@ -42,7 +44,7 @@ const StyleWord c_styleWords[] = {
     {{"bold", "bd"}, 700},
     {{"thin", "th"}, 100},
     {{"light"}, 300},
-    {{"regular", "book"}, 400},
+    {{"regular", "book"}, c_regular},
     {{"medium", "md"}, 500},
     {{"heavy", "hv"}, 900},
     {{"black"}, 900},
@@ -172,13 +174,20 @@ void InstallableFont::GuessStyle(const Kernel::FontMap* fontMap)
     if (requestedFont.IsEmpty()) return;
     // The style often is what stands behind the hyphen, and has been cut off the name to ask for.
     const std::string& name = requestedFont.postscriptName;
-    if (documentName.starts_with(name)) GuessStyleFrom(documentName.substr(name.size()));
-    GuessStyleFrom(name);
+    const int named = GuessStyleFrom(name);
+    const int weight = documentName.starts_with(name) ? GuessStyleFrom(documentName.substr(name.size())) : 0;
+    // The name of a family may have a word for a weight too, as that of a schoolbook has, which the style overrides.
+    if (weight == 0 || (weight == c_regular && named != 0)) {
+        if (named != 0) requestedFont.SetWeight(named);
+    } else {
+        requestedFont.SetWeight(weight);
+    }
     UpdateEffectiveFont(fontMap);
 }
 
-void InstallableFont::GuessStyleFrom(std::string name)
+int InstallableFont::GuessStyleFrom(std::string name)
 {
+    int weight = 0;
     if (name.size() > Limits::c_maxStyleLength) name.erase(0, name.size() - Limits::c_maxStyleLength);
     name = Kernel::ToLowerCase(std::move(name));
     for (std::size_t length = name.size() + 1; name.size() < length;) {
@@ -187,12 +196,14 @@ void InstallableFont::GuessStyleFrom(std::string name)
             const bool isFound = std::ranges::any_of(
                 word.suffixes, [&name](std::string_view suffix) { return StripSuffix(name, suffix); });
             if (!isFound) continue;
-            if (word.weight != 0) requestedFont.SetWeight(word.weight);
+            // A regular bold is bold.
+            if (word.weight != 0 && (weight == 0 || word.weight != c_regular)) weight = word.weight;
             if (word.isItalic) requestedFont.SetIsItalic(true);
             if (word.width != 0) requestedFont.SetWidth(static_cast<Kernel::FontWidth::Type>(word.width));
         }
     }
     if (name.find("condensed") != name.npos) requestedFont.SetWidth(Kernel::FontWidth::Condensed);
+    return weight;
 }
 
 void InstallableFont::UpdateEffectiveFont(const Kernel::FontMap* fontMap)

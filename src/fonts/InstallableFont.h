@@ -56,7 +56,8 @@ private:
     bool StripMultipleMasterSuffix();
     bool TryParsePostscriptName();
     void GuessStyle(const Kernel::FontMap* fontMap);
-    void GuessStyleFrom(std::string name);
+    /// Takes the slant and the width from the words at the end of a name; the answer is the weight, 0 for none.
+    int GuessStyleFrom(std::string name);
     void ReadStyle(const Ref& ref);
     void SetIsScript();
     void Use(const Kernel::Font& closest);

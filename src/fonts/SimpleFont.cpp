@@ -47,12 +47,20 @@ void SimpleFont::Read(const Kernel::Counted<Dictionary>& dictionary)
     ReadMetrics(dictionary);
     ReadEncoding(dictionary);
     UpdateIsSpaceDefined();
-    if (!isAvailable) UpdateEffectiveFont(GetFontMap(dictionary->object));
+    if (isAvailable) return;
+    UpdateEffectiveFont(GetFontMap(dictionary->object));
+    if (!dictionary->Has("Widths") && !FindStandardMetrics() && subtype != "Type3") ReadWidthsFromStandIn();
+}
+
+const StandardFontMetrics* SimpleFont::FindStandardMetrics() const
+{
+    const StandardFontMetrics* metrics = GetStandardFontMetrics(documentName);
+    return metrics ? metrics : GetStandardFontMetrics(requestedFont.postscriptName);
 }
 
 void SimpleFont::ReadMetricsFromStandard()
 {
-    const StandardFontMetrics* metrics = GetStandardFontMetrics(documentName);
+    const StandardFontMetrics* metrics = FindStandardMetrics();
     if (!metrics) return;
     SetFlags(metrics->flags);
     widths.clear();
@@ -76,6 +84,21 @@ void SimpleFont::ReadWidthsFromHost()
     missingWidth = widths[32];
 }
 
+void SimpleFont::ReadWidthsFromStandIn()
+{
+    const auto metrics = Renderer::FontMetrics::Make(effectiveFont);
+    const auto measure = [&metrics](char32_t character) { return metrics->GetGlyphMetrics(character).advance * 1000; };
+    if (missingWidth == 0) missingWidth = measure(U' ');
+    widths.assign(256, missingWidth);
+    for (std::size_t code = 0; code < widths.size(); ++code) {
+        const CodeSequence sequence = DecodeChar(static_cast<int>(code));
+        if (!sequence.IsGood()) continue;
+        widths[code] = 0;
+        for (std::size_t i = 0; i < sequence.count; ++i)
+            widths[code] += measure(sequence.values[i]);
+    }
+}
+
 void SimpleFont::ReadMetrics(const Kernel::Counted<Dictionary>& dictionary)
 {
     ReadMetricsFromStandard();
@@ -88,14 +111,17 @@ void SimpleFont::ReadMetrics(const Kernel::Counted<Dictionary>& dictionary)
         widths.resize(std::min<std::size_t>(widths.size(), Limits::c_maxFontCodes));
         Budget::Spend(widths.size() * sizeof(double));
     } else {
-        if (!GetStandardFontMetrics(documentName)) {
+        const StandardFontMetrics* metrics = FindStandardMetrics();
+        if (!metrics) {
             dictionary->OnError(Error::UnimplementedTextEncoding);
             ReadWidthsFromHost();
         }
+        const std::string name = metrics ? metrics->name : documentName;
         const auto value = OpenValue(dictionary, "Encoding");
         if (value && value->tokenType == Token::TokenDictStart) {
-            FontEncodingFactory::ApplyEncodingToWidths(widths, dictionary->GetRef("Encoding"), documentName,
-                                                       IsSymbolic());
+            FontEncodingFactory::ApplyEncodingToWidths(widths, dictionary->GetRef("Encoding"), name, IsSymbolic());
+        } else if (value && value->tokenType == Token::TokenName) {
+            FontEncodingFactory::ApplyNamedEncodingToWidths(widths, value->GetTokenName(), name, IsSymbolic());
         }
     }
     ReadDescriptor(*dictionary);

@@ -8,6 +8,8 @@
 
 namespace Quillet {
 
+struct StandardFontMetrics;
+
 /// A font with codes of one byte (ISO 32000-2, 9.6).
 class QUILLET_API SimpleFont : public InstallableFont
 {
@@ -40,7 +42,11 @@ protected:
     void Read(const Kernel::Counted<Dictionary>& dictionary);
 
 private:
+    /// By the file's name, or by the one that is asked for; null if neither is one of a standard font.
+    const StandardFontMetrics* FindStandardMetrics() const;
     void ReadWidthsFromHost();
+    /// A width for each code, by the font in which text will be shown.
+    void ReadWidthsFromStandIn();
     void ReadMetrics(const Kernel::Counted<Dictionary>& dictionary);
     void GuessMonospaced();
     void ReadEncoding(const Kernel::Counted<Dictionary>& dictionary);

@@ -240,6 +240,8 @@ TEST(FontEncodingTest, BuiltInOnesMapAsPublished)
         {FontEncodingWinAnsi, 39, '\''},       {FontEncodingWinAnsi, 31, 0},
         {FontEncodingWinAnsi, 127, 0x2022},    {FontEncodingWinAnsi, 0x80, 0x20AC},
         {FontEncodingWinAnsi, 0x81, 0x2022},   {FontEncodingWinAnsi, 0xC8, 0xC8},
+        {FontEncodingWinAnsi, 0xA0, ' '},      {FontEncodingWinAnsi, 0xAD, '-'},
+        {FontEncodingMacRoman, 0xCA, ' '},     {FontEncodingStandard, 0xA0, 0},
         {FontEncodingMacExpert, 0x21, 0xF721}, {FontEncodingSymbol, 0x61, 0x3B1},
         {FontEncodingSymbol, 0xA0, 0x20AC},    {FontEncodingZapfDingbats, 0x21, 0x2701},
     };
@@ -312,8 +314,11 @@ TEST(FontEncodingFactoryTest, ReadsGlyphNumbersByTheFontOfTheMachine)
         std::snprintf(name, sizeof name, format, static_cast<unsigned>(cmap->GetGlyphIndex(U'\u00E9')));
         EXPECT_EQ(FontEncodingFactory::GetUnicodeFromGlyphIndex(name, font, &cache), U'\u00E9') << name;
     }
-    EXPECT_TRUE(cache);
+    ASSERT_TRUE(cache);
     EXPECT_EQ(FontEncodingFactory::GetFromOs(font), cache);
+    // Glyphs with several characters are the first of them: this font has a no-break space and a soft hyphen, too.
+    for (const char32_t character : {U' ', U'-', U'\u03A9'})
+        EXPECT_EQ(cache->GetMappedSequence(cmap->GetGlyphIndex(character)).values[0], character);
     for (const char* name : {"", "g", "gx", "h24", "gFFFF", "gFFFFFFFFFFFFFFFF"})
         EXPECT_EQ(FontEncodingFactory::GetUnicodeFromGlyphIndex(name, font, &cache), 0U) << name;
     font.SetPostscriptName("Nofont");
@@ -376,7 +381,12 @@ TEST(FontEncodingFactoryTest, MovesWidthsToTheCodesOfTheDifferences)
     const auto unknown = apply(swapped, "Nofont", true);
     EXPECT_EQ(unknown[65], 100);
     EXPECT_EQ(unknown.size(), 202U);
-    EXPECT_EQ(apply("<< /BaseEncoding /WinAnsiEncoding >>", "Helvetica", false), standard);
+    EXPECT_EQ(apply("<< /BaseEncoding /WinAnsiEncoding >>", "Nofont", false), standard);
+    // By the glyphs of the base, and the differences by those.
+    const auto ansi = apply("<< /BaseEncoding /WinAnsiEncoding /Differences [65 /eacute] >>", "Helvetica", false);
+    EXPECT_EQ(ansi.at(0xE9), 556);
+    EXPECT_EQ(ansi[65], 556);
+    EXPECT_EQ(ansi['%'], 889);
     EXPECT_EQ(apply("<< /Differences [65 /beta] >>", "Symbol", false)[65], 100);
     standard.clear();
     EXPECT_THAT(apply("<< /Differences [3 /A] >>", "Nofont", false), Each(0.0));

@@ -157,20 +157,68 @@ TEST(FontTest, StandardFontsNeedNoWidths)
         {"/BaseFont /Helvetica /Encoding << /Differences [65 /i] >>", 'A', 222},
         {"/BaseFont /Helvetica /Encoding << /Differences [65 /Euro] >>", 'A', 556},
         {"/BaseFont /Helvetica /FirstChar 65 /Widths [123]", 'A', 123},
+        // By the glyphs of the encoding, where that is not the font's own.
+        {"/BaseFont /Helvetica /Encoding /WinAnsiEncoding", 0xE9, 556},
+        {"/BaseFont /Helvetica /Encoding /WinAnsiEncoding", 0x92, 222},
+        {"/BaseFont /Helvetica /Encoding /WinAnsiEncoding", 0xA0, 278},
+        {"/BaseFont /Helvetica /Encoding /WinAnsiEncoding", 0xAD, 333},
+        {"/BaseFont /Helvetica /Encoding /WinAnsiEncoding", 0x81, 350},
+        {"/BaseFont /Helvetica /Encoding /MacRomanEncoding", 0x8E, 556},
+        {"/BaseFont /Helvetica /Encoding /MacRomanEncoding", 0xCA, 278},
+        {"/BaseFont /Helvetica /Encoding << /BaseEncoding /WinAnsiEncoding >>", 0xE9, 556},
+        {"/BaseFont /Helvetica /Encoding << /BaseEncoding /WinAnsiEncoding /Differences [65 /eacute] >>", 'A', 556},
+        {"/BaseFont /Symbol /Encoding /WinAnsiEncoding", 'a', 631},
+        {"/BaseFont /Symbol /Encoding /WinAnsiEncoding", '+', 549},
+        // The file's name comes before the one that is asked for.
+        {"/BaseFont /Times-Bold-Nothing", 'A', 722},
     };
     for (const auto& row : rows) {
         const FontFile file(std::string("/Subtype /Type1 ") + row.entries);
         EXPECT_EQ(file.GetSimple()->widths.at(static_cast<std::size_t>(row.code)), row.width) << row.entries;
         EXPECT_THAT(file.GetErrors(), IsEmpty()) << row.entries;
     }
-    const FontFile unknown("/Subtype /Type1 /BaseFont /Nofont");
-    EXPECT_THAT(unknown.GetSimple()->widths, IsEmpty());
-    EXPECT_THAT(unknown.GetErrors(), ElementsAre(Error::UnimplementedTextEncoding));
     // The machine's font helps out.
     const FontFile known("/Subtype /TrueType /BaseFont /NimbusSans-Regular");
     EXPECT_NEAR(known.GetSimple()->widths.at('A'), 667, 1e-6);
     EXPECT_NEAR(known.GetSimple()->missingWidth, 278, 1e-6);
     EXPECT_THAT(known.GetErrors(), ElementsAre(Error::UnimplementedTextEncoding));
+}
+
+TEST(FontTest, UnknownFontsWithoutWidthsTakeThoseOfTheStandIn)
+{
+    const std::string name = "/Subtype /Type1 /BaseFont /Nofont ";
+    const struct
+    {
+        std::string entries;
+        int code;
+        /// Whose width in the font that stands in; none for a code that stands for nothing.
+        std::u32string text;
+        double width;
+    } rows[] = {
+        {name, 'W', U"W", 0},
+        {name + "/Encoding /WinAnsiEncoding", 0xE9, U"\u00E9", 0},
+        {name + "/Encoding << /Differences [65 /f_i] >>", 'A', U"fi", 0},
+        {name + "/FontDescriptor << /MissingWidth 321 >>", 0x80, U"", 321},
+        {name, 0x80, U" ", 0},
+        {name + "/Widths [500]", 'W', U"", 500},
+    };
+    for (const auto& row : rows) {
+        const FontFile file(row.entries);
+        const auto font = file.GetSimple();
+        const auto metrics = Renderer::FontMetrics::Make(font->effectiveFont);
+        double width = row.width;
+        for (const char32_t character : row.text)
+            width += metrics->GetGlyphMetrics(character).advance * 1000;
+        EXPECT_GT(width, 0) << row.entries;
+        const auto shown = Show(*font, std::string(1, static_cast<char>(row.code)));
+        double advance = 0;
+        for (const Char& c : shown)
+            advance += c.width;
+        EXPECT_NEAR(advance, width, 1e-9) << row.entries;
+        if (row.entries.find("/Widths") == row.entries.npos) {
+            EXPECT_THAT(file.GetErrors(), ElementsAre(Error::UnimplementedTextEncoding)) << row.entries;
+        }
+    }
 }
 
 TEST(FontTest, Type3WidthsAreInGlyphSpace)
@@ -358,6 +406,12 @@ TEST(FontTest, NamesTellTheStyle)
         // The word that is told last wins.
         {"NofontBoldLight", 700, false, 5},
         {"NofontLightBold", 300, false, 5},
+        // But a family named for a weight has others too, and a regular one is none.
+        {"NofontBook-Bold", 700, false, 5},
+        {"NofontLight-Bold", 700, false, 5},
+        {"NofontBlack-Regular", 900, false, 5},
+        {"NofontRegularBold", 700, false, 5},
+        {"NofontBook-Italic", 400, true, 5},
         {"BoldNofont", 400, false, 5},
         {"Bold", 700, false, 5},
     };
@@ -494,6 +548,8 @@ TEST(CompositeFontTest, WidthsComeByCid)
         double at900;
     } others[] = {
         {"/DW 300", 300, 300},
+        {"/DW 300 /FontDescriptor << /MissingWidth 77 >>", 300, 300},
+        {"/FontDescriptor << /MissingWidth 77 >>", 1000, 1000},
         {"/DW 300.5 /W 7 0 R", 42, 300.5},
         {"/W [0 2000000000 500 5 [600]]", 600, 500},
         {"/W [5 [600] 0 2000000000 500]", 500, 500},
