@@ -2,6 +2,7 @@
 
 #include <Quillet/Char.h>
 #include <Quillet/Object.h>
+#include <Quillet/TextFidelity.h>
 
 #include <Geometry/PolyCurveDbl.h>
 #include <Kernel/PointT.h>
@@ -27,11 +28,12 @@ public:
     using Point = Kernel::PointT<double>;
 
     explicit TextLineObject(int newId);
-    /// The characters from `first` up to `last` of another line, where they stand.
+    /// The characters from `first` up to `last` of another line, where they stand, with its transform, mask and clip.
     TextLineObject(const TextLineObject& source, int newId, Chars::const_iterator first, Chars::const_iterator last);
     ~TextLineObject() override;
 
     bool HasText() const override { return true; }
+    /// The transform, the mask and the clip stay: the line may be filled anew.
     void Clear() override;
     void UpdateBBox() override;
 
@@ -57,7 +59,7 @@ public:
     Point GetGdiPosition() const { return {position.x, -position.y}; }
     /// The baseline in the object's own space, a box without height.
     Rect GetGdiTextBox() const;
-    /// A transform that only slants the line becomes the slant of its glyphs.
+    /// A transform that only slants the line becomes the slant of its glyphs; the clip stays where it is on the page.
     void MoveShearToGlyphs();
 
     /// The width that text of these attributes has by the font's own measures, in points.
@@ -82,6 +84,8 @@ public:
     /// Leading characters that are the marker of a list.
     int listStyleCharCount = 0;
     Renderer::FillBlendMode::BlendMode blendMode{};
+    /// Of the document when the line was made. Editable text has a space for each gap, whatever its font has.
+    TextFidelity fidelity = TextFidelityExact;
     bool needsLineBreak = false;
     bool isParagraphFront = false;
     bool isParagraphBack = false;
@@ -95,6 +99,8 @@ private:
     std::optional<Char> AddSpace(Char& c, double amount, Char* next);
     void AddSpaceAtEnd(double amount);
     Atts GetSpaceAtts(const Char& c) const;
+    /// A space that nobody would see as one.
+    static bool IsThinSpace(const Char& c);
     void RemoveThinSpace(std::size_t index);
 
     void ReorderNegativeWidths();

@@ -103,7 +103,11 @@ public:
 
     /// Appends what a code stands for, with a width in thousandths of the size; gives the advance in line space.
     double AddChars(std::vector<Char>& chars, const CodeSequence& sequence, int code, double width) const;
-    double AddChar(std::vector<Char>& chars, char32_t unicode, int glyphIndex, int charCode, double width) const;
+    /// Letter spacing belongs to the code, so that only the last character of one has it.
+    double AddChar(std::vector<Char>& chars, char32_t unicode, int glyphIndex, int charCode, double width,
+                   bool isEndOfCode = true) const;
+    /// What a length of text space becomes in line space along the baseline, in percent.
+    double GetAdvancePercent() const { return textTransform.x * textWidth * fontSign; }
 
     const Kernel::Counted<const ColourSpace>& GetColourSpace(bool isStroke) const
     {

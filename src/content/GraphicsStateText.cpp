@@ -104,13 +104,13 @@ double GraphicsState::AddChars(std::vector<Char>& chars, const CodeSequence& seq
     double result = 0;
     for (std::size_t i = 0; i < points.count; ++i) {
         const double part = sum == 0 ? width / points.count : parts[i] * width / sum;
-        result += AddChar(chars, points.values[i], -1, i == 0 ? code : -1, part);
+        result += AddChar(chars, points.values[i], -1, i == 0 ? code : -1, part, i + 1 == points.count);
     }
     return result;
 }
 
 double GraphicsState::AddChar(std::vector<Char>& chars, char32_t unicode, int glyphIndex, int charCode,
-                              double width) const
+                              double width, bool isEndOfCode) const
 {
     if (unicode == 0xFFFD || unicode == 0xFFFF) unicode = 0;
     if (glyphIndex <= 0 && unicode == 0) {
@@ -120,9 +120,10 @@ double GraphicsState::AddChar(std::vector<Char>& chars, char32_t unicode, int gl
     if (!Budget::Spend(Limits::c_charUnits)) return 0;
     Char c;
     c.isSpace = unicode == U' ' || unicode == c_symbolSpace || unicode == c_noBreakSpace;
-    double thousandths = width * fontSize + charSpace * 1000;
+    double thousandths = width * fontSize;
+    if (isEndOfCode) thousandths += charSpace * 1000;
     if (c.isSpace) thousandths += wordSpace * 1000;
-    c.width = thousandths * (textTransform.x * textWidth * fontSign) / 100000;
+    c.width = thousandths * GetAdvancePercent() / 100000;
     // A tab in a font is a glyph like any other; as a character it would mean something else from here on.
     if (unicode == U'\t') {
         unicode = U' ';

@@ -34,4 +34,10 @@ SoftMask::SoftMask(Kernel::Counted<Dictionary> dictionary, Kernel::NonCounted<co
 
 SoftMask::~SoftMask() = default;
 
+bool SoftMask::operator==(const SoftMask& other) const
+{
+    return isLuminosity == other.isLuminosity && group == other.group && backdrop == other.backdrop &&
+           page == other.page;
+}
+
 } // namespace Quillet

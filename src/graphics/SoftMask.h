@@ -21,6 +21,9 @@ public:
     SoftMask(Kernel::Counted<Dictionary> dictionary, Kernel::NonCounted<const Page> maskPage);
     ~SoftMask() override;
 
+    /// Whether both mask alike. Each time that a page asks for a mask it gets one of its own.
+    bool operator==(const SoftMask& other) const;
+
     bool isLuminosity = false;
     /// What the mask is made from; null if that is no transparency group.
     Kernel::Counted<const TransparencyXObject> group;

@@ -1,12 +1,13 @@
 #include "text/TextHandler.h"
 
 #include "content/GraphicsStateStack.h"
+#include "document/Limits.h"
 #include "fonts/Font.h"
 #include "graphics/SoftMask.h"
-#include "document/Limits.h"
 
 #include <Quillet/Budget.h>
 #include <Quillet/Page.h>
+#include <Quillet/PdfDocument.h>
 #include <Quillet/TextLineObject.h>
 
 #include <cmath>
@@ -74,7 +75,10 @@ GraphicsState& TextHandler::GetState() const
 
 Kernel::Counted<TextLineObject> TextHandler::MakeLine() const
 {
-    return Kernel::MakeCounted<TextLineObject>(-1);
+    auto newLine = Kernel::MakeCounted<TextLineObject>(-1);
+    if (const auto document = stack && stack->page ? stack->page->ref.document : nullptr)
+        newLine->fidelity = document->textFidelity;
+    return newLine;
 }
 
 void TextHandler::BeginText()
@@ -93,6 +97,7 @@ void TextHandler::SetLtText(const Params& transform)
 {
     ltText = transform;
     isLtTextSet = true;
+    penOfTakenLine.reset();
 }
 
 Params TextHandler::GetGdiLtText() const
@@ -113,17 +118,41 @@ Params TextHandler::GetLtText() const
 void TextHandler::UpdateTextAtts()
 {
     GraphicsState& state = GetState();
-    if (state.ltCurrent.IsEqual(lastCtm, c_sameTransform) && !isLtTextSet && glyphAtts &&
-        state.blendMode == line->blendMode)
-        return;
-
     if (!state.font) state.font = Font::GetDefaultFont();
-    const Params ltPen = GetLtText();
-    const Params textToPage = c_reversal * state.ltCurrent * ltPen;
+    const bool isInLineSpace = IsPenInLineSpace();
+    if (isInLineSpace && !isLtTextSet && glyphAtts && IsAsLineIs(state)) return;
+
+    // Worked back from the pen, a matrix returns with noise, which would make other sizes and spaces of nothing.
+    const Kernel::PointT<double> pen = isInLineSpace ? GetPen() : Decompose();
+    if (isInLineSpace) UpdateGlyphAtts(textTransform);
+    if (!line->CanMoveTo(pen, glyphAtts) || !IsAsLineIs(state)) FlushText();
+    line->MoveTo(pen, state);
+    line->SetBlendMode(state.blendMode);
+    line->SetSoftMask(state.softMask);
+    isLtTextSet = false;
+    penOfTakenLine.reset();
+}
+
+bool TextHandler::IsPenInLineSpace() const
+{
+    const GraphicsState& state = GetState();
+    return (!isLtTextSet || penOfTakenLine) && state.ltCurrent.IsEqual(lastCtm, c_sameTransform) &&
+           state.font->IsMirrored() == isFontMirrored;
+}
+
+Kernel::PointT<double> TextHandler::GetPen() const
+{
+    return penOfTakenLine ? *penOfTakenLine : line->GetEndPosition(GetState());
+}
+
+Kernel::PointT<double> TextHandler::Decompose()
+{
+    const GraphicsState& state = GetState();
+    const Params textToPage = c_reversal * state.ltCurrent * GetLtText();
     // Glyphs that their font turns upside down are upright under a mirrored matrix. Under any other it is their content
     // that puts them right.
-    const bool isTwiceMirrored = state.font->IsMirrored() && textToPage.GetDeterminant() < 0;
-    glyphReversal = isTwiceMirrored ? c_reversal : Params();
+    isFontMirrored = state.font->IsMirrored();
+    glyphReversal = isFontMirrored && textToPage.GetDeterminant() < 0 ? c_reversal : Params();
     const Decomposition parts(textToPage * glyphReversal);
     lastCtm = state.ltCurrent;
     if (!parts.turn.IsEqual(lineTransform, c_sameTransform)) {
@@ -131,10 +160,15 @@ void TextHandler::UpdateTextAtts()
         lineTransform = parts.turn;
     }
     UpdateGlyphAtts(parts.scales);
-    if (!line->CanMoveTo(parts.pen, glyphAtts) || state.blendMode != line->blendMode) FlushText();
-    line->MoveTo(parts.pen, state);
-    line->SetBlendMode(state.blendMode);
-    isLtTextSet = false;
+    return parts.pen;
+}
+
+bool TextHandler::IsAsLineIs(const GraphicsState& state) const
+{
+    if (state.blendMode != line->blendMode) return false;
+    const SoftMask* const mask = state.softMask.Get();
+    const SoftMask* const lineMask = line->softMask.Get();
+    return mask == lineMask || (mask && lineMask && *mask == *lineMask);
 }
 
 void TextHandler::UpdateGlyphAtts(const TextTransform& transform)
@@ -159,14 +193,17 @@ void TextHandler::TextKern(double thousandths)
     if (!Budget::Spend(Limits::c_operatorUnits)) return;
     UpdateTextAtts();
     const GraphicsState& state = GetState();
-    line->Kern(thousandths * textTransform.x * state.fontSize / 1000);
+    line->Kern(thousandths * state.fontSize * state.GetAdvancePercent() / 100000);
 }
 
 void TextHandler::FlushText()
 {
     if (line->chars.empty()) return;
     // The pen stays where it is when its line goes.
+    const Kernel::PointT<double> pen = GetPen();
+    const bool isPenThere = !isLtTextSet;
     SetLtText(GetLtText());
+    if (isPenThere) penOfTakenLine = pen;
     GraphicsState& state = GetState();
     line->SetTransform(ReverseY(lineTransform));
     line->OnEndOfLine();
@@ -174,7 +211,6 @@ void TextHandler::FlushText()
         line->Clear();
         return;
     }
-    line->SetSoftMask(state.softMask);
     if (state.isTextClip) line->AppendOutlinesTo(clipOutline);
     if (!state.isTextClip || line->HasFillOrStroke()) {
         line->SetId(stack->page->MakeObjectId());

@@ -10,7 +10,9 @@
 #include <Kernel/Counted.h>
 #include <Kernel/Export.h>
 #include <Kernel/NonCounted.h>
+#include <Kernel/PointT.h>
 
+#include <optional>
 #include <vector>
 
 namespace Quillet {
@@ -65,6 +67,10 @@ public:
     TextTransform textTransform;
     /// From upright glyphs to those of the font in which the last text was shown.
     Params glyphReversal;
+    /// Whether that font turns its glyphs upside down.
+    bool isFontMirrored = false;
+    /// Where the pen was in line space when its line was taken away and nothing has moved it since.
+    std::optional<Kernel::PointT<double>> penOfTakenLine;
     /// Null after a change of the state.
     Kernel::Consolidated<Story::GlyphAtts> glyphAtts;
     /// Never null; may be empty.
@@ -73,6 +79,12 @@ public:
 
 private:
     void UpdateTextAtts();
+    /// Whether the pen stands in the line space and under the scales that were worked out last.
+    bool IsPenInLineSpace() const;
+    Kernel::PointT<double> GetPen() const;
+    /// Takes what the text matrix at the pen is made of, and returns the pen in the line space of that.
+    Kernel::PointT<double> Decompose();
+    bool IsAsLineIs(const GraphicsState& state) const;
     void UpdateGlyphAtts(const TextTransform& transform);
     Kernel::Counted<TextLineObject> MakeLine() const;
 };

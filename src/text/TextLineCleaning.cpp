@@ -19,7 +19,6 @@ namespace {
 
 constexpr char32_t c_softHyphen = 0x00AD;
 constexpr char32_t c_hyphen = 0x2010;
-constexpr double c_thinSpace = 1;
 /// Baselines, and sizes, that are the same.
 constexpr double c_sameBaseline = 0.001;
 constexpr double c_visibleShift = 0.05;
@@ -123,7 +122,7 @@ void TextLineObject::RemoveRedundantSpaces()
     for (std::size_t i = 1; i < chars.size(); ++i) {
         Char& c = chars[i];
         Char& previous = chars[kept];
-        if (c.isSpace && c.atts == previous.atts && (previous.isSpace || c.width < c_thinSpace)) {
+        if (c.isSpace && c.atts == previous.atts && (previous.isSpace || IsThinSpace(c))) {
             previous.width += c.width;
         } else if (++kept != i) {
             chars[kept] = std::move(c);

@@ -3,6 +3,7 @@
 #include "content/GraphicsState.h"
 #include "document/Limits.h"
 #include "fonts/Font.h"
+#include "graphics/SoftMask.h"
 #include "text/ForAtts.h"
 
 #include <Quillet/Budget.h>
@@ -31,7 +32,9 @@ constexpr double c_sameBaseline = 1;
 constexpr double c_sameSize = 1;
 constexpr double c_absorbedWidth = -1e-5;
 constexpr double c_noise = 1e-9;
+/// In points, and of a size: type of two points has spaces too.
 constexpr double c_thinSpace = 1;
+constexpr double c_thinSpaceOfSize = 1.0 / 8;
 
 } // namespace
 
@@ -43,14 +46,16 @@ TextLineObject::TextLineObject(int newId)
 
 TextLineObject::TextLineObject(const TextLineObject& source, int newId, Chars::const_iterator first,
                                Chars::const_iterator last)
+    : Object(source), fidelity(source.fidelity)
 {
     id = newId;
-    TextLineObject::Clear();
+    SetSoftMask(source.softMask);
     chars.assign(first, last);
     position = {source.position.x + source.GetWidth(source.chars.begin(), first), source.position.y};
     width = GetWidth(chars.begin(), chars.end());
     textHeight = GetTextHeight(chars.begin(), chars.end());
     blendMode = source.blendMode;
+    TextLineObject::UpdateBBox();
 }
 
 TextLineObject::~TextLineObject() = default;
@@ -160,16 +165,16 @@ std::optional<Char> TextLineObject::AddSpace(Char& c, double amount, Char* next)
         }
         return std::nullopt;
     }
-    // A font without a space glyph keeps its gaps as width.
-    if (!c.isSpaceDefined) {
+    // To look the same, text of a font without a space glyph keeps its gaps as width; to be edited, it needs spaces.
+    if (!c.isSpaceDefined && fidelity == TextFidelityExact) {
         c.width += amount;
         return std::nullopt;
     }
     Char space = c;
     space.isSpace = true;
     space.width = amount;
-    space.glyphIndex = c.spaceCode;
-    space.unicode = c.spaceCode == -1 ? U' ' : 0;
+    space.glyphIndex = c.isSpaceDefined ? c.spaceCode : -1;
+    space.unicode = space.glyphIndex == -1 ? U' ' : 0;
     space.atts = GetSpaceAtts(c);
     return space;
 }
@@ -191,9 +196,14 @@ TextLineObject::Atts TextLineObject::GetSpaceAtts(const Char& c) const
     return Kernel::ConsolidateObjectSacrifice(std::move(plain));
 }
 
+bool TextLineObject::IsThinSpace(const Char& c)
+{
+    return c.isSpace && c.width < c_thinSpace && c.width < c.GetSize() * c_thinSpaceOfSize;
+}
+
 void TextLineObject::RemoveThinSpace(std::size_t index)
 {
-    if (index == 0 || !chars[index].isSpace || !(chars[index].width < c_thinSpace)) return;
+    if (index == 0 || !IsThinSpace(chars[index])) return;
     chars[index - 1].width += chars[index].width;
     chars.erase(chars.begin() + static_cast<std::ptrdiff_t>(index));
 }
@@ -219,7 +229,13 @@ void TextLineObject::MoveShearToGlyphs()
     ForAtts(chars.begin(), chars.end(), [slant](Story::GlyphAtts& atts) { atts.Set(Shear, atts.Get(Shear) + slant); });
     const Point moved = transform.ApplyTo(GetGdiPosition());
     position = {moved.x, -moved.y};
+    if (clipPath) {
+        const auto moving = clipPath->Clone();
+        moving->Transform(transform);
+        clipPath = moving;
+    }
     SetTransform(Params());
+    UpdateBBox();
 }
 
 double TextLineObject::GetStoryWidth(Chars::const_iterator first, Chars::const_iterator last, bool noAutoKern,

@@ -20,7 +20,7 @@ using testing::IsEmpty;
 using Params = Object::Params;
 
 constexpr const char* c_states = "/GA << /ca 0.5 /CA 0.25 >> /GM << /BM /Multiply >> /GN << /BM /Normal >> "
-                                 "/GS << /SMask << /Type /Mask /S /Luminosity /G 6 0 R >> >>";
+                                 "/GS << /SMask << /Type /Mask /S /Luminosity /G 6 0 R >> >> /G0 << /SMask /None >>";
 
 /// Page content with a font F, in which each character is half an em wide, and some graphics states.
 class TextRun
@@ -76,7 +76,10 @@ TEST(TextHandlerTest, PutsStringsOnLines)
         {"[(a) 300 (b)] TJ", "ab 0,100 7"},
         {"[-1000 (a) -2000 ] TJ", "a 10,100 5"},
         {"[(a) -200] TJ [-300 (b)] TJ", "a b 0,100 15"},
-        {"50 Tz [(a) -200 (b)] TJ", "a b 0,100 7"},
+        // Gaps are narrow where glyphs are, and run backwards where glyphs do.
+        {"50 Tz [(a) -200 (b)] TJ", "ab 0,100 6"},
+        {"50 Tz [(a) -400 (b)] TJ", "a b 0,100 7"},
+        {"/F -10 Tf [(a) -1000 (b)] TJ", "ba -15,100 30"},
         // Where a line goes on.
         {"1 0 0 1 10 80 Tm (ab) Tj 1 0 0 1 20 80 Tm (cd) Tj", "abcd 10,20 20"},
         {"1 0 0 1 10 80 Tm (ab) Tj 1 0 0 1 38 80 Tm (cd) Tj", "ab cd 10,20 38"},
@@ -128,7 +131,10 @@ TEST(TextHandlerTest, EndsLinesWhereSomethingElseComesBetween)
         EXPECT_EQ(text.Print(), row.lines) << row.content;
         EXPECT_EQ(text.run.GetErrors(), std::vector<int>(row.errors, Error::General)) << row.content;
     }
-    EXPECT_EQ(TextRun("/F 10 Tf BT (ab) Tj /GS gs (cd) Tj ET").Print(), "abcd 0,100 20");
+    // Masks, which are told of.
+    EXPECT_EQ(TextRun("/F 10 Tf BT (ab) Tj /GS gs (cd) Tj ET").Print(), "ab 0,100 10|cd 10,100 10");
+    EXPECT_EQ(TextRun("/F 10 Tf BT /GS gs (ab) Tj /GS gs (cd) Tj /G0 gs (ef) Tj ET").Print(),
+              "abcd 0,100 20|ef 20,100 10");
 }
 
 /// Size, horizontal scale, shear, baseline shift.
@@ -265,6 +271,45 @@ TEST(TextHandlerTest, NoiseInThePenMakesNoGap)
     }
 }
 
+TEST(TextHandlerTest, TouchingTheStateLeavesTheAttributes)
+{
+    for (const char* matrix : {"1 0 0 1 0 0", ".7 .3 -.3 .7 10 10", ".1 .05 -.02 .13 3 7", "0 -.24 .3 0 9 9"}) {
+        // The last letter is in a line of its own.
+        const TextRun text(std::string("/F 10.1 Tf ") + matrix +
+                           " cm BT .37 .11 -.2 .93 10.1 80.3 Tm (a) Tj 12 TL (b) Tj 3 Tc 0 Tc (c) Tj 0 g "
+                           "[(d) 0 (e)] TJ /GM gs /GN gs (f) Tj /GM gs (g) Tj ET");
+        ASSERT_EQ(text.lines.size(), 2) << matrix;
+        ASSERT_EQ(text.lines[0]->GetText(), "abcdef") << matrix;
+        for (const auto& line : text.lines) {
+            for (const Char& c : line->chars)
+                EXPECT_EQ(c.atts.Get(), text.lines[0]->chars[0].atts.Get()) << matrix;
+        }
+    }
+    // A new matrix counts.
+    EXPECT_EQ(TextRun("BT /F 10 Tf (a) Tj 2 0 0 2 5 0 Tm (b) Tj ET").lines[0]->chars[1].GetSize(), 20);
+}
+
+TEST(TextHandlerTest, EditableTextHasASpaceForEachGap)
+{
+    const std::string font = MakeFont("Nofont", "/FontDescriptor << /Flags 4 >> /ToUnicode 6 0 R");
+    const PageParts parts{.resources = "/Font << /F 5 0 R >>",
+                          .objects = {font, PdfBuilder::MakeStream("<61> <62> <0061> endbfrange")}};
+    for (const bool isEditable : {false, true}) {
+        const ContentRun run("BT /F 10 Tf [(a) -300 (b)] TJ 16 0 Td (a) Tj ET", parts, {}, [&](PdfDocument& document) {
+            document.SetTextFidelity(isEditable ? TextFidelityEditable : TextFidelityExact);
+        });
+        const Lines lines = GetLines(*run.root);
+        ASSERT_EQ(lines.size(), 1);
+        EXPECT_EQ(lines[0]->GetText(), isEditable ? "a b a" : "aba");
+        EXPECT_EQ(lines[0]->width, 21);
+        EXPECT_EQ(lines[0]->HasUndefinedSpace(), isEditable);
+        if (isEditable) {
+            EXPECT_EQ(lines[0]->chars[1].unicode, U' ');
+            EXPECT_EQ(lines[0]->chars[1].atts.Get(), lines[0]->chars[0].atts.Get());
+        }
+    }
+}
+
 TEST(TextHandlerTest, ClipsThatAFormLeavesOpenEndWithIt)
 {
     const TextRun text("/Open Do BT /F 10 Tf (x) Tj ET 0 0 50 50 re f");
@@ -339,8 +384,7 @@ TEST(TextHandlerTest, ClipsNothingByTextThatIsNotThere)
 
 TEST(TextHandlerTest, PutsPaintIntoTheAttributes)
 {
-    const TextRun text("BT /F 10 Tf 2 Tr /GA gs 1 0 0 rg 0 0 1 RG 4 w (a) Tj /GM gs (b) Tj ET "
-                       "BT /GS gs (c) Tj ET");
+    const TextRun text("BT /F 10 Tf 2 Tr /GA gs 1 0 0 rg 0 0 1 RG 4 w (a) Tj /GM gs (b) Tj /GS gs (c) Tj ET");
     ASSERT_EQ(text.lines.size(), 3);
     for (const auto& line : text.lines) {
         EXPECT_FLOAT_EQ(static_cast<float>(GetAlpha(line->chars[0], Story::GlyphAtt::Fill)), 0.5F);

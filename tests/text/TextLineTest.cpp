@@ -13,6 +13,7 @@
 #include <limits>
 #include <random>
 #include <sstream>
+#include <tuple>
 
 namespace Quillet::Test {
 namespace {
@@ -172,6 +173,18 @@ std::vector<std::pair<double, char32_t>> GetPlaces(const TextLineObject& line)
         pen += c.width;
     }
     return places;
+}
+
+TEST(TextLineTest, ThinSpacesAreThinForTheirSize)
+{
+    const std::tuple<double, double, bool> rows[] = {
+        {10, 0.99, false}, {10, 1, true}, {4, 0.49, false}, {4, 0.51, true}, {20, 0.99, false}};
+    for (const auto& [size, width, isKept] : rows) {
+        const Atts atts = MakeAtts(size);
+        const Line line = MakeLine({MakeChar(U'a', 2, atts), MakeChar(U' ', width, atts), MakeChar(U'b', 2, atts)});
+        line->OnEndOfLine();
+        EXPECT_EQ(line->GetText(), isKept ? "a b" : "ab") << size << " " << width;
+    }
 }
 
 TEST(TextLineTest, PutsGlyphsInReadingOrderWithoutMovingThem)
@@ -454,10 +467,19 @@ TEST(TextLineTest, MovesASlantFromTheLineToItsGlyphs)
     for (const auto& row : rows) {
         const Line line = MakeLine({MakeChar(U'A', 7, MakeAtts()), MakeChar(U'g', 7, With(MakeAtts(), Shear, 0.1))});
         line->position = {10, -20};
+        line->SetClipPath(Kernel::MakeCounted<Geometry::PolyCurveDbl>(Rect{8, 5, 20, 25}),
+                          Geometry::WindingOrderMode::EvenOdd);
+        line->UpdateBBox();
         line->SetTransform(row.transform);
+        const auto clipOnPage = line->clipPath->Clone();
+        clipOnPage->Transform(row.transform);
         Geometry::PolyCurveDbl before;
         line->AppendOutlinesTo(before);
         line->MoveShearToGlyphs();
+        const auto clipNow = line->clipPath->Clone();
+        clipNow->Transform(line->transform);
+        EXPECT_TRUE(clipNow->IsEqual(*clipOnPage, 1e-9)) << row.transform.c;
+        EXPECT_EQ(line->clipWinding, Geometry::WindingOrderMode::EvenOdd);
         Geometry::PolyCurveDbl after;
         line->AppendOutlinesTo(after);
         EXPECT_TRUE(before.IsEqual(after, 1e-9)) << row.transform.a << " " << row.transform.c;
@@ -505,7 +527,17 @@ TEST(TextLineTest, CopiesAPartOfALineWhereItStands)
     line->wordSpace = 2;
     line->isParagraphFront = line->needsLineBreak = true;
     line->SetBlendMode(Renderer::FillBlendMode::Multiply);
+    line->SetTransform({1, 0, 5, 0, 1, 6});
+    line->SetClipPath(Kernel::MakeCounted<Geometry::PolyCurveDbl>(Rect{0, -40, 99, 0}),
+                      Geometry::WindingOrderMode::EvenOdd);
+    line->UpdateBBox();
+    const auto isHeld = [&](const TextLineObject& other) {
+        return other.transform == Params{1, 0, 5, 0, 1, 6} && other.clipPath == line->clipPath &&
+               other.clipWinding == Geometry::WindingOrderMode::EvenOdd;
+    };
     const TextLineObject copy(*line, 8, line->chars.begin() + 1, line->chars.end() - 1);
+    EXPECT_TRUE(isHeld(copy));
+    EXPECT_GT(copy.bbox.left, line->bbox.left);
     EXPECT_EQ(PrintLine(copy), "b7 _3 c8");
     EXPECT_EQ(copy.position.x, 16);
     EXPECT_EQ(copy.position.y, 20);
@@ -516,6 +548,7 @@ TEST(TextLineTest, CopiesAPartOfALineWhereItStands)
     EXPECT_EQ(copy.wordSpace, 1);
     EXPECT_FALSE(copy.isParagraphFront || copy.needsLineBreak);
     line->Clear();
+    EXPECT_TRUE(isHeld(*line) && line->clipPath);
     EXPECT_EQ(line->width, 0);
     EXPECT_EQ(line->textHeight, 0);
     EXPECT_EQ(line->wordSpace, 1);
@@ -634,7 +667,8 @@ TEST(CharTest, ComesFromWhatACodeStandsFor)
         {"", {0xD83D}, 7, 600, "D83D/7/-1/6"},
         // As the letters of the machine's font: 278 and 222.
         {"", {'f', 'i'}, 5, 500, "66/-1/5/2.78 69/-1/-1/2.22"},
-        {"2 Tc ", {'f', 'i'}, 5, 500, "66/-1/5/4.78 69/-1/-1/4.22"},
+        // Letter spacing stands behind the glyph, however many letters that is.
+        {"2 Tc ", {'f', 'i'}, 5, 500, "66/-1/5/2.78 69/-1/-1/4.22"},
         {"", {}, 5, 500, "20/-1/5/5s"},
         {"", {}, 5, 0, ""},
         {"1 Tc ", {}, 5, 0, ""},
