@@ -109,8 +109,8 @@ double GraphicsState::AddChars(std::vector<Char>& chars, const CodeSequence& seq
     return result;
 }
 
-double GraphicsState::AddChar(std::vector<Char>& chars, char32_t unicode, int glyphIndex, int charCode,
-                              double width, bool isEndOfCode) const
+double GraphicsState::AddChar(std::vector<Char>& chars, char32_t unicode, int glyphIndex, int charCode, double width,
+                              bool isEndOfCode) const
 {
     if (unicode == 0xFFFD || unicode == 0xFFFF) unicode = 0;
     if (glyphIndex <= 0 && unicode == 0) {

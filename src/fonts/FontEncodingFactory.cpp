@@ -181,9 +181,8 @@ Kernel::Counted<FontEncoding> MakeLatinTable(const char* name, int column)
 {
     auto encoding = Kernel::MakeCounted<FontEncoding>(name);
     encoding->AddByteCodeSpaceRange();
-    VisitLatin(column, [&](int code, const char* glyph) {
-        encoding->AddMap(code, GetUnicodeFromAdobeName(glyph, false));
-    });
+    VisitLatin(column,
+               [&](int code, const char* glyph) { encoding->AddMap(code, GetUnicodeFromAdobeName(glyph, false)); });
     if (column == LatinEncoding::c_winAnsi) encoding->AddUndefinedMaps(c_firstBullet, c_maxCode, c_bullet);
     encoding->OnComplete();
     return encoding;
