@@ -7,7 +7,6 @@
 #include <Quillet/Budget.h>
 #include <Quillet/Page.h>
 
-#include <ranges>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -95,30 +94,91 @@ void GraphicsStateStack::FlushObjects()
     textHandler->FlushText();
 }
 
+namespace {
+
+unsigned long long CountClipNodes(const GroupObject& group)
+{
+    unsigned long long count = 0;
+    if (group.clipPath) {
+        for (const auto& curve : *group.clipPath)
+            count += curve->nodes.size();
+    }
+    return count;
+}
+
+/// Finds places beside a layer for groups that were taken into it.
+class GroupsBesideLayer
+{
+public:
+    using Group = Kernel::Counted<GroupObject>;
+
+    GroupsBesideLayer(Group layerOfContent, Group groupOfLayer)
+        : layer(std::move(layerOfContent)), outside(std::move(groupOfLayer))
+    {}
+
+    /// Where a state goes on whose group is `current`; null if that was not taken.
+    Group Find(const Group& current)
+    {
+        if (const auto known = places.find(current.Get()); known != places.end()) return known->second;
+        std::vector<Group> taken;
+        Object* above = current.Get();
+        for (; above && above != layer.Get() && above != outside.Get(); above = above->parent.Get())
+            taken.emplace_back(above->AsGroup());
+        if (!Budget::Spend(Limits::c_operatorUnits * (taken.size() + 1)) || above != layer.Get()) return nullptr;
+
+        Group place = outside;
+        for (std::size_t i = taken.size(); i-- > 0;)
+            place = FindPlace(taken, i, place);
+        return place;
+    }
+
+private:
+    /// Whether nothing is drawn in a group yet, apart from those of the same row inside it.
+    static bool IsEmpty(const std::vector<Group>& taken, std::size_t index)
+    {
+        for (; index > 0; --index) {
+            if (taken[index]->children.size() != 1 || taken[index]->children.back() != taken[index - 1]) return false;
+        }
+        return taken[0]->children.empty();
+    }
+
+    Group FindPlace(const std::vector<Group>& taken, std::size_t index, const Group& above)
+    {
+        const Group& group = taken[index];
+        if (const auto known = places.find(group.Get()); known != places.end()) return known->second;
+        Group place = above;
+        GroupObject* const holder = index + 1 < taken.size() ? taken[index + 1].Get() : layer.Get();
+        if (IsEmpty(taken, index) && holder->children.back() == group) {
+            // It holds nothing for the layer, and need not be made again.
+            holder->children.pop_back();
+            above->Add(group);
+            for (std::size_t i = 0; i <= index; ++i)
+                places[taken[i].Get()] = taken[i];
+            return group;
+        }
+        if (Budget::Spend(Limits::c_objectUnits + Limits::c_clipNodeUnits * CountClipNodes(*group))) {
+            place = group->MakeTwin();
+            above->Add(place);
+        }
+        return places[group.Get()] = place;
+    }
+
+    Group layer;
+    Group outside;
+    std::unordered_map<const GroupObject*, Group> places;
+};
+
+} // namespace
+
 void GraphicsStateStack::PutLayer(const Kernel::Counted<GroupObject>& layer, const Kernel::Counted<GroupObject>& group)
 {
-    std::unordered_map<const GroupObject*, Kernel::Counted<GroupObject>> twins;
-    const auto getTwin = [&](const GroupObject* taken, const Kernel::Counted<GroupObject>& place) {
-        Kernel::Counted<GroupObject>& twin = twins[taken];
-        if (!twin && Budget::Spend(Limits::c_objectUnits)) {
-            twin = taken->MakeTwin();
-            place->Add(twin);
-        }
-        return twin ? twin : place;
-    };
-
-    Kernel::Counted<GroupObject> place = GetTop().currentGroup;
+    Kernel::Counted<GroupObject> current = GetTop().currentGroup;
     GetTop().SetCurrentGroup(group);
     GetTop().AddObject(layer);
-    for (std::size_t i = states.size(); i-- > 0; place = i > 0 ? states[i - 1].currentGroup : nullptr) {
-        std::vector<const GroupObject*> taken;
-        const Object* above = place.Get();
-        for (; above && above != layer.Get() && above != group.Get(); above = above->parent.Get())
-            taken.push_back(above->AsGroup());
-        if (!Budget::Spend(Limits::c_operatorUnits * taken.size()) || above != layer.Get()) return;
-        place = group;
-        for (const GroupObject* inner : taken | std::views::reverse)
-            place = getTwin(inner, place);
+    GroupsBesideLayer places(layer, group);
+    for (std::size_t i = states.size(); i-- > 0; current = i > 0 ? states[i - 1].currentGroup : nullptr) {
+        const Kernel::Counted<GroupObject> place = places.Find(current);
+        if (!place) return;
         states[i].SetCurrentGroup(place);
     }
 }

@@ -42,6 +42,8 @@ inline constexpr unsigned long long c_operatorUnits = 16;
 inline constexpr unsigned long long c_paintUnits = 64;
 /// A segment of a path: three nodes in the tree.
 inline constexpr unsigned long long c_segmentUnits = 72;
+/// A node of a clip that another group has too: finding its box is a walk along it.
+inline constexpr unsigned long long c_clipNodeUnits = 8;
 /// An object of the tree with its boxes and attributes, or a graphics state.
 inline constexpr unsigned long long c_objectUnits = 400;
 /// A form, beside its groups: a parser and a table of operators.

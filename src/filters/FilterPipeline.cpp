@@ -47,6 +47,8 @@ void FilterPipeline::AddFilters(const std::vector<std::string>& names,
         return;
     }
     for (std::size_t i = 0; i < names.size(); ++i) {
+        // What is null, a keyword where a name was read, is not there (ISO 32000-2, 7.3.9).
+        if (names[i].empty() || names[i] == "null") continue;
         Kernel::Counted<Filter> filter = MakeFilter(names[i]);
         if (!filter) {
             hasUnknownFilter = true;

@@ -9,7 +9,6 @@
 #include <Quillet/Budget.h>
 
 #include <algorithm>
-#include <utility>
 
 namespace Quillet {
 
@@ -69,16 +68,21 @@ void CMapInterpreter::UseBase(Dictionary& dictionary)
     Guard::Walk walk(Guard::Way::CMaps, base);
     // One that is being read, for itself or for one that uses it, cannot be used in turn.
     if (base.IsNull() || !descent || Budget::IsSpent() || !walk.Enter(base)) return;
+    const auto used = GetEncoding(base);
+    if (!used) return;
+    encoding->AddBase(*used);
     hasBase = true;
-    if (const auto used = GetEncoding(base)) encoding->AddBase(*used);
 }
 
 void CMapInterpreter::UseStandard(const std::string& name)
 {
-    if (std::exchange(hasBase, true)) return;
+    // Looking for what is not there takes its time, too.
+    if (hasBase || !Budget::Spend(Limits::c_fontUnits)) return;
     const auto used = GetStandardCMap(name);
     // A name that nobody knows is no reason to take codes for characters.
-    if (used != MakeIdentityCMap() || name.starts_with("Identity")) encoding->AddBase(*used);
+    if (used == MakeIdentityCMap() && !name.starts_with("Identity")) return;
+    encoding->AddBase(*used);
+    hasBase = true;
 }
 
 CMapInterpreter::CMapInterpreter(const Ref& ref)

@@ -55,7 +55,8 @@ void FontEncoding::AddMapRange(int first, int last, const CodeSequence& sequence
 
 void FontEncoding::AddBase(const FontEncoding& base)
 {
-    if (!Budget::Spend(Limits::c_rangeUnits * base.mapRanges.size())) return;
+    const std::size_t bytes = sizeof base + base.codeSpaceRanges.size() * sizeof(CodeSpaceRange);
+    if (!Budget::Spend(Limits::c_rangeUnits * base.mapRanges.size() + bytes)) return;
     if (registry.empty() && ordering.empty()) {
         registry = base.registry;
         ordering = base.ordering;

@@ -196,6 +196,9 @@ int InstallableFont::GuessStyleFrom(std::string name)
             const bool isFound = std::ranges::any_of(
                 word.suffixes, [&name](std::string_view suffix) { return StripSuffix(name, suffix); });
             if (!isFound) continue;
+            // Words may stand apart.
+            while (name.ends_with(',') || name.ends_with('-') || name.ends_with(' '))
+                name.pop_back();
             // A regular bold is bold.
             if (word.weight != 0 && (weight == 0 || word.weight != c_regular)) weight = word.weight;
             if (word.isItalic) requestedFont.SetIsItalic(true);

@@ -49,7 +49,7 @@ void SimpleFont::Read(const Kernel::Counted<Dictionary>& dictionary)
     UpdateIsSpaceDefined();
     if (isAvailable) return;
     UpdateEffectiveFont(GetFontMap(dictionary->object));
-    if (!dictionary->Has("Widths") && !FindStandardMetrics() && subtype != "Type3") ReadWidthsFromStandIn();
+    if (!hasWidths && !FindStandardMetrics() && subtype != "Type3") ReadWidthsFromStandIn();
 }
 
 const StandardFontMetrics* SimpleFont::FindStandardMetrics() const
@@ -102,13 +102,17 @@ void SimpleFont::ReadWidthsFromStandIn()
 void SimpleFont::ReadMetrics(const Kernel::Counted<Dictionary>& dictionary)
 {
     ReadMetricsFromStandard();
-    if (dictionary->Has("Widths")) {
-        const int first = dictionary->GetInt("FirstChar", 32);
-        widths.assign(static_cast<std::size_t>(std::clamp(first, 0, static_cast<int>(Limits::c_maxFontCodes) - 1)), 0);
-        const std::size_t start = widths.size();
-        dictionary->GetRealVec("Widths", widths);
-        if (widths.size() > start) missingWidth = widths[start];
-        widths.resize(std::min<std::size_t>(widths.size(), Limits::c_maxFontCodes));
+    std::vector<double> own;
+    if (const auto value = OpenValue(dictionary, "Widths"); value && value->tokenType == Token::TokenArrayStart)
+        dictionary->GetRealVec("Widths", own);
+    hasWidths = !own.empty();
+    if (hasWidths) {
+        const int first =
+            std::clamp(dictionary->GetInt("FirstChar", 32), 0, static_cast<int>(Limits::c_maxFontCodes) - 1);
+        missingWidth = own.front();
+        own.resize(std::min<std::size_t>(own.size(), Limits::c_maxFontCodes - static_cast<unsigned long long>(first)));
+        widths.assign(static_cast<std::size_t>(first), 0);
+        widths.insert(widths.end(), own.begin(), own.end());
         Budget::Spend(widths.size() * sizeof(double));
     } else {
         const StandardFontMetrics* metrics = FindStandardMetrics();

@@ -33,6 +33,8 @@ public:
     Kernel::Counted<const FontEncoding> toUnicode;
     /// The encoding was given by name: then it comes before everything else.
     bool isNamedEncoding = false;
+    /// The file gives the widths itself.
+    bool hasWidths = false;
 
 protected:
     struct WithoutReading

@@ -150,7 +150,8 @@ void TextLineObject::ConvertLetterSpaceIntoSpaces()
         const double threshold = c.GetSize() / 6 * (c.isKerned ? 1 : 3);
         const double excess = c.width - own;
         std::optional<Char> space;
-        if (own > 0 && excess >= threshold) {
+        // A font without a space is seldom the machine's, so that its advances say nothing of gaps.
+        if (c.isSpaceDefined && own > 0 && excess >= threshold) {
             c.width -= excess;
             width -= excess;
             space = AddSpace(c, excess, i + 1 < chars.size() ? &chars[i + 1] : nullptr);

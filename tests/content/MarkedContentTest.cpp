@@ -84,6 +84,36 @@ TEST(MarkedContentTest, CutsLayersOutOfTheTree)
     }
 }
 
+TEST(MarkedContentTest, WhatStandsBesideALayerIsPaintedAsInIt)
+{
+    const PageParts parts{
+        .resources =
+            "/Properties << /A 5 0 R >> /XObject << /T 6 0 R >> /ExtGState << /G << /ca .5 /BM /Multiply >> >>",
+        .objects = {"<< /Type /OCG /Name (A) >>",
+                    PdfBuilder::MakeStream("1 0 0 1 5 5 cm 0 0 9 9 re W* n 0 0 5 5 re f EMC 1 1 5 5 re f",
+                                           "/Subtype /Form /BBox [0 0 50 50] /Group << /S /Transparency /I true >>")}};
+    TestDocument document(MakePagePdf("/OC /A BDC /G gs /T Do", parts));
+    const auto root = document.Build();
+    ASSERT_EQ(root->children.size(), 2);
+    // The group, the clip to the form's box, and that of the content.
+    const GroupObject* taken = root->children[0]->AsGroup()->children.at(0)->AsGroup();
+    const GroupObject* twin = root->children[1]->AsGroup();
+    for (int depth = 0; depth < 3; ++depth) {
+        ASSERT_TRUE(taken && twin) << depth;
+        EXPECT_NE(taken, twin);
+        EXPECT_EQ(twin->clipPath, taken->clipPath) << depth;
+        EXPECT_EQ(twin->clipWinding, taken->clipWinding) << depth;
+        EXPECT_EQ(twin->opacity, taken->opacity) << depth;
+        EXPECT_EQ(twin->opacity, depth == 0 ? 0.5 : 1.0);
+        EXPECT_EQ(twin->blendMode, taken->blendMode) << depth;
+        EXPECT_EQ(twin->isIsolated, taken->isIsolated) << depth;
+        EXPECT_EQ(twin->isXObject, taken->isXObject) << depth;
+        ASSERT_EQ(twin->children.size(), 1) << depth;
+        taken = taken->children[0]->AsGroup();
+        twin = twin->children[0]->AsGroup();
+    }
+}
+
 TEST(MarkedContentTest, ReportsOnlyBadCalls)
 {
     struct Case

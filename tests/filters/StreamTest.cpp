@@ -71,6 +71,12 @@ TEST(StreamTest, RunsFiltersInOrder)
     }();
     EXPECT_EQ(Decoded(PdfBuilder::MakeStream(hexOfFlate, "/Filter [/AHx /Fl]")).text, "hello");
 
+    for (const char* filter : {"null", "[null]", "[/ASCIIHexDecode null]", "99 0 R"}) {
+        const bool isCoded = std::string(filter).find("Hex") != std::string::npos;
+        const Decoded plain(PdfBuilder::MakeStream(isCoded ? "414243>" : "ABC", std::string("/Filter ") + filter));
+        EXPECT_EQ(plain.text, "ABC") << filter;
+        EXPECT_FALSE(plain.hasUnknownFilter) << filter;
+    }
     const Decoded unknown(PdfBuilder::MakeStream("414243>", "/Filter [/ASCIIHexDecode /NoSuch /FlateDecode]"));
     EXPECT_EQ(unknown.text, "ABC");
     EXPECT_TRUE(unknown.hasUnknownFilter);

@@ -156,6 +156,9 @@ TEST(CMapTest, BuildsOnOthers)
     EXPECT_EQ(assumed.Get(0x4142), Characters{'x'});
     ASSERT_EQ(assumed.encoding->codeSpaceRanges.size(), 1U);
     EXPECT_EQ(assumed.encoding->codeSpaceRanges[0].byteCount, 2);
+    // The collection that the CMap names itself stays, and a name that nobody knows keeps no other from counting.
+    EXPECT_EQ(CMapFile("/Registry (A) def /H usecmap").encoding->ordering, "");
+    EXPECT_EQ(CMapFile("/H usecmap", "/UseCMap /Nothing").Get(0x2122), Characters{634});
     const CMapFile named("<2121> 7 endcidchar /V usecmap", "/UseCMap /H");
     EXPECT_EQ(named.Get(0x2121), Characters{7});
     EXPECT_EQ(named.Get(0x2122), Characters{634});

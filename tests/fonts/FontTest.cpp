@@ -18,6 +18,7 @@
 namespace Quillet::Test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::MatchesRegex;
@@ -121,11 +122,9 @@ TEST(FontTest, WidthsFollowTheirRules)
         {"/Widths [250 300]", {250, 250, 250, 250, 250}, 250},
         {"/FirstChar 0 /Widths [0 700]", {0, 0, 0, 0, 0}, 0},
         {"/FirstChar 66 /Widths [500 600] /FontDescriptor << /MissingWidth 123 >>", {123, 123, 500, 600, 123}, 123},
-        {"/FirstChar 66 /Widths []", {0, 0, 0, 0, 0}, 0},
         {"/FirstChar 65 /Widths 6 0 R", {10, 10, 20, 10, 10}, 10},
         {"/FirstChar -5 /Widths [1 2]", {1, 1, 1, 1, 1}, 1},
         {"/FirstChar 2000000000 /Widths [7]", {7, 7, 7, 7, 7}, 7},
-        {"/FirstChar 65 /Widths /None", {0, 0, 0, 0, 0}, 0},
     };
     for (const auto& row : rows) {
         const FontFile file(std::string("/Subtype /Type1 /BaseFont /Nofont ") + row.entries, {"[10 20]"});
@@ -200,6 +199,9 @@ TEST(FontTest, UnknownFontsWithoutWidthsTakeThoseOfTheStandIn)
         {name + "/Encoding << /Differences [65 /f_i] >>", 'A', U"fi", 0},
         {name + "/FontDescriptor << /MissingWidth 321 >>", 0x80, U"", 321},
         {name, 0x80, U" ", 0},
+        {name + "/Widths null", 'W', U"W", 0},
+        {name + "/Widths []", 'W', U"W", 0},
+        {name + "/Widths /None /FirstChar 65", 'W', U"W", 0},
         {name + "/Widths [500]", 'W', U"", 500},
     };
     for (const auto& row : rows) {
@@ -215,10 +217,13 @@ TEST(FontTest, UnknownFontsWithoutWidthsTakeThoseOfTheStandIn)
         for (const Char& c : shown)
             advance += c.width;
         EXPECT_NEAR(advance, width, 1e-9) << row.entries;
-        if (row.entries.find("/Widths") == row.entries.npos) {
-            EXPECT_THAT(file.GetErrors(), ElementsAre(Error::UnimplementedTextEncoding)) << row.entries;
+        EXPECT_EQ(font->hasWidths, row.text.empty() && row.width == 500) << row.entries;
+        if (!font->hasWidths) {
+            EXPECT_THAT(file.GetErrors(), Contains(Error::UnimplementedTextEncoding)) << row.entries;
         }
     }
+    const FontFile type3("/Subtype /Type3 /FontMatrix [1 0 0 1 0 0] /Encoding /WinAnsiEncoding");
+    EXPECT_THAT(GetWidths(Show(*type3.Get(), "W")), ElementsAre(0));
 }
 
 TEST(FontTest, Type3WidthsAreInGlyphSpace)
@@ -412,6 +417,8 @@ TEST(FontTest, NamesTellTheStyle)
         {"NofontBlack-Regular", 900, false, 5},
         {"NofontRegularBold", 700, false, 5},
         {"NofontBook-Italic", 400, true, 5},
+        {"NofontBold,Italic", 700, true, 5},
+        {"NofontBlack-Bold,Italic", 700, true, 5},
         {"BoldNofont", 400, false, 5},
         {"Bold", 700, false, 5},
     };

@@ -20,7 +20,8 @@ using testing::IsEmpty;
 using Params = Object::Params;
 
 constexpr const char* c_states = "/GA << /ca 0.5 /CA 0.25 >> /GM << /BM /Multiply >> /GN << /BM /Normal >> "
-                                 "/GS << /SMask << /Type /Mask /S /Luminosity /G 6 0 R >> >> /G0 << /SMask /None >>";
+                                 "/GS << /SMask << /Type /Mask /S /Luminosity /G 6 0 R >> >> /G0 << /SMask /None >> "
+                                 "/GT << /SMask << /Type /Mask /S /Alpha /G 6 0 R >> >>";
 
 /// Page content with a font F, in which each character is half an em wide, and some graphics states.
 class TextRun
@@ -133,8 +134,11 @@ TEST(TextHandlerTest, EndsLinesWhereSomethingElseComesBetween)
     }
     // Masks, which are told of.
     EXPECT_EQ(TextRun("/F 10 Tf BT (ab) Tj /GS gs (cd) Tj ET").Print(), "ab 0,100 10|cd 10,100 10");
-    EXPECT_EQ(TextRun("/F 10 Tf BT /GS gs (ab) Tj /GS gs (cd) Tj /G0 gs (ef) Tj ET").Print(),
-              "abcd 0,100 20|ef 20,100 10");
+    EXPECT_EQ(TextRun("/F 10 Tf BT /GS gs (ab) Tj /GS gs (cd) Tj /GT gs (e) Tj /G0 gs (f) Tj ET").Print(),
+              "abcd 0,100 20|e 20,100 5|f 25,100 5");
+    // The pen of a line that was taken away is that of no later one.
+    EXPECT_EQ(TextRun("/F 10 Tf BT (ab) Tj /GM gs (cd) Tj 3 Tc 0 Tc (ef) Tj /GN gs (g) Tj ET").Print(),
+              "ab 0,100 10|cdef 10,100 20|g 30,100 5");
 }
 
 /// Size, horizontal scale, shear, baseline shift.
@@ -289,8 +293,33 @@ TEST(TextHandlerTest, TouchingTheStateLeavesTheAttributes)
     EXPECT_EQ(TextRun("BT /F 10 Tf (a) Tj 2 0 0 2 5 0 Tm (b) Tj ET").lines[0]->chars[1].GetSize(), 20);
 }
 
+TEST(TextHandlerTest, FontsThatMirrorTheirGlyphsTakeTheMatrixApartAnew)
+{
+    const std::string type3 =
+        "<< /Type /Font /Subtype /Type3 /FontBBox [0 0 1000 1000] /FontMatrix [.001 0 0 -.001 0 0] "
+        "/Encoding /WinAnsiEncoding /FirstChar 97 /Widths [500 500] /CharProcs << >> >>";
+    const PageParts parts{.resources = "/Font << /F 5 0 R /G 6 0 R >>", .objects = {MakeFont(c_sans), type3}};
+    const ContentRun run("1 0 0 -1 0 100 cm BT /F 10 Tf (a) Tj /G 10 Tf (b) Tj ET", parts);
+    const Lines lines = GetLines(*run.root);
+    std::string scales;
+    for (const auto& line : lines) {
+        for (const Char& c : line->chars)
+            scales += ToText(c.atts->Get(HorizontalScale)) + " ";
+    }
+    EXPECT_EQ(scales, "-1 1 ");
+}
+
 TEST(TextHandlerTest, EditableTextHasASpaceForEachGap)
 {
+    // This font has a code for a space, but another glyph there.
+    const ContentRun redefined(
+        "BT /F 10 Tf [(a) -300 (b)] TJ ET",
+        {.resources = "/Font << /F 5 0 R >>",
+         .objects = {"<< /Type /Font /Subtype /Type1 /BaseFont /Nofont /FirstChar 32 /Widths [500 600] "
+                     "/Encoding << /Differences [32 /A] >> >>"}},
+        {}, [](PdfDocument& document) { document.SetTextFidelity(TextFidelityEditable); });
+    EXPECT_EQ(GetLines(*redefined.root).at(0)->chars.at(1).unicode, U' ');
+
     const std::string font = MakeFont("Nofont", "/FontDescriptor << /Flags 4 >> /ToUnicode 6 0 R");
     const PageParts parts{.resources = "/Font << /F 5 0 R >>",
                           .objects = {font, PdfBuilder::MakeStream("<61> <62> <0061> endbfrange")}};

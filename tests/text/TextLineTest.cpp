@@ -3,7 +3,9 @@
 #include "TextOf.h"
 #include "content/ContentRun.h"
 #include "content/GraphicsState.h"
+#include "document/Dictionary.h"
 #include "fonts/CodeSequence.h"
+#include "graphics/SoftMask.h"
 #include "objects/MakeObjects.h"
 
 #include <gmock/gmock.h>
@@ -156,6 +158,11 @@ TEST(TextLineTest, CleansUpAtTheEndOfTheLine)
         line->position = {100, 50};
         line->OnEndOfLine();
         EXPECT_EQ(PrintLine(*line), row.after) << row.before;
+        // Whatever is to become of the text: an advance of a font without a space is no gap.
+        const Line editable = ParseLine(row.before);
+        editable->fidelity = TextFidelityEditable;
+        editable->OnEndOfLine();
+        EXPECT_EQ(PrintLine(*editable), row.after) << row.before;
         EXPECT_NEAR(line->position.x, 100 + row.start, 1e-9) << row.before;
         EXPECT_EQ(line->position.y, 50) << row.before;
         EXPECT_NEAR(line->width, line->GetWidth(line->chars.begin(), line->chars.end()), 1e-9) << row.before;
@@ -531,9 +538,13 @@ TEST(TextLineTest, CopiesAPartOfALineWhereItStands)
     line->SetClipPath(Kernel::MakeCounted<Geometry::PolyCurveDbl>(Rect{0, -40, 99, 0}),
                       Geometry::WindingOrderMode::EvenOdd);
     line->UpdateBBox();
+    const TestDocument document(MakePagePdf("", {.objects = {"<< /S /Alpha >>"}}));
+    const auto mask = Kernel::MakeCounted<SoftMask>(Kernel::MakeCounted<Dictionary>(document.GetRef(5)),
+                                                    document.document->GetPage(0));
+    line->SetSoftMask(mask);
     const auto isHeld = [&](const TextLineObject& other) {
-        return other.transform == Params{1, 0, 5, 0, 1, 6} && other.clipPath == line->clipPath &&
-               other.clipWinding == Geometry::WindingOrderMode::EvenOdd;
+        return other.softMask == mask && other.transform == Params{1, 0, 5, 0, 1, 6} &&
+               other.clipPath == line->clipPath && other.clipWinding == Geometry::WindingOrderMode::EvenOdd;
     };
     const TextLineObject copy(*line, 8, line->chars.begin() + 1, line->chars.end() - 1);
     EXPECT_TRUE(isHeld(copy));
