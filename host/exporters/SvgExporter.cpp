@@ -10,6 +10,7 @@
 #include <Quillet/Page.h>
 #include <Quillet/PathObject.h>
 #include <Quillet/TextLineObject.h>
+#include <Quillet/TreeWalk.h>
 
 #include <Kernel/CharTraits.h>
 #include <Renderer/Colour.h>
@@ -83,7 +84,7 @@ bool IsSimilarity(const Params& transform)
     return x > 0 && std::abs(x - y) <= 1e-4 * x && std::abs(skew) <= 1e-4 * x * y;
 }
 
-class SvgWriter
+class SvgWriter : TreePass<pugi::xml_node>
 {
 public:
     SvgWriter(const Page& page, const std::string& title, const Raster::ICCManager::ICCProfileSet& usedProfiles)
@@ -109,7 +110,7 @@ public:
 
     LongText Write(const GroupObject& root)
     {
-        AddTree(root);
+        WalkTree(root, *this);
         if (!defs.first_child()) svg.remove_child(defs);
         struct Writer : pugi::xml_writer
         {
@@ -155,33 +156,35 @@ private:
         style += declaration;
     }
 
-    /// Trees may be deeper than the stack, so the walk keeps its own.
-    void AddTree(const GroupObject& root)
+    /// The level is the element of the group; for the root, none as yet.
+    Step Enter(const GroupObject& group, pugi::xml_node& node) override
     {
-        struct Level
-        {
-            const GroupObject* group;
-            pugi::xml_node node;
-            std::size_t next = 0;
-        };
-        std::vector<Level> levels{{&root, IsPlain(root) ? svg : AddGroup(svg, root)}};
-        while (!levels.empty()) {
-            Level& level = levels.back();
-            if (Budget::IsSpent()) return;
-            if (level.next == level.group->children.size()) {
-                levels.pop_back();
-                continue;
-            }
-            const Object& child = *level.group->children[level.next++];
-            const pugi::xml_node parent = level.node;
-            if (const GroupObject* group = child.AsGroup()) {
-                levels.push_back({group, AddGroup(parent, *group)});
-            } else if (const auto* path = dynamic_cast<const PathObject*>(&child)) {
-                AddPath(parent, *path);
-            } else if (const auto* line = dynamic_cast<const TextLineObject*>(&child)) {
-                AddLine(parent, *line);
-            }
+        if (!node) {
+            node = IsPlain(group) ? svg : AddGroup(svg, group);
+            return Step::On;
         }
+        if (Budget::IsSpent()) return Step::End;
+        node = AddGroup(node, group);
+        return Step::On;
+    }
+
+    Step Visit(const Object& object, const pugi::xml_node& parent) override
+    {
+        if (Budget::IsSpent()) return Step::End;
+        switch (object.GetKind()) {
+        case Object::Kind::Group:
+        case Object::Kind::Layer:
+            break; // These are entered.
+        case Object::Kind::Path:
+            AddPath(parent, static_cast<const PathObject&>(object));
+            break;
+        case Object::Kind::TextLine:
+            AddLine(parent, static_cast<const TextLineObject&>(object));
+            break;
+        case Object::Kind::Bitmap:
+            break; // Pictures are not part of these files yet.
+        }
+        return Step::On;
     }
 
     /// A group that the SVG element itself can stand for.
@@ -191,10 +194,11 @@ private:
     {
         pugi::xml_node node = Append(parent, "g");
         std::string style;
-        if (const auto* layer = dynamic_cast<const LayerObject*>(&group)) {
+        if (group.IsLayer()) {
+            const auto& layer = static_cast<const LayerObject&>(group);
             Set(node, "inkscape:groupmode", "layer");
-            if (!layer->isEditable) Set(node, "sodipodi:insensitive", "true");
-            if (!layer->isVisible) AddStyle(style, "display:none");
+            if (!layer.isEditable) Set(node, "sodipodi:insensitive", "true");
+            if (!layer.isVisible) AddStyle(style, "display:none");
         }
         if (!group.name.empty()) Set(node, "inkscape:label", MakeXmlText(group.name));
         if (group.clipPath) SetClip(node, *group.clipPath, group.clipWinding, group.transform);
