@@ -4,6 +4,7 @@
 #include "OpenDocument.h"
 #include "PageQueue.h"
 #include "exporters/JsonExporter.h"
+#include "exporters/JsonWriter.h"
 #include "exporters/SvgExporter.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
@@ -153,10 +154,11 @@ TEST(CostTest, WhatIsToldOfADocumentIsPaidFor)
     const auto measure = [&](long long units, bool isOfFonts) {
         const Budget::Scope scope(Kernel::MakeCounted<Budget>(units), Budget::Share::All, nullptr);
         LongText text;
+        JsonWriter json(text);
         if (isOfFonts) {
-            AppendFontsJson(text, fonts);
+            WriteFonts(json, fonts);
         } else {
-            AppendDocumentJson(text, *document.document);
+            WriteDocument(json, *document.document);
         }
         EXPECT_TRUE(Json::accept(text.Join())) << units;
         EXPECT_EQ(Budget::IsSpent(), units < 1'000'000'000) << units;
@@ -172,7 +174,8 @@ TEST(CostTest, WhatIsToldOfADocumentIsPaidFor)
         " /Info " + std::to_string(accents.Add("<< /Title (a" + std::string(90'000, '\xE9') + ") >>")) + " 0 R";
     const TestDocument titled(accents.Build());
     LongText text;
-    AppendDocumentJson(text, *titled.document);
+    JsonWriter json(text);
+    WriteDocument(json, *titled.document);
     EXPECT_EQ(Json::parse(text.Join())["title"], "a" + Repeat("\u00E9", 90'000));
 }
 
