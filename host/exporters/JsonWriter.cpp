@@ -4,9 +4,6 @@
 
 #include <Kernel/CharTraits.h>
 
-#include <nlohmann/json.hpp>
-
-#include <string>
 #include <utility>
 
 namespace Host {
@@ -56,8 +53,8 @@ JsonWriter& JsonWriter::Key(std::string_view name)
 
 void JsonWriter::Number(double value)
 {
-    const std::string text = nlohmann::json(Tidy(value)).dump();
-    RawValue(text.data(), text.size(), rapidjson::kNumberType);
+    Prefix(rapidjson::kNumberType);
+    AppendShortest(sink.text.GetEnd(), Tidy(value));
 }
 
 void JsonWriter::Text(std::string_view value)
@@ -101,10 +98,10 @@ void JsonWriter::EndText()
     sink.Put('"');
 }
 
-void JsonWriter::Take(LongText&& object)
+void JsonWriter::Take(LongText&& value)
 {
     Prefix(rapidjson::kObjectType);
-    sink.text.Append(std::move(object));
+    sink.text.Append(std::move(value));
 }
 
 } // namespace Host

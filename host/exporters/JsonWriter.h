@@ -70,8 +70,8 @@ public:
     /// A piece, which ends between two characters, of the text that was begun.
     void AddToText(std::string_view piece);
     void EndText();
-    /// Takes an object that was written to a text of its own.
-    void Take(LongText&& object);
+    /// Takes a value that was written to a text of its own.
+    void Take(LongText&& value);
 
     /// If a comma comes next, a line ends behind it.
     void BreakLine() { sink.isLineBroken = true; }
