@@ -5,44 +5,54 @@
 #include <algorithm>
 #include <cstdio>
 #include <string>
-#include <vector>
 
 namespace {
 
 std::string Describe(const Quillet::Object& object)
 {
-    if (const auto* layer = dynamic_cast<const Quillet::LayerObject*>(&object)) return "layer \"" + layer->name + '"';
-    if (dynamic_cast<const Quillet::GroupObject*>(&object)) return "group";
-    if (const auto* path = dynamic_cast<const Quillet::PathObject*>(&object)) {
-        return std::string("path") + (path->IsFilled() ? " filled" : "") + (path->IsStroked() ? " stroked" : "");
+    using Kind = Quillet::Object::Kind;
+    switch (object.GetKind()) {
+    case Kind::Group:
+        return "group";
+    case Kind::Layer:
+        return "layer \"" + static_cast<const Quillet::LayerObject&>(object).name + '"';
+    case Kind::Path: {
+        const auto& path = static_cast<const Quillet::PathObject&>(object);
+        return std::string("path") + (path.IsFilled() ? " filled" : "") + (path.IsStroked() ? " stroked" : "");
     }
-    if (const auto* line = dynamic_cast<const Quillet::TextLineObject*>(&object))
-        return "line \"" + line->GetText() + '"';
-    if (dynamic_cast<const Quillet::BitmapObject*>(&object)) return "bitmap";
+    case Kind::Bitmap:
+        return "bitmap";
+    case Kind::TextLine:
+        return "line \"" + static_cast<const Quillet::TextLineObject&>(object).GetText() + '"';
+    }
     return "object";
 }
 
-void PrintOutline(const Quillet::Object& root)
+/// Carries the depth down the tree.
+class Outline : public Quillet::TreePass<int>
 {
-    struct Node
+public:
+    Quillet::Step Enter(const Quillet::GroupObject& group, int& depth) override
     {
-        const Quillet::Object* object;
-        int depth;
-    };
-    // A page may nest its groups very deep, so the walk keeps a stack of its own.
-    for (std::vector<Node> pending{{&root, 0}}; !pending.empty();) {
-        const auto [object, depth] = pending.back();
-        pending.pop_back();
-        const auto& box = object->transformedBBox;
-        std::printf("%*s%s [%.2f %.2f %.2f %.2f]\n", 2 * std::min(depth, 40), "", Describe(*object).c_str(), box.left,
-                    box.top, box.right, box.bottom);
-        if (const auto* group = dynamic_cast<const Quillet::GroupObject*>(object)) {
-            for (auto child = group->children.rbegin(); child != group->children.rend(); ++child) {
-                pending.push_back({child->Get(), depth + 1});
-            }
-        }
+        Print(group, depth++);
+        return Quillet::Step::On;
     }
-}
+
+    Quillet::Step Visit(const Quillet::Object& leaf, const int& depth) override
+    {
+        Print(leaf, depth);
+        return Quillet::Step::On;
+    }
+
+private:
+    static void Print(const Quillet::Object& object, int depth)
+    {
+        const auto& box = object.transformedBBox;
+        // A page may nest its groups very deep.
+        std::printf("%*s%s [%.2f %.2f %.2f %.2f]\n", 2 * std::min(depth, 40), "", Describe(object).c_str(), box.left,
+                    box.top, box.right, box.bottom);
+    }
+};
 
 } // namespace
 
@@ -61,7 +71,8 @@ int main(int argc, char** argv)
     try {
         const auto root = document->GetPage(0)->BuildObjects();
         root->UpdateBBoxes();
-        PrintOutline(*root);
+        Outline outline;
+        Quillet::WalkTree(*root, outline);
     } catch (Quillet::Error::Type error) {
         std::fprintf(stderr, "outline: %s: page 1: %s\n", argv[1], Quillet::GetErrorName(error));
         return 6;

@@ -11,6 +11,7 @@
 #include "WriteAll.h"
 #include "exporters/Costs.h"
 #include "exporters/JsonExporter.h"
+#include "exporters/JsonWriter.h"
 #include "exporters/SvgExporter.h"
 
 #include <Quillet/Budget.h>
@@ -85,7 +86,10 @@ public:
             const Budget::Scope scope = opened.document->OpenScope(Budget::Share::All);
             profiles = opened.document->GetICCProfiles(-1);
             title = opened.document->GetTitle();
-            if (options.format == Format::Json) AppendDocumentJson(text, *opened.document);
+            if (options.format == Format::Json) {
+                JsonWriter document(text);
+                WriteDocument(document, *opened.document);
+            }
             isCut = Budget::IsSpent();
         }
         isCut = opened.counter.TakeCutShort() || isCut;

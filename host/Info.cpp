@@ -8,6 +8,7 @@
 #include "WriteAll.h"
 #include "exporters/Costs.h"
 #include "exporters/JsonExporter.h"
+#include "exporters/JsonWriter.h"
 #include "exporters/NumberText.h"
 
 #include <Quillet/Budget.h>
@@ -195,19 +196,21 @@ bool AppendText(LongText& text, OpenedDocument& opened, const InfoOptions& optio
 
 bool AppendJson(LongText& text, OpenedDocument& opened, const InfoOptions& options)
 {
-    text.Append("{\"document\":");
-    AppendDocumentJson(text, *opened.document);
-    text.Append(",\n\"pages\":[");
-    const char* separator = "";
+    JsonWriter json(text);
+    json.BeginObject();
+    WriteDocument(json.Key("document"), *opened.document);
+    json.BreakLine();
+    json.Key("pages").BeginArray();
     const bool isComplete = VisitPages(opened, options, [&](const Page& page, int index) {
-        text.Append(separator);
-        text.Append(MakePageHeaderJson(page, index));
-        text.Append("}");
-        separator = ",\n";
+        json.BreakLine();
+        BeginPage(json, page, index);
+        json.EndObject();
     });
-    text.Append("],\n\"fonts\":");
-    AppendFontsJson(text, opened.document->GetFontInfos());
-    text.Append("}\n");
+    json.EndArray();
+    json.BreakLine();
+    WriteFonts(json.Key("fonts"), opened.document->GetFontInfos());
+    json.EndObject();
+    text.Append("\n");
     return isComplete;
 }
 

@@ -3,7 +3,7 @@
 #include "PermissionNames.h"
 #include "exporters/ColourValues.h"
 #include "exporters/Costs.h"
-#include "exporters/NumberText.h"
+#include "exporters/JsonWriter.h"
 #include "exporters/PathData.h"
 #include "exporters/TextRuns.h"
 
@@ -14,12 +14,12 @@
 #include <Quillet/PathObject.h>
 #include <Quillet/PdfDocument.h>
 #include <Quillet/TextLineObject.h>
+#include <Quillet/TreeWalk.h>
 
 #include <pixels/DynamicBitmap.h>
 
-#include <nlohmann/json.hpp>
-
 #include <algorithm>
+#include <initializer_list>
 #include <string_view>
 #include <utility>
 
@@ -28,35 +28,57 @@ namespace Host {
 namespace {
 
 using namespace Quillet;
-using Json = nlohmann::ordered_json;
 using Geometry::WindingOrderMode;
 using Rect = Kernel::RectT<double>;
 using Params = Geometry::AffineTransform::Params;
 
-std::string Dump(const Json& json)
-{
-    // Texts of a file are UTF-8 by then, but a broken one must not end the export.
-    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
-
 /// A text of the file; empty if there is no more to pay for it.
-Json MakeText(std::string text)
+void WriteText(JsonWriter& json, std::string_view text)
 {
-    if (!Budget::Spend(text.size() * Costs::c_jsonTextByte)) return "";
-    return text;
+    json.Text(Budget::Spend(text.size() * Costs::c_jsonTextByte) ? text : "");
 }
 
-Json MakeBox(const Rect& box)
+/// Piece by piece, as far as the account goes: what a document says of itself may have megabytes.
+void WriteLongText(JsonWriter& json, std::string_view text)
 {
+    json.BeginText();
+    while (!text.empty() && !Budget::IsSpent()) {
+        std::size_t size = std::min(text.size(), LongText::c_blockSize);
+        // A character has four bytes at the most.
+        for (int i = 0; i < 3 && size < text.size() && (text[size] & 0xC0) == 0x80; ++i)
+            --size;
+        json.AddToText(text.substr(0, size));
+        text.remove_prefix(size);
+    }
+    json.EndText();
+}
+
+void WriteNumbers(JsonWriter& json, std::initializer_list<double> values)
+{
+    json.BeginArray();
+    for (const double value : values)
+        json.Number(value);
+    json.EndArray();
+}
+
+void WriteBox(JsonWriter& json, const Rect& box)
+{
+    if (!box.IsEmpty()) {
+        WriteNumbers(json, {box.left, box.top, box.right, box.bottom});
+        return;
+    }
     // Text without a glyph to see has no box.
-    if (box.IsEmpty()) return {0, 0, 0, 0};
-    return {Tidy(box.left), Tidy(box.top), Tidy(box.right), Tidy(box.bottom)};
+    json.BeginArray();
+    for (int i = 0; i < 4; ++i)
+        json.Integer(0);
+    json.EndArray();
 }
 
-Json MakeTransform(const Params& transform)
+void WritePath(JsonWriter& json, const Geometry::PolyCurveDbl* path, const Params& toPage)
 {
-    return {Tidy(transform.a), Tidy(transform.b), Tidy(transform.c),
-            Tidy(transform.d), Tidy(transform.e), Tidy(transform.f)};
+    LongText& text = json.BeginText();
+    if (path) AppendPathData(text, *path, toPage);
+    json.EndText();
 }
 
 const char* GetWindingName(WindingOrderMode winding)
@@ -64,349 +86,335 @@ const char* GetWindingName(WindingOrderMode winding)
     return winding == WindingOrderMode::EvenOdd ? "evenodd" : "nonzero";
 }
 
-Json MakeColour(const Renderer::Colour& colour)
+void WriteColour(JsonWriter& json, const Renderer::Colour& colour)
 {
     const ColourValues components(colour);
-    Json values = Json::array();
+    json.BeginObject();
+    json.Key("model").Text(components.model);
+    json.Key("values").BeginArray();
     for (const double value : components.values)
-        values.push_back(Tidy(value));
-    Json json{{"model", components.model},
-              {"values", std::move(values)},
-              {"alpha", Tidy(colour.GetAlpha())},
-              {"name", MakeText(colour.GetName())}};
+        json.Number(value);
+    json.EndArray();
+    json.Key("alpha").Number(colour.GetAlpha());
+    WriteText(json.Key("name"), colour.GetName());
     // Of a named colour, how it looks at this tint: who does not have the ink draws that.
     const Renderer::Colour& plain = colour.GetPlain();
-    if (&plain != &colour && Budget::Spend(Costs::c_jsonEntry)) json["alternate"] = MakeColour(plain);
-    return json;
+    if (&plain != &colour && Budget::Spend(Costs::c_jsonEntry)) WriteColour(json.Key("alternate"), plain);
+    json.EndObject();
 }
 
-Json MakeFill(const Renderer::FillDescriptor& descriptor)
+void WriteFill(JsonWriter& json, const Renderer::FillDescriptor& descriptor)
 {
     const auto colour = descriptor.IsEmpty() ? nullptr : descriptor.fill->GetColour();
-    if (!colour) return nullptr;
-    return {{"kind", "solid"}, {"colour", MakeColour(*colour)}};
+    if (!colour) {
+        json.Null();
+        return;
+    }
+    json.BeginObject();
+    json.Key("kind").Text("solid");
+    WriteColour(json.Key("colour"), *colour);
+    json.EndObject();
 }
 
-Json MakeLine(const Renderer::LineStyleDescriptor& descriptor)
+void WriteLine(JsonWriter& json, const Renderer::LineStyleDescriptor& descriptor)
 {
     static constexpr const char* c_caps[] = {"butt", "square", "round"};
     static constexpr const char* c_joins[] = {"mitre", "mitre", "round", "bevel"};
     const Renderer::LineStyle& style = *descriptor.lineStyle;
     const bool isDashed = style.dashKind == Renderer::LineStyle::DashDashed;
-    Json dashes = Json::array();
+    json.BeginObject();
+    json.Key("width").Number(style.width);
+    json.Key("cap").Text(c_caps[style.cap]);
+    json.Key("join").Text(c_joins[style.join]);
+    json.Key("mitreLimit").Number(style.mitreLimit);
+    json.Key("dashes").BeginArray();
     if (isDashed) {
         for (const double dash : style.dashes) {
             if (!Budget::Spend(Costs::c_jsonEntry)) break;
-            dashes.push_back(Tidy(dash * style.width));
+            json.Number(dash * style.width);
         }
     }
-    return {{"width", Tidy(style.width)},           {"cap", c_caps[style.cap]},
-            {"join", c_joins[style.join]},          {"mitreLimit", Tidy(style.mitreLimit)},
-            {"dashes", std::move(dashes)},          {"dashPhase", isDashed ? Tidy(style.dashPhase * style.width) : 0.0},
-            {"behindFill", descriptor.isBehindFill}};
+    json.EndArray();
+    json.Key("dashPhase").Number(isDashed ? style.dashPhase * style.width : 0);
+    json.Key("behindFill").Flag(descriptor.isBehindFill);
+    json.EndObject();
 }
 
-void AddBlending(Json& json, double opacity, Renderer::FillBlendMode::BlendMode mode)
+void AddBlending(JsonWriter& json, double opacity, Renderer::FillBlendMode::BlendMode mode)
 {
-    if (opacity != 1) json["opacity"] = Tidy(opacity);
-    if (mode != Renderer::FillBlendMode::Normal) json["blendMode"] = Renderer::FillBlendMode::GetName(mode);
+    if (opacity != 1) json.Key("opacity").Number(opacity);
+    if (mode != Renderer::FillBlendMode::Normal) json.Key("blendMode").Text(Renderer::FillBlendMode::GetName(mode));
 }
 
-void AddGroup(Json& json, const GroupObject& group)
+void AddGroup(JsonWriter& json, const GroupObject& group)
 {
-    json["name"] = MakeText(group.name);
+    WriteText(json.Key("name"), group.name);
     AddBlending(json, group.opacity, group.blendMode);
-    if (group.isIsolated) json["isolated"] = true;
-    if (group.isKnockout) json["knockout"] = true;
-    if (group.isXObject) json["xobject"] = true;
-    const auto* layer = dynamic_cast<const LayerObject*>(&group);
-    if (!layer) return;
-    if (!layer->isVisible) json["visible"] = false;
-    if (!layer->isPrintable) json["printable"] = false;
-    if (!layer->isEditable) json["editable"] = false;
-    json["colour"] = layer->colour ? MakeColour(*layer->colour) : Json();
+    if (group.isIsolated) json.Key("isolated").Flag(true);
+    if (group.isKnockout) json.Key("knockout").Flag(true);
+    if (group.isXObject) json.Key("xobject").Flag(true);
 }
 
-/// An object that is written piece by piece: its path data may be longer than all the rest of a page.
-class ObjectText
+void AddLayer(JsonWriter& json, const LayerObject& layer)
 {
-public:
-    explicit ObjectText(LongText& out) : text(out) { text.Append("{"); }
+    AddGroup(json, layer);
+    if (!layer.isVisible) json.Key("visible").Flag(false);
+    if (!layer.isPrintable) json.Key("printable").Flag(false);
+    if (!layer.isEditable) json.Key("editable").Flag(false);
+    json.Key("colour");
+    if (layer.colour)
+        WriteColour(json, *layer.colour);
+    else
+        json.Null();
+}
 
-    /// Writes the members so far, and the path behind them.
-    void AddPath(const char* key, const Geometry::PolyCurveDbl* path, const Params& toPage)
-    {
-        BeginMember(key);
-        text.Append("\"");
-        if (path) AppendPathData(text, *path, toPage);
-        text.Append("\"");
-    }
-
-    /// Piece by piece too, as far as the account goes: what a document says of itself may have megabytes.
-    void AddText(const char* key, std::string_view value)
-    {
-        BeginMember(key);
-        text.Append("\"");
-        while (!value.empty() && !Budget::IsSpent()) {
-            std::size_t size = std::min(value.size(), LongText::c_blockSize);
-            // A character has four bytes at the most.
-            for (int i = 0; i < 3 && size < value.size() && (value[size] & 0xC0) == 0x80; ++i)
-                --size;
-            const std::string piece = Dump(Json(value.substr(0, size)));
-            text.Append(std::string_view(piece).substr(1, piece.size() - 2));
-            value.remove_prefix(size);
-        }
-        text.Append("\"");
-    }
-
-    void AddClip(const Object& object)
-    {
-        BeginMember("clip");
-        ObjectText clip(text);
-        clip.AddPath("path", object.clipPath.Get(), object.transform);
-        clip.members["winding"] = GetWindingName(object.clipWinding);
-        clip.Flush();
-        text.Append("}");
-    }
-
-    void Flush()
-    {
-        if (members.empty()) return;
-        const std::string all = Dump(members);
-        text.Append(separator);
-        text.Append(std::string_view(all).substr(1, all.size() - 2));
-        separator = ",";
-        members.clear();
-    }
-
-    /// Those that were not written yet.
-    Json members = Json::object();
-
-private:
-    void BeginMember(const char* key)
-    {
-        Flush();
-        std::string& end = text.GetEnd();
-        end.append(separator).append("\"").append(key).append("\":");
-        separator = ",";
-    }
-
-    LongText& text;
-    const char* separator = "";
-};
-
-void AddPath(ObjectText& object, const PathObject& path)
+void AddPath(JsonWriter& json, const PathObject& path)
 {
-    object.AddPath("path", path.path.Get(), path.transform);
-    Json& json = object.members;
-    json["winding"] = GetWindingName(path.winding);
-    json["fill"] = MakeFill(*path.GetBrushDescriptor());
-    const bool isStroked = path.IsStroked();
-    json["stroke"] = isStroked ? MakeFill(*path.penDescriptor) : Json();
-    json["line"] = isStroked ? MakeLine(*path.lineStyleDescriptor) : Json();
+    WritePath(json.Key("path"), path.path.Get(), path.transform);
+    json.Key("winding").Text(GetWindingName(path.winding));
+    WriteFill(json.Key("fill"), *path.GetBrushDescriptor());
+    if (path.IsStroked()) {
+        WriteFill(json.Key("stroke"), *path.penDescriptor);
+        WriteLine(json.Key("line"), *path.lineStyleDescriptor);
+    } else {
+        json.Key("stroke").Null();
+        json.Key("line").Null();
+    }
     AddBlending(json, path.opacity, path.blendMode);
     if (path.isRectangle)
-        json["shape"] = "rectangle";
+        json.Key("shape").Text("rectangle");
     else if (path.isEllipse)
-        json["shape"] = "ellipse";
+        json.Key("shape").Text("ellipse");
     else if (path.isStraightLine)
-        json["shape"] = "line";
+        json.Key("shape").Text("line");
 }
 
-void AddBitmap(Json& json, const BitmapObject& bitmap)
+void AddBitmap(JsonWriter& json, const BitmapObject& bitmap)
 {
-    json["width"] = bitmap.bitmap ? bitmap.bitmap->GetWidth() : 0;
-    json["height"] = bitmap.bitmap ? bitmap.bitmap->GetHeight() : 0;
-    json["fill"] = MakeFill(*bitmap.GetBrushDescriptor());
+    json.Key("width").Integer(bitmap.bitmap ? bitmap.bitmap->GetWidth() : 0);
+    json.Key("height").Integer(bitmap.bitmap ? bitmap.bitmap->GetHeight() : 0);
+    WriteFill(json.Key("fill"), *bitmap.GetBrushDescriptor());
     AddBlending(json, static_cast<double>(bitmap.opacity), bitmap.blendMode);
 }
 
-Json MakeRun(const TextRun& run)
+void WriteRun(JsonWriter& json, const TextRun& run)
 {
     using namespace Story::GlyphAtt;
     const Story::GlyphAtts& atts = *run.first->atts;
     const Kernel::Font& font = atts.GetDesiredFont();
-    Json json{{"text", MakeText(GetRunText(run.first, run.last))},
-              {"font", MakeText(font.postscriptName.empty() ? font.family : font.postscriptName)},
-              {"size", Tidy(atts.GetSize())},
-              {"letterSpacing", Tidy(atts.Get(LetterSpacing))},
-              {"kerning", Tidy(atts.Get(Kerning))},
-              {"horizontalScale", Tidy(atts.Get(HorizontalScale))},
-              {"shear", Tidy(atts.Get(Shear))},
-              // Upward, as designers count it.
-              {"baselineShift", Tidy(0 - atts.Get(BaselineShift))}};
-    if (atts.Get(Underline) != 0) json["underline"] = true;
-    if (atts.Get(Strikeout) != 0) json["strikeout"] = true;
-    json["highlight"] = MakeFill(*atts.GetFill(HighlightFill));
-    json["fill"] = MakeFill(*atts.GetFill(Story::GlyphAtt::Fill));
-    json["stroke"] = MakeFill(*atts.GetFill(StrokeFill));
-    json["language"] = atts.Get(Language);
-    return json;
+    json.BeginObject();
+    WriteText(json.Key("text"), GetRunText(run.first, run.last));
+    WriteText(json.Key("font"), font.postscriptName.empty() ? font.family : font.postscriptName);
+    json.Key("size").Number(atts.GetSize());
+    json.Key("letterSpacing").Number(atts.Get(LetterSpacing));
+    json.Key("kerning").Number(atts.Get(Kerning));
+    json.Key("horizontalScale").Number(atts.Get(HorizontalScale));
+    json.Key("shear").Number(atts.Get(Shear));
+    // Upward, as designers count it.
+    json.Key("baselineShift").Number(0 - atts.Get(BaselineShift));
+    if (atts.Get(Underline) != 0) json.Key("underline").Flag(true);
+    if (atts.Get(Strikeout) != 0) json.Key("strikeout").Flag(true);
+    WriteFill(json.Key("highlight"), *atts.GetFill(HighlightFill));
+    WriteFill(json.Key("fill"), *atts.GetFill(Story::GlyphAtt::Fill));
+    WriteFill(json.Key("stroke"), *atts.GetFill(StrokeFill));
+    json.Key("language").Text(atts.Get(Language));
+    json.EndObject();
 }
 
-void AddLine(Json& json, const TextLineObject& line)
+void AddTextLine(JsonWriter& json, const TextLineObject& line)
 {
     const auto position = line.GetGdiPosition();
-    json["position"] = {Tidy(position.x), Tidy(position.y)};
-    json["width"] = Tidy(line.width);
-    json["height"] = Tidy(line.textHeight);
-    json["text"] = MakeText(GetRunText(line.chars.begin(), line.chars.end()));
+    WriteNumbers(json.Key("position"), {position.x, position.y});
+    json.Key("width").Number(line.width);
+    json.Key("height").Number(line.textHeight);
+    WriteText(json.Key("text"), GetRunText(line.chars.begin(), line.chars.end()));
     AddBlending(json, 1, line.blendMode);
-}
-
-/// One by one: a line may have millions, and each is many times its text.
-void AppendRuns(LongText& text, const TextLineObject& line)
-{
-    text.Append(",\"runs\":[");
-    const char* separator = "";
+    json.Key("runs").BeginArray();
     for (const TextRun& run : SplitIntoRuns(line)) {
         if (!Budget::Spend(Costs::c_jsonRun)) break;
-        text.Append(separator);
-        text.Append(Dump(MakeRun(run)));
-        separator = ",";
+        WriteRun(json, run);
     }
-    text.Append("]");
+    json.EndArray();
 }
 
-/// A node without its children, and without the closing brace.
-void AppendNode(LongText& text, const Object& object, long long firstId)
+class TreeWriter : public TreePass<>
 {
-    const auto* group = object.AsGroup();
-    const auto* path = group ? nullptr : dynamic_cast<const PathObject*>(&object);
-    const auto* line = group || path ? nullptr : dynamic_cast<const TextLineObject*>(&object);
-    const auto* bitmap = group || path || line ? nullptr : dynamic_cast<const BitmapObject*>(&object);
-    ObjectText node(text);
-    Json& json = node.members;
-    json["type"] = group ? group->IsLayer() ? "layer" : "group" : path ? "path" : line ? "line" : "bitmap";
-    json["id"] = object.id < 0 ? -1 : object.id + firstId;
-    json["bbox"] = MakeBox(object.bbox);
-    json["box"] = MakeBox(object.transformedBBox);
-    if (!object.transform.IsIdentity(0)) json["transform"] = MakeTransform(object.transform);
-    if (object.clipPath) node.AddClip(object);
-    if (object.softMask) json["softMask"] = true;
-    if (group) AddGroup(json, *group);
-    if (path) AddPath(node, *path);
-    if (line) AddLine(json, *line);
-    if (bitmap) AddBitmap(json, *bitmap);
-    node.Flush();
-    if (line) AppendRuns(text, *line);
-}
+public:
+    TreeWriter(JsonWriter& out, long long firstObjectId) : json(out), firstId(firstObjectId) {}
 
-/// The tree as text. Trees may be deeper than the stack, so the walk keeps its own.
-void AppendTree(LongText& text, const GroupObject& root, long long firstId)
-{
-    struct Level
+    Step Enter(const GroupObject& group, std::monostate&) override
     {
-        const GroupObject* group;
-        std::size_t next;
-    };
-    std::vector<Level> levels;
-    const auto open = [&](const GroupObject& group) {
-        AppendNode(text, group, firstId);
-        text.Append(",\"children\":[");
-        levels.push_back({&group, 0});
-    };
-    open(root);
-    while (!levels.empty()) {
-        Level& level = levels.back();
-        if (level.next == level.group->children.size() || !Budget::Spend(Costs::c_jsonNode)) {
-            text.Append("]}");
-            levels.pop_back();
-            continue;
-        }
-        if (level.next > 0) text.Append(",\n");
-        const Object& child = *level.group->children[level.next++];
-        if (const GroupObject* group = child.AsGroup()) {
-            open(*group);
-        } else {
-            AppendNode(text, child, firstId);
-            text.Append("}");
+        // The root comes in any case.
+        if (!std::exchange(isRoot, false) && !Budget::Spend(Costs::c_jsonNode)) return Step::End;
+        BeginNode(group);
+        json.Key("children").BeginArray();
+        return Step::On;
+    }
+
+    Step Visit(const Object& object, const std::monostate&) override
+    {
+        if (!Budget::Spend(Costs::c_jsonNode)) return Step::End;
+        BeginNode(object);
+        json.EndObject();
+        return Step::On;
+    }
+
+    void Leave(const GroupObject&, const std::monostate&) override
+    {
+        json.EndArray();
+        json.EndObject();
+    }
+
+private:
+    void BeginNode(const Object& object)
+    {
+        using enum Object::Kind;
+        json.BreakLine();
+        json.BeginObject();
+        switch (object.GetKind()) {
+        case Group:
+            AddCommon("group", object);
+            AddGroup(json, static_cast<const GroupObject&>(object));
+            break;
+        case Layer:
+            AddCommon("layer", object);
+            AddLayer(json, static_cast<const LayerObject&>(object));
+            break;
+        case Path:
+            AddCommon("path", object);
+            AddPath(json, static_cast<const PathObject&>(object));
+            break;
+        case Bitmap:
+            AddCommon("bitmap", object);
+            AddBitmap(json, static_cast<const BitmapObject&>(object));
+            break;
+        case TextLine:
+            AddCommon("line", object);
+            AddTextLine(json, static_cast<const TextLineObject&>(object));
+            break;
         }
     }
-}
+
+    void AddCommon(const char* type, const Object& object)
+    {
+        json.Key("type").Text(type);
+        json.Key("id").Integer(object.id < 0 ? -1 : object.id + firstId);
+        WriteBox(json.Key("bbox"), object.bbox);
+        WriteBox(json.Key("box"), object.transformedBBox);
+        const Params& to = object.transform;
+        if (!to.IsIdentity(0)) WriteNumbers(json.Key("transform"), {to.a, to.b, to.c, to.d, to.e, to.f});
+        if (object.clipPath) {
+            json.Key("clip").BeginObject();
+            WritePath(json.Key("path"), object.clipPath.Get(), object.transform);
+            json.Key("winding").Text(GetWindingName(object.clipWinding));
+            json.EndObject();
+        }
+        if (object.softMask) json.Key("softMask").Flag(true);
+    }
+
+    JsonWriter& json;
+    const long long firstId;
+    bool isRoot = true;
+};
 
 } // namespace
 
-void AppendDocumentJson(LongText& text, const PdfDocument& document)
+void WriteDocument(JsonWriter& json, const PdfDocument& document)
 {
-    Json keywords = Json::array();
-    for (std::string& keyword : document.GetKeywords()) {
-        if (!Budget::Spend(Costs::c_jsonEntry)) break;
-        keywords.push_back(MakeText(std::move(keyword)));
-    }
-    ObjectText object(text);
-    Json& json = object.members;
-    json["name"] = document.GetDocName();
-    object.AddText("version", document.GetVersionString());
-    object.AddText("title", document.GetTitle());
-    object.AddText("author", document.GetAuthor());
-    object.AddText("subject", document.GetSubject());
-    json["keywords"] = std::move(keywords);
-    object.AddText("creator", document.GetCreator());
-    object.AddText("producer", document.GetProducer());
-    json["pageCount"] = document.GetPageCount();
-    json["decryptLevel"] = static_cast<int>(document.decryptLevel);
-    json["hasUserPermissions"] = document.HasUserPermissions();
-    json["hasOwnerPermissions"] = document.HasOwnerPermissions();
-    json["isRestricted"] = document.IsRestricted();
+    // A list is cut before the texts are: of them a part says more.
+    std::vector<std::string> keywords = document.GetKeywords();
+    const auto isPaid = [](const std::string& keyword) {
+        return Budget::Spend(Costs::c_jsonEntry + keyword.size() * Costs::c_jsonTextByte);
+    };
+    keywords.erase(std::find_if_not(keywords.begin(), keywords.end(), isPaid), keywords.end());
+    json.BeginObject();
+    json.Key("name").Text(document.GetDocName());
+    WriteLongText(json.Key("version"), document.GetVersionString());
+    WriteLongText(json.Key("title"), document.GetTitle());
+    WriteLongText(json.Key("author"), document.GetAuthor());
+    WriteLongText(json.Key("subject"), document.GetSubject());
+    json.Key("keywords").BeginArray();
+    for (const std::string& keyword : keywords)
+        json.Text(keyword);
+    json.EndArray();
+    WriteLongText(json.Key("creator"), document.GetCreator());
+    WriteLongText(json.Key("producer"), document.GetProducer());
+    json.Key("pageCount").Integer(document.GetPageCount());
+    json.Key("decryptLevel").Integer(document.decryptLevel);
+    json.Key("hasUserPermissions").Flag(document.HasUserPermissions());
+    json.Key("hasOwnerPermissions").Flag(document.HasOwnerPermissions());
+    json.Key("isRestricted").Flag(document.IsRestricted());
     if (document.decryptLevel != DecryptLevelOpen) {
-        json["encryption"] = document.GetEncryptionMethod();
-        json["permissions"] = GetPermissionNames(document);
+        json.Key("encryption").Text(document.GetEncryptionMethod());
+        json.Key("permissions").BeginArray();
+        for (const std::string& name : GetPermissionNames(document))
+            json.Text(name);
+        json.EndArray();
     }
-    object.Flush();
-    text.Append("}");
+    json.EndObject();
 }
 
-void AppendFontsJson(LongText& text, const std::vector<FontInfo>& fonts)
+void WriteFonts(JsonWriter& json, const std::vector<FontInfo>& fonts)
 {
-    text.Append("[");
-    const char* separator = "";
+    json.BeginArray();
     for (const FontInfo& font : fonts) {
         if (!Budget::Spend(Costs::c_jsonEntry)) break;
         const std::string& name = font.actualFont.postscriptName;
-        const Json json{{"name", MakeText(font.name)},
-                        {"subtype", MakeText(font.subtype)},
-                        {"embedded", font.isEmbedded},
-                        {"available", font.isAvailable},
-                        {"shownIn", MakeText(name.empty() ? font.actualFont.family : name)}};
-        text.Append(separator);
-        text.Append(Dump(json));
-        separator = ",";
+        json.BeginObject();
+        WriteText(json.Key("name"), font.name);
+        WriteText(json.Key("subtype"), font.subtype);
+        json.Key("embedded").Flag(font.isEmbedded);
+        json.Key("available").Flag(font.isAvailable);
+        WriteText(json.Key("shownIn"), name.empty() ? font.actualFont.family : name);
+        json.EndObject();
     }
-    text.Append("]");
+    json.EndArray();
 }
 
-std::string MakePageHeaderJson(const Page& page, int index)
+void BeginPage(JsonWriter& json, const Page& page, int index)
 {
-    const Rect size = PageBase::ApplyRotate(page.GetTrimBox(), page.GetRotate());
-    const Json json{{"index", index},
-                    {"boxes",
-                     {{"media", MakeBox(page.GetMediaBox())},
-                      {"crop", MakeBox(page.GetCropBox())},
-                      {"bleed", MakeBox(page.GetBleedBox())},
-                      {"trim", MakeBox(page.GetTrimBox())},
-                      {"art", MakeBox(page.GetArtBox())}}},
-                    {"rotate", page.GetRotate()},
-                    {"size", {Tidy(size.GetWidth()), Tidy(size.GetHeight())}}};
-    std::string text = Dump(json);
-    text.pop_back();
-    return text;
+    // A page whose boxes cannot be read is none: that shows before anything is written.
+    const std::pair<const char*, Rect> boxes[] = {{"media", page.GetMediaBox()},
+                                                  {"crop", page.GetCropBox()},
+                                                  {"bleed", page.GetBleedBox()},
+                                                  {"trim", page.GetTrimBox()},
+                                                  {"art", page.GetArtBox()}};
+    const int rotate = page.GetRotate();
+    const Rect size = PageBase::ApplyRotate(page.GetTrimBox(), rotate);
+    json.BeginObject();
+    json.Key("index").Integer(index);
+    json.Key("boxes").BeginObject();
+    for (const auto& [name, box] : boxes)
+        WriteBox(json.Key(name), box);
+    json.EndObject();
+    json.Key("rotate").Integer(rotate);
+    WriteNumbers(json.Key("size"), {size.GetWidth(), size.GetHeight()});
 }
 
 LongText MakePageJson(const Page& page, int index, const GroupObject& root, Problems& problems, long long firstId)
 {
     // The problems stand first, and the last of them may be met while the tree is written.
     LongText tree;
-    AppendTree(tree, root, firstId);
-    tree.Append("}");
+    JsonWriter treeJson(tree);
+    TreeWriter writer(treeJson, firstId);
+    WalkTree(root, writer);
     if (Budget::IsSpent()) problems[Error::CutShort] = 1;
 
-    Json errors = Json::array();
+    LongText text;
+    JsonWriter json(text);
+    BeginPage(json, page, index);
+    json.Key("errors").BeginArray();
     for (const auto& [type, count] : problems) {
-        errors.push_back({{"kind", static_cast<int>(type)}, {"name", GetErrorName(type)}, {"count", count}});
+        json.BeginObject();
+        json.Key("kind").Integer(type);
+        json.Key("name").Text(GetErrorName(type));
+        json.Key("count").Integer(count);
+        json.EndObject();
     }
-    LongText text(MakePageHeaderJson(page, index) + ",\"errors\":" + Dump(errors) + ",\n\"root\":");
-    text.Append(std::move(tree));
+    json.EndArray();
+    json.BreakLine();
+    json.Key("root").Take(std::move(tree));
+    json.EndObject();
     return text;
 }
 

@@ -5,7 +5,6 @@
 
 #include <Quillet/FontInfo.h>
 
-#include <string>
 #include <vector>
 
 namespace Quillet {
@@ -16,16 +15,18 @@ class PdfDocument;
 
 namespace Host {
 
+class JsonWriter;
+
 // What there is no more to pay for (`Quillet::Budget`) is left out of what these write; the text is JSON all the same.
 
-/// Appends the keys of "document", as a JSON object.
-void AppendDocumentJson(LongText& text, const Quillet::PdfDocument& document);
+/// The value of "document", an object.
+void WriteDocument(JsonWriter& json, const Quillet::PdfDocument& document);
 
-/// Appends the fonts of a document, as a JSON array.
-void AppendFontsJson(LongText& text, const std::vector<Quillet::FontInfo>& fonts);
+/// The fonts of a document, an array.
+void WriteFonts(JsonWriter& json, const std::vector<Quillet::FontInfo>& fonts);
 
-/// A page without its content: "index", "boxes", "rotate" and "size", without the closing brace.
-std::string MakePageHeaderJson(const Quillet::Page& page, int index);
+/// Begins the object of a page, with the members "index", "boxes", "rotate" and "size". Writes nothing if it throws.
+void BeginPage(JsonWriter& json, const Quillet::Page& page, int index);
 
 /// A page with its tree. Ids count from `firstId`, where the page's objects counted from 0. A page that is not whole
 /// has `CutShort` among its problems afterwards.

@@ -21,6 +21,12 @@ public:
     explicit LongText(std::string_view text) { Append(text); }
 
     void Append(std::string_view text);
+    /// A character, which is paid for with what comes next.
+    void Put(char c)
+    {
+        if (blocks.empty() || blocks.back().size() >= c_blockSize) GetEnd();
+        blocks.back() += c;
+    }
     /// Takes what the other has, which is paid for.
     void Append(LongText&& other);
     /// Where a number or word can be appended directly. Good until the next call.

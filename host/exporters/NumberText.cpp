@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <string_view>
 
 namespace Host {
 
@@ -49,6 +50,17 @@ void AppendNumber(std::string& text, double value, int decimals)
     text += '.';
     text.append(static_cast<std::size_t>(std::max(decimals - length, 0)), '0');
     text.append(digits + whole, end);
+}
+
+void AppendShortest(std::string& text, double value)
+{
+    const double size = std::abs(value);
+    const bool isPlain = size == 0 || (size >= 1e-4 && size < 1e15);
+    char buffer[32];
+    const auto form = isPlain ? std::chars_format::fixed : std::chars_format::scientific;
+    const std::string_view digits(buffer, std::to_chars(buffer, buffer + sizeof buffer, value, form).ptr);
+    text += digits;
+    if (isPlain && digits.find('.') == digits.npos) text += ".0";
 }
 
 int GetDecimals(double scale, double resolution)

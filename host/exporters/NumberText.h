@@ -8,6 +8,10 @@ namespace Host {
 /// every locale. What is not finite becomes 0.
 void AppendNumber(std::string& text, double value, int decimals);
 
+/// Appends the shortest text that reads back as the same number: with a point, and beyond 1e15 or below 1e-4 with an
+/// exponent. `value` is finite.
+void AppendShortest(std::string& text, double value);
+
 /// How many decimals a coordinate needs so that, scaled by `scale` on its way to the page, it is exact to `resolution`
 /// points there.
 int GetDecimals(double scale, double resolution);

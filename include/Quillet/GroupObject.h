@@ -54,7 +54,7 @@ public:
     /// The boxes of the children, which are up to date, as cut by the clip. Children without width or height are left
     /// out.
     void UpdateBBox() override;
-    virtual bool IsLayer() const;
+    bool IsLayer() const { return GetKind() == Kind::Layer; }
 
     /// A group without children that is painted and clipped as this one.
     Kernel::Counted<GroupObject> MakeTwin() const;
@@ -95,18 +95,21 @@ public:
     /// change the group that it is handed and what is below; the walk has been there.
     void VisitSubGroups(const std::function<void(GroupObject*)>& visitor);
 
+protected:
+    GroupObject(Kind newKind, Kernel::Counted<const Page> newPage);
+
 private:
     void ReleaseChildren() noexcept;
 };
 
 GroupObject* Object::AsGroup()
 {
-    return kind == Kind::Group ? static_cast<GroupObject*>(this) : nullptr;
+    return kind == Kind::Group || kind == Kind::Layer ? static_cast<GroupObject*>(this) : nullptr;
 }
 
 const GroupObject* Object::AsGroup() const
 {
-    return kind == Kind::Group ? static_cast<const GroupObject*>(this) : nullptr;
+    return const_cast<Object*>(this)->AsGroup();
 }
 
 } // namespace Quillet

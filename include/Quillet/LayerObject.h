@@ -21,7 +21,6 @@ public:
     ~LayerObject() override;
 
     bool IsPreserve() const override;
-    bool IsLayer() const override;
 
     void SetIsVisible(bool visible) { isVisible = visible; }
     void SetIsPrintable(bool printable) { isPrintable = printable; }

@@ -22,13 +22,16 @@ class SoftMask;
 /// Page space has its origin at the top left, y downward, in points. Each object has a space of its own and a transform
 /// from there to page space; a group's is page space itself. A tree belongs to one thread at a time.
 ///
-/// Trees may be very deep: a page may nest a clip in a clip 100,000 times. A host that walks a tree by recursion should
-/// bound it, or keep a stack of its own as `GroupObject::VisitSubGroups` does.
+/// Trees may be very deep: a page may nest a clip in a clip 100,000 times. `WalkTree` walks them without recursion.
 class QUILLET_API Object : public Kernel::Countable
 {
 public:
     using Params = Geometry::AffineTransform::Params;
     using Rect = Kernel::RectT<double>;
+
+    /// What an object is, one value for each class. Code that treats them apart switches over the kind and has no
+    /// default, so that the compiler names each place that does not know a new one.
+    enum class Kind : unsigned char { Group, Layer, Path, Bitmap, TextLine };
 
     /// Unique in the document; -1 for an object without a page and for a copy.
     int id = -1;
@@ -47,6 +50,8 @@ public:
 
     ~Object() override;
     Object& operator=(const Object&) = delete;
+
+    Kind GetKind() const { return kind; }
 
     /// Whether the object lies in `rect`, in page space, widened by `tolerance` points on each side; by its outline
     /// where `IsContainedIn` goes by the box.
@@ -98,16 +103,14 @@ public:
     /// Whether both have equal transforms and clips and the same soft mask, so that they can become one object.
     bool HasCompatibleAttributes(const Kernel::Counted<const Object>& other) const;
 
-    /// The group that this object is, or null: as a dynamic cast would say, at the cost of a comparison, for walks that
-    /// ask every object of a page. Defined in `GroupObject.h`.
+    /// The group that this object is, a layer included, or null: as a dynamic cast would say, at the cost of a
+    /// comparison. Defined in `GroupObject.h`.
     inline GroupObject* AsGroup();
     inline const GroupObject* AsGroup() const;
 
 protected:
-    enum class Kind : unsigned char { Leaf, Group };
-
-    explicit Object(Kind newKind = Kind::Leaf);
-    /// Boxes, transform and clip are copied; the copy has no id, parent or soft mask.
+    explicit Object(Kind newKind);
+    /// Kind, boxes, transform and clip are copied; the copy has no id, parent or soft mask.
     Object(const Object& other);
 
 private:

@@ -24,3 +24,4 @@
 #include <Quillet/RefCacheable.h>
 #include <Quillet/TextFidelity.h>
 #include <Quillet/TextLineObject.h>
+#include <Quillet/TreeWalk.h>

@@ -10,11 +10,12 @@
 
 namespace Quillet {
 
-BitmapObject::BitmapObject() = default;
+BitmapObject::BitmapObject() : Object(Kind::Bitmap) {}
 
 BitmapObject::BitmapObject(Kernel::NonCounted<const Page> page, const GraphicsState& state,
                            Kernel::Counted<const Raster::DynamicBitmap> newBitmap, bool isMaskContext)
-    : bitmap(std::move(newBitmap)), blendMode(state.blendMode), opacity(static_cast<float>(state.fillAlpha))
+    : Object(Kind::Bitmap), bitmap(std::move(newBitmap)), blendMode(state.blendMode),
+      opacity(static_cast<float>(state.fillAlpha))
 {
     if (page) id = page->MakeObjectId();
     if (!isMaskContext) softMask = state.softMask;

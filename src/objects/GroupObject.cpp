@@ -1,5 +1,6 @@
 #include <Quillet/GroupObject.h>
 #include <Quillet/Page.h>
+#include <Quillet/TreeWalk.h>
 
 #include "graphics/SoftMask.h"
 
@@ -11,41 +12,36 @@ namespace Quillet {
 
 namespace {
 
-/// A group and how far a walk has come in its children.
-template <typename Group>
-struct Visit
-{
-    Group* group;
-    std::size_t next = 0;
-};
-
 /// The first object below `root`, groups aside, for which `test` holds, in paint order; null if there is none.
 template <typename Test>
 const Object* FindLeaf(const GroupObject& root, Test test)
 {
-    std::vector<Visit<const GroupObject>> visits{{&root}};
-    while (!visits.empty()) {
-        Visit<const GroupObject>& visit = visits.back();
-        if (visit.next == visit.group->children.size()) {
-            visits.pop_back();
-            continue;
+    struct Search : TreePass<>
+    {
+        explicit Search(Test& wanted) : test(wanted) {}
+
+        Step Visit(const Object& leaf, const std::monostate&) override
+        {
+            if (!test(leaf)) return Step::On;
+            found = &leaf;
+            return Step::End;
         }
-        const Object* child = visit.group->children[visit.next++].Get();
-        if (const GroupObject* group = child->AsGroup()) {
-            visits.push_back({group});
-        } else if (test(*child)) {
-            return child;
-        }
-    }
-    return nullptr;
+
+        Test& test;
+        const Object* found = nullptr;
+    } search(test);
+    WalkTree(root, search);
+    return search.found;
 }
 
 } // namespace
 
-GroupObject::GroupObject(Kernel::Counted<const Page> newPage) : Object(Kind::Group), page(std::move(newPage))
+GroupObject::GroupObject(Kind newKind, Kernel::Counted<const Page> newPage) : Object(newKind), page(std::move(newPage))
 {
     if (page) id = page->MakeObjectId();
 }
+
+GroupObject::GroupObject(Kernel::Counted<const Page> newPage) : GroupObject(Kind::Group, std::move(newPage)) {}
 
 GroupObject::GroupObject(Kernel::Counted<const Page> newPage, const Geometry::PolyCurveDbl& path,
                          Geometry::WindingOrderMode winding, const Params& pathTransform)
@@ -145,11 +141,6 @@ void GroupObject::UpdateBBox()
     SetBBox(box);
 }
 
-bool GroupObject::IsLayer() const
-{
-    return false;
-}
-
 void GroupObject::Add(Kernel::Counted<Object> object)
 {
     object->parent = this;
@@ -193,18 +184,15 @@ void GroupObject::UpdateBBoxes()
 
 void GroupObject::VisitSubGroups(const std::function<void(GroupObject*)>& visitor)
 {
-    std::vector<Visit<GroupObject>> visits{{this}};
-    while (!visits.empty()) {
-        Visit<GroupObject>& visit = visits.back();
-        if (visit.next < visit.group->children.size()) {
-            Object* child = visit.group->children[visit.next++].Get();
-            if (GroupObject* group = child ? child->AsGroup() : nullptr) visits.push_back({group});
-            continue;
-        }
-        GroupObject* finished = visit.group;
-        visits.pop_back();
-        visitor(finished);
-    }
+    struct Pass : TreePass<std::monostate, GroupObject>
+    {
+        explicit Pass(const std::function<void(GroupObject*)>& visit) : visitor(visit) {}
+
+        void Leave(GroupObject& group, const std::monostate&) override { visitor(&group); }
+
+        const std::function<void(GroupObject*)>& visitor;
+    } pass(visitor);
+    WalkTree(*this, pass);
 }
 
 } // namespace Quillet

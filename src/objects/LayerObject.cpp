@@ -7,16 +7,11 @@
 
 namespace Quillet {
 
-LayerObject::LayerObject(Kernel::Counted<const Page> newPage) : GroupObject(std::move(newPage)) {}
+LayerObject::LayerObject(Kernel::Counted<const Page> newPage) : GroupObject(Kind::Layer, std::move(newPage)) {}
 
 LayerObject::~LayerObject() = default;
 
 bool LayerObject::IsPreserve() const
-{
-    return true;
-}
-
-bool LayerObject::IsLayer() const
 {
     return true;
 }

@@ -83,7 +83,7 @@ bool DoRangesMeet(double a0, double a1, double b0, double b1)
 PathObject::PathObject(const Kernel::Counted<const Page>& page, const GraphicsState& state,
                        const Kernel::Counted<const Geometry::PolyCurveDbl>& newPath, Fill::Type type,
                        Geometry::WindingOrderMode newWinding)
-    : blendMode(state.blendMode)
+    : Object(Kind::Path), blendMode(state.blendMode)
 {
     if (page) id = page->MakeObjectId();
     softMask = state.softMask;
@@ -101,7 +101,8 @@ PathObject::PathObject(const Kernel::Counted<const Page>& page, const GraphicsSt
 }
 
 PathObject::PathObject(const Kernel::Counted<const Page>& page, const Rect& rect, Descriptor brush)
-    : path(Kernel::MakeCounted<Geometry::PolyCurveDbl>(rect)), brushDescriptor(std::move(brush)), isRectangle(true)
+    : Object(Kind::Path), path(Kernel::MakeCounted<Geometry::PolyCurveDbl>(rect)), brushDescriptor(std::move(brush)),
+      isRectangle(true)
 {
     if (page) id = page->MakeObjectId();
     SetBBox(rect);

@@ -38,7 +38,7 @@ constexpr double c_thinSpaceOfSize = 1.0 / 8;
 
 } // namespace
 
-TextLineObject::TextLineObject(int newId)
+TextLineObject::TextLineObject(int newId) : Object(Kind::TextLine)
 {
     id = newId;
     TextLineObject::Clear();

@@ -268,12 +268,16 @@ TEST_F(CommandLineTest, StopsWherePagesAreOnlyClaimed)
 TEST_F(CommandLineTest, ListsThePagesAroundThoseThatAreMissing)
 {
     PdfBuilder builder = MakeSample();
-    builder.Set(2, "<< /Type /Pages /Kids [3 0 R 3 0 R 9 0 R 7 0 R] /Count 4 >>");
+    builder.Set(2, "<< /Type /Pages /Kids [3 0 R 3 0 R 9 0 R 7 0 R 8 0 R] /Count 4 >>");
     builder.Add("<< /Type /Page /Parent 2 0 R /MediaBox [0 0 100 100] >>");
+    builder.Add("<< /Type /Page /Parent 2 0 R >>");
     folder.Put("FILE", builder.Build());
     EXPECT_EQ(Run({"info", "FILE"}), ExitPageFailed);
     EXPECT_THAT(output, HasSubstr("\n  page 1       100 x 100 pt\n  page 3       100 x 100 pt\n"));
     EXPECT_EQ(problems.find(GetProblem("page 2: page tree (6)")), 0u) << problems;
+    // A page without boxes is none either.
+    EXPECT_EQ(Run({"info", "FILE", "--json"}), ExitPageFailed);
+    EXPECT_EQ(Json::parse(output)["pages"].size(), 2u);
     EXPECT_EQ(Run({"convert", "FILE", "-o", "OUT.json"}), ExitPageFailed);
     EXPECT_EQ(problems.find(GetProblem("page 2: page tree (6)")), 0u) << problems;
     const Json pages = Json::parse(folder.Read("OUT.json"))["pages"];

@@ -1,5 +1,6 @@
 #include "Problems.h"
 #include "exporters/ColourValues.h"
+#include "exporters/JsonWriter.h"
 #include "exporters/LongText.h"
 #include "exporters/NumberText.h"
 #include "exporters/PathData.h"
@@ -15,6 +16,7 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
+#include <utility>
 
 namespace Host::Test {
 namespace {
@@ -74,12 +76,57 @@ TEST(NumberText, HasTheDecimalsThatShowOnThePage)
         EXPECT_EQ(GetDecimals(scale, 1e-4), 6) << scale;
 }
 
+TEST(NumberText, IsShortestWhereItMustReadBack)
+{
+    const std::pair<double, const char*> rows[] = {
+        {0, "0.0"},
+        {-0.5, "-0.5"},
+        {100, "100.0"},
+        {292.080883, "292.080883"}, // Which is 292.08088299999997 to the last bit.
+        {1e-4, "0.0001"},
+        {9.9e-5, "9.9e-05"},
+        {6.123233995736766e-17, "6.123233995736766e-17"},
+        {1e15, "1e+15"},
+        {-1.5e300, "-1.5e+300"},
+        {999999999999999, "999999999999999.0"},
+    };
+    for (const auto& [value, expected] : rows) {
+        std::string text;
+        AppendShortest(text, value);
+        EXPECT_EQ(text, expected);
+    }
+}
+
 TEST(NumberText, TidiesWhatArithmeticLeaves)
 {
     EXPECT_EQ(Tidy(0.1 + 0.2), 0.3);
     EXPECT_EQ(Tidy(1.23e-7), 1.23e-7);
     EXPECT_EQ(Tidy(NAN), 0);
     EXPECT_FALSE(std::signbit(Tidy(-0.0)));
+}
+
+TEST(JsonWriter, WritesWhatReadsBack)
+{
+    LongText text;
+    JsonWriter json(text);
+    json.BreakLine();
+    json.BeginObject();
+    json.Key("flags").BeginArray();
+    json.Flag(true);
+    json.Null();
+    json.Integer(-7);
+    json.EndArray();
+    json.BreakLine();
+    json.Key("escapes").Text("\" \\ / \b\f\n\r\t \x01\x1f \x7f \u00E9\U0001F600");
+    // An overlong form, a lone byte, half a character before a whole one, and another at the end.
+    json.Key("broken").Text("\xC0\xAF|\x80|\xE2\x82|\u20AC|\xF0\x9F\x98");
+    LongText inner;
+    JsonWriter(inner).Number(0.1 + 0.2);
+    json.Key("inner").Take(std::move(inner));
+    json.EndObject();
+    EXPECT_EQ(text.Join(), "{\"flags\":[true,null,-7],\n"
+                           "\"escapes\":\"\\\" \\\\ / \\b\\f\\n\\r\\t \\u0001\\u001f \x7f \u00E9\U0001F600\","
+                           "\"broken\":\"\uFFFD\uFFFD|\uFFFD|\uFFFD|\u20AC|\uFFFD\",\"inner\":0.3}");
 }
 
 TEST(PathData, WritesCurvesAsSvgDoes)

@@ -1,0 +1,87 @@
+#include "exporters/SvgElement.h"
+
+#include "exporters/Costs.h"
+#include "exporters/LongText.h"
+#include "exporters/NumberText.h"
+#include "exporters/PathData.h"
+
+#include <Quillet/Budget.h>
+
+#include <Kernel/CharTraits.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Host {
+
+using namespace Quillet;
+using Params = Geometry::AffineTransform::Params;
+
+pugi::xml_node Append(pugi::xml_node parent, const char* name)
+{
+    Budget::Spend(Costs::c_svgElement);
+    return parent.append_child(name);
+}
+
+const char* Set(pugi::xml_node node, const char* name, const std::string& value)
+{
+    Budget::Spend(Costs::c_svgAttribute + Costs::c_svgValueByte * value.size());
+    pugi::xml_attribute attribute = node.append_attribute(name);
+    attribute.set_value(value.c_str());
+    return attribute.value();
+}
+
+std::string MakeNumber(double value, int decimals)
+{
+    std::string text;
+    AppendNumber(text, value, decimals);
+    return text;
+}
+
+std::string MakeTransform(const Params& transform)
+{
+    std::string text = "matrix(";
+    for (const double value : {transform.a, transform.b, transform.c, transform.d}) {
+        const double size = std::abs(value);
+        // Nine digits that count, however small the scale.
+        AppendNumber(text, value, size > 0 && size < 1 ? std::min(15, 9 - static_cast<int>(std::log10(size))) : 9);
+        text += ' ';
+    }
+    return text + MakeNumber(transform.e) + " " + MakeNumber(transform.f) + ")";
+}
+
+std::string MakePathData(const Geometry::PolyCurveDbl& path, const Params& toPage)
+{
+    LongText text;
+    AppendPathData(text, path, toPage);
+    return text.Join();
+}
+
+bool IsXmlCharacter(char32_t code)
+{
+    const bool isControl = code < 0x20 && code != '\t' && code != '\n' && code != '\r';
+    return !isControl && code != 0xFFFE && code != 0xFFFF && Kernel::CharTraits::IsScalarValue(code);
+}
+
+std::string MakeXmlText(std::string_view text)
+{
+    std::string clean;
+    if (!Budget::Spend(text.size() * Costs::c_svgTextByte)) return clean;
+    for (std::size_t end = 0; end < text.size();) {
+        const std::size_t start = end;
+        const char32_t code = Kernel::CharTraits::DecodeCodePoint(text, end);
+        const std::string_view bytes = text.substr(start, end - start);
+        // Bytes that are no UTF-8 decode to the replacement character.
+        const bool isBroken = code == Kernel::CharTraits::c_replacement && bytes != "\uFFFD";
+        if (!isBroken && IsXmlCharacter(code)) clean += bytes;
+    }
+    return clean;
+}
+
+void AddStyle(std::string& style, const char* declaration)
+{
+    if (!style.empty()) style += ';';
+    style += declaration;
+}
+
+} // namespace Host

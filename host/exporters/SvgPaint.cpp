@@ -1,0 +1,134 @@
+#include "exporters/SvgPaint.h"
+
+#include "exporters/Costs.h"
+#include "exporters/NumberText.h"
+#include "exporters/SvgElement.h"
+
+#include <Quillet/Budget.h>
+
+#include <Renderer/Colour.h>
+
+#include <algorithm>
+
+namespace Host {
+
+using namespace Quillet;
+using Geometry::WindingOrderMode;
+
+namespace {
+
+void SetLine(pugi::xml_node node, const Renderer::LineStyleDescriptor& descriptor, double scale)
+{
+    const Renderer::LineStyle& style = *descriptor.lineStyle;
+    const int decimals = GetDecimals(scale, 1e-4);
+    const double width = style.width / scale;
+    Set(node, "stroke-width", MakeNumber(width, decimals));
+    if (style.cap != Renderer::LineStyle::CapButt) {
+        Set(node, "stroke-linecap", style.cap == Renderer::LineStyle::CapHalfCircle ? "round" : "square");
+    }
+    if (style.join == Renderer::LineStyle::JoinRound)
+        Set(node, "stroke-linejoin", "round");
+    else if (style.join == Renderer::LineStyle::JoinBevel)
+        Set(node, "stroke-linejoin", "bevel");
+    else
+        Set(node, "stroke-miterlimit", MakeNumber(std::max(style.mitreLimit, 1.0)));
+    if (style.dashKind == Renderer::LineStyle::DashDashed) {
+        std::string dashes;
+        for (const double dash : style.dashes) {
+            if (!Budget::Spend(Costs::c_segment)) break;
+            if (!dashes.empty()) dashes += ' ';
+            AppendNumber(dashes, dash * width, decimals);
+        }
+        Set(node, "stroke-dasharray", dashes);
+        if (style.dashPhase != 0) Set(node, "stroke-dashoffset", MakeNumber(style.dashPhase * width, decimals));
+    }
+    if (descriptor.isBehindFill) Set(node, "paint-order", "stroke");
+}
+
+std::string MakeClipName(std::size_t number)
+{
+    return "clip-" + std::to_string(number);
+}
+
+} // namespace
+
+void SvgPaint::SetFill(pugi::xml_node node, const Renderer::FillDescriptor& descriptor) const
+{
+    SetPaint(node, "fill", "fill-opacity", descriptor);
+}
+
+void SvgPaint::SetStroke(pugi::xml_node node, const Renderer::FillDescriptor& descriptor,
+                         const Renderer::LineStyleDescriptor& line, double scale) const
+{
+    SetPaint(node, "stroke", "stroke-opacity", descriptor);
+    SetLine(node, line, scale > 0 ? scale : 1);
+}
+
+void SvgPaint::SetClip(pugi::xml_node node, const Geometry::PolyCurveDbl& path, WindingOrderMode winding,
+                       const Params& toPage)
+{
+    // Runs of objects share one clip.
+    const std::string data = MakePathData(path, toPage);
+    const bool isEvenOdd = winding == WindingOrderMode::EvenOdd;
+    auto& known = isEvenOdd ? evenOddClips : nonZeroClips;
+    auto found = known.find(data);
+    if (found == known.end()) {
+        const std::size_t number = nonZeroClips.size() + evenOddClips.size() + 1;
+        pugi::xml_node clip = Append(defs, "clipPath");
+        Set(clip, "id", MakeClipName(number));
+        Set(clip, "clipPathUnits", "userSpaceOnUse");
+        pugi::xml_node shape = Append(clip, "path");
+        found = known.emplace(Set(shape, "d", data), number).first;
+        if (isEvenOdd) Set(shape, "clip-rule", "evenodd");
+    }
+    Set(node, "clip-path", "url(#" + MakeClipName(found->second) + ")");
+}
+
+void SvgPaint::SetPaint(pugi::xml_node node, const char* name, const char* opacityName,
+                        const Renderer::FillDescriptor& descriptor) const
+{
+    const auto colour = descriptor.IsEmpty() ? nullptr : descriptor.fill->GetColour();
+    if (!colour) {
+        Set(node, name, "none");
+        return;
+    }
+    const auto pixel = colour->GetRgbaPixel(profiles);
+    char text[8] = "#";
+    const float channels[] = {pixel.red, pixel.green, pixel.blue};
+    for (int i = 0; i < 3; ++i) {
+        const auto value = static_cast<unsigned>(std::clamp(channels[i], 0.0f, 1.0f) * 255.0f + 0.5f);
+        text[1 + 2 * i] = "0123456789abcdef"[value >> 4];
+        text[2 + 2 * i] = "0123456789abcdef"[value & 15];
+    }
+    text[7] = 0;
+    Set(node, name, text);
+    const double alpha = std::clamp(static_cast<double>(colour->GetAlpha()), 0.0, 1.0);
+    if (alpha != 1) Set(node, opacityName, MakeNumber(alpha));
+}
+
+void AddBlendMode(std::string& style, Renderer::FillBlendMode::BlendMode mode)
+{
+    if (mode == Renderer::FillBlendMode::Normal) return;
+    // "ColorDodge" is "color-dodge" in CSS.
+    std::string name;
+    for (const char* letter = Renderer::FillBlendMode::GetName(mode); *letter; ++letter) {
+        const bool isCapital = *letter >= 'A' && *letter <= 'Z';
+        if (isCapital && !name.empty()) name += '-';
+        name += static_cast<char>(isCapital ? *letter - 'A' + 'a' : *letter);
+    }
+    AddStyle(style, ("mix-blend-mode:" + name).c_str());
+}
+
+Kernel::Counted<Geometry::PolyCurveDbl> MakeMoved(const Geometry::PolyCurveDbl& path,
+                                                  const Geometry::AffineTransform::Params& transform)
+{
+    for (const auto& curve : path) {
+        if (!Budget::Spend(Costs::c_movedSegment * (curve->GetSegmentCount() + 1)))
+            return Kernel::MakeCounted<Geometry::PolyCurveDbl>();
+    }
+    auto moved = path.Clone();
+    moved->Transform(transform);
+    return moved;
+}
+
+} // namespace Host

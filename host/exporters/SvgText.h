@@ -1,0 +1,17 @@
+#pragma once
+
+#include <pugixml.hpp>
+
+namespace Quillet {
+class TextLineObject;
+} // namespace Quillet
+
+namespace Host {
+
+class SvgPaint;
+
+/// Appends a line, run by run and word by word, so that each word starts and ends where the page has it, whatever font
+/// it is shown in.
+void AddTextLine(pugi::xml_node parent, const Quillet::TextLineObject& line, SvgPaint& paint);
+
+} // namespace Host
