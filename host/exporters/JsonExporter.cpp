@@ -15,7 +15,7 @@
 #include <Quillet/PdfDocument.h>
 #include <Quillet/TextLineObject.h>
 
-#include <pixels/DynamicBitmap.h>
+#include <Raster/DynamicBitmap.h>
 
 #include <nlohmann/json.hpp>
 
@@ -31,7 +31,7 @@ using namespace Quillet;
 using Json = nlohmann::ordered_json;
 using Geometry::WindingOrderMode;
 using Rect = Kernel::RectT<double>;
-using Params = Geometry::AffineTransform::Params;
+using Params = Raster::AffineTransform::Params;
 
 std::string Dump(const Json& json)
 {

@@ -29,7 +29,7 @@ namespace {
 
 using namespace Quillet;
 using Geometry::WindingOrderMode;
-using Params = Geometry::AffineTransform::Params;
+using Params = Raster::AffineTransform::Params;
 using Chars = TextLineObject::Chars;
 
 std::string MakeNumber(double value, int decimals = 6)

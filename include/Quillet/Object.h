@@ -27,7 +27,7 @@ class SoftMask;
 class QUILLET_API Object : public Kernel::Countable
 {
 public:
-    using Params = Geometry::AffineTransform::Params;
+    using Params = Raster::AffineTransform::Params;
     using Rect = Kernel::RectT<double>;
 
     /// Unique in the document; -1 for an object without a page and for a copy.
