@@ -6,7 +6,7 @@
 #include <Renderer/ColourLAB.h>
 #include <Renderer/ColourNamed.h>
 #include <Renderer/ColourRGB.h>
-#include <pixels/ICCManager.h>
+#include <Raster/ICCManager.h>
 
 #include <benchmark/benchmark.h>
 #include <lcms2.h>

@@ -46,7 +46,7 @@ void ReadShape(Parser& parser)
 
 void ReadTransform(Parser& parser)
 {
-    Geometry::AffineTransform::Params transform;
+    Raster::AffineTransform::Params transform;
     parser.GetTokenTransform(transform);
 }
 

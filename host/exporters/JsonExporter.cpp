@@ -16,7 +16,7 @@
 #include <Quillet/TextLineObject.h>
 #include <Quillet/TreeWalk.h>
 
-#include <pixels/DynamicBitmap.h>
+#include <Raster/DynamicBitmap.h>
 
 #include <algorithm>
 #include <initializer_list>
@@ -30,7 +30,7 @@ namespace {
 using namespace Quillet;
 using Geometry::WindingOrderMode;
 using Rect = Kernel::RectT<double>;
-using Params = Geometry::AffineTransform::Params;
+using Params = Raster::AffineTransform::Params;
 
 /// A text of the file; empty if there is no more to pay for it.
 void WriteText(JsonWriter& json, std::string_view text)

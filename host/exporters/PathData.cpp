@@ -78,12 +78,12 @@ private:
 
 } // namespace
 
-double GetScale(const Geometry::AffineTransform::Params& transform)
+double GetScale(const Raster::AffineTransform::Params& transform)
 {
     return std::sqrt(std::abs(transform.GetDeterminant()));
 }
 
-void AppendPathData(LongText& text, const Geometry::PolyCurveDbl& path, const Geometry::AffineTransform::Params& toPage)
+void AppendPathData(LongText& text, const Geometry::PolyCurveDbl& path, const Raster::AffineTransform::Params& toPage)
 {
     const double scale = std::max({std::abs(toPage.a), std::abs(toPage.b), std::abs(toPage.c), std::abs(toPage.d)});
     PathWriter writer(text, GetDecimals(scale, c_resolution));

@@ -15,7 +15,7 @@
 namespace Host {
 
 using namespace Quillet;
-using Params = Geometry::AffineTransform::Params;
+using Params = Raster::AffineTransform::Params;
 
 pugi::xml_node Append(pugi::xml_node parent, const char* name)
 {

@@ -18,9 +18,9 @@ pugi::xml_node Append(pugi::xml_node parent, const char* name);
 const char* Set(pugi::xml_node node, const char* name, const std::string& value);
 
 std::string MakeNumber(double value, int decimals = 6);
-std::string MakeTransform(const Geometry::AffineTransform::Params& transform);
+std::string MakeTransform(const Raster::AffineTransform::Params& transform);
 /// Of a path in its own space, from which `toPage` leads to the page.
-std::string MakePathData(const Geometry::PolyCurveDbl& path, const Geometry::AffineTransform::Params& toPage);
+std::string MakePathData(const Geometry::PolyCurveDbl& path, const Raster::AffineTransform::Params& toPage);
 
 /// What XML can hold (XML 1.0, 2.2).
 bool IsXmlCharacter(char32_t code);

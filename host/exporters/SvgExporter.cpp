@@ -21,7 +21,7 @@ namespace {
 
 using namespace Quillet;
 using Geometry::WindingOrderMode;
-using Params = Geometry::AffineTransform::Params;
+using Params = Raster::AffineTransform::Params;
 
 /// Turns and mirrors, and scales both directions alike.
 bool IsSimilarity(const Params& transform)

@@ -3,7 +3,7 @@
 #include "Problems.h"
 #include "exporters/LongText.h"
 
-#include <pixels/ICCManager.h>
+#include <Raster/ICCManager.h>
 
 #include <string>
 

@@ -120,7 +120,7 @@ void AddBlendMode(std::string& style, Renderer::FillBlendMode::BlendMode mode)
 }
 
 Kernel::Counted<Geometry::PolyCurveDbl> MakeMoved(const Geometry::PolyCurveDbl& path,
-                                                  const Geometry::AffineTransform::Params& transform)
+                                                  const Raster::AffineTransform::Params& transform)
 {
     for (const auto& curve : path) {
         if (!Budget::Spend(Costs::c_movedSegment * (curve->GetSegmentCount() + 1)))

@@ -7,7 +7,7 @@
 #include <Renderer/FillDescriptor.h>
 #include <Renderer/LineStyleDescriptor.h>
 
-#include <pixels/ICCManager.h>
+#include <Raster/ICCManager.h>
 
 #include <pugixml.hpp>
 
@@ -23,7 +23,7 @@ namespace Host {
 class SvgPaint
 {
 public:
-    using Params = Geometry::AffineTransform::Params;
+    using Params = Raster::AffineTransform::Params;
 
     SvgPaint(const Raster::ICCManager::ICCProfileSet& usedProfiles, pugi::xml_node clipParent)
         : profiles(usedProfiles), defs(clipParent)
@@ -53,6 +53,6 @@ void AddBlendMode(std::string& style, Renderer::FillBlendMode::BlendMode mode);
 
 /// A copy of a path, put through a transform; empty if there is no more to pay for it.
 Kernel::Counted<Geometry::PolyCurveDbl> MakeMoved(const Geometry::PolyCurveDbl& path,
-                                                  const Geometry::AffineTransform::Params& transform);
+                                                  const Raster::AffineTransform::Params& transform);
 
 } // namespace Host

@@ -16,7 +16,7 @@
 namespace Host {
 
 using namespace Quillet;
-using Params = Geometry::AffineTransform::Params;
+using Params = Raster::AffineTransform::Params;
 using Chars = TextLineObject::Chars;
 
 namespace {

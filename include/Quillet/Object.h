@@ -26,7 +26,7 @@ class SoftMask;
 class QUILLET_API Object : public Kernel::Countable
 {
 public:
-    using Params = Geometry::AffineTransform::Params;
+    using Params = Raster::AffineTransform::Params;
     using Rect = Kernel::RectT<double>;
 
     /// What an object is, one value for each class. Code that treats them apart switches over the kind and has no

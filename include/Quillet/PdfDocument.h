@@ -13,9 +13,9 @@
 #include <Kernel/Counted.h>
 #include <Kernel/FontMap.h>
 #include <Kernel/NonCounted.h>
-#include <pixels/ColourSpace.h>
-#include <pixels/Format.h>
-#include <pixels/ICCManager.h>
+#include <Raster/ColourSpace.h>
+#include <Raster/Format.h>
+#include <Raster/ICCManager.h>
 
 #include <memory>
 #include <string>

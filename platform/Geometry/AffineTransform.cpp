@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace Geometry::AffineTransform {
+namespace Raster::AffineTransform {
 
 namespace {
 
@@ -89,4 +89,4 @@ void Params::EnsureHasInverse()
     if (!IsFinite(*this) || !HasInverse(*this)) *this = tiny;
 }
 
-} // namespace Geometry::AffineTransform
+} // namespace Raster::AffineTransform

@@ -4,7 +4,7 @@
 #include <Kernel/PointT.h>
 #include <Kernel/RectT.h>
 
-namespace Geometry::AffineTransform {
+namespace Raster::AffineTransform {
 
 /// An affine map of the plane: x' = a x + c y + e, y' = b x + d y + f.
 struct QUILLET_API Params
@@ -59,4 +59,4 @@ struct QUILLET_API Params
     void EnsureHasInverse();
 };
 
-} // namespace Geometry::AffineTransform
+} // namespace Raster::AffineTransform

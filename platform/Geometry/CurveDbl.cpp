@@ -161,10 +161,10 @@ CurveDbl::Rect CurveDbl::GetApproxBBox() const
 
 CurveDbl::Rect CurveDbl::GetExactBBox() const
 {
-    return GetExactBBox(AffineTransform::Params{});
+    return GetExactBBox(Raster::AffineTransform::Params{});
 }
 
-CurveDbl::Rect CurveDbl::GetExactBBox(const AffineTransform::Params& transform) const
+CurveDbl::Rect CurveDbl::GetExactBBox(const Raster::AffineTransform::Params& transform) const
 {
     BoundingBoxT<double> box;
     ExtendExactBBox(box, transform);
@@ -177,7 +177,7 @@ void CurveDbl::ExtendApproxBBox(BoundingBoxT<double>& box) const
         box.Add(node.point);
 }
 
-void CurveDbl::ExtendExactBBox(BoundingBoxT<double>& box, const AffineTransform::Params& transform) const
+void CurveDbl::ExtendExactBBox(BoundingBoxT<double>& box, const Raster::AffineTransform::Params& transform) const
 {
     if (nodes.empty()) return;
     Point p0 = transform.ApplyTo(nodes.front().point);
@@ -193,7 +193,7 @@ void CurveDbl::ExtendExactBBox(BoundingBoxT<double>& box, const AffineTransform:
     }
 }
 
-void CurveDbl::Transform(const AffineTransform::Params& transform)
+void CurveDbl::Transform(const Raster::AffineTransform::Params& transform)
 {
     for (CurveNode& node : nodes)
         node.point = transform.ApplyTo(node.point);

@@ -93,13 +93,13 @@ public:
     Rect GetExactBBox() const;
 
     /// The box of the transformed curve itself; tighter than the transformed box.
-    Rect GetExactBBox(const AffineTransform::Params& transform) const;
+    Rect GetExactBBox(const Raster::AffineTransform::Params& transform) const;
 
     /// Adds what these boxes are made of, for the box around several curves.
     void ExtendApproxBBox(BoundingBoxT<double>& box) const;
-    void ExtendExactBBox(BoundingBoxT<double>& box, const AffineTransform::Params& transform) const;
+    void ExtendExactBBox(BoundingBoxT<double>& box, const Raster::AffineTransform::Params& transform) const;
 
-    void Transform(const AffineTransform::Params& transform);
+    void Transform(const Raster::AffineTransform::Params& transform);
 
     Kernel::Counted<CurveDbl> Clone() const;
 };

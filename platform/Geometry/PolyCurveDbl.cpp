@@ -51,10 +51,10 @@ PolyCurveDbl::Rect PolyCurveDbl::GetApproxBBox() const
 
 PolyCurveDbl::Rect PolyCurveDbl::GetExactBBox() const
 {
-    return GetExactBBox(AffineTransform::Params{});
+    return GetExactBBox(Raster::AffineTransform::Params{});
 }
 
-PolyCurveDbl::Rect PolyCurveDbl::GetExactBBox(const AffineTransform::Params& transform) const
+PolyCurveDbl::Rect PolyCurveDbl::GetExactBBox(const Raster::AffineTransform::Params& transform) const
 {
     BoundingBoxT<double> box;
     for (const auto& curve : curves)
@@ -62,7 +62,7 @@ PolyCurveDbl::Rect PolyCurveDbl::GetExactBBox(const AffineTransform::Params& tra
     return box.GetRect();
 }
 
-void PolyCurveDbl::Transform(const AffineTransform::Params& transform)
+void PolyCurveDbl::Transform(const Raster::AffineTransform::Params& transform)
 {
     for (const auto& curve : curves)
         curve->Transform(transform);

@@ -47,10 +47,10 @@ public:
     /// of zeros.
     Rect GetApproxBBox() const;
     Rect GetExactBBox() const;
-    Rect GetExactBBox(const AffineTransform::Params& transform) const;
+    Rect GetExactBBox(const Raster::AffineTransform::Params& transform) const;
 
     /// Changes the curves in place, for all who share them.
-    void Transform(const AffineTransform::Params& transform);
+    void Transform(const Raster::AffineTransform::Params& transform);
 
     /// A path with copies of the curves.
     Kernel::Counted<PolyCurveDbl> Clone() const;

@@ -2,8 +2,8 @@
 
 #include <Kernel/Consolidated.h>
 #include <Kernel/Export.h>
-#include <pixels/ICCManager.h>
-#include <pixels/Pixel.h>
+#include <Raster/ICCManager.h>
+#include <Raster/Pixel.h>
 
 #include <string>
 #include <utility>

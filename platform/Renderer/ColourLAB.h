@@ -1,7 +1,7 @@
 #pragma once
 
 #include <Renderer/Colour.h>
-#include <pixels/LabRange.h>
+#include <Raster/LabRange.h>
 
 namespace Renderer {
 

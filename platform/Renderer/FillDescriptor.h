@@ -4,7 +4,7 @@
 #include <Kernel/Export.h>
 #include <Renderer/Fill.h>
 #include <Renderer/FillBlendMode.h>
-#include <pixels/AffineTransform.h>
+#include <Geometry/AffineTransform.h>
 
 #include <cstddef>
 

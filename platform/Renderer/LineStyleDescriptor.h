@@ -7,7 +7,7 @@
 #include <Kernel/RectT.h>
 #include <Renderer/FillDescriptor.h>
 #include <Renderer/LineStyle.h>
-#include <pixels/AffineTransform.h>
+#include <Geometry/AffineTransform.h>
 
 #include <cstddef>
 

@@ -129,7 +129,7 @@ const Kernel::Font& GlyphAtts::GetDesiredFont() const
     return metrics->GetFont();
 }
 
-Geometry::AffineTransform::Params GlyphAtts::GetGlyphTransform(Kernel::PointT<double> pen) const
+Raster::AffineTransform::Params GlyphAtts::GetGlyphTransform(Kernel::PointT<double> pen) const
 {
     const double size = GetSize();
     return {size * Get(GlyphAtt::HorizontalScale), size * Get(GlyphAtt::Shear), pen.x, 0, size, pen.y};

@@ -50,7 +50,7 @@ public:
 
     /// From the glyph's ems to the line's space with the pen at `pen`, both with y downward. The baseline shift is the
     /// caller's.
-    Geometry::AffineTransform::Params GetGlyphTransform(Kernel::PointT<double> pen) const;
+    Raster::AffineTransform::Params GetGlyphTransform(Kernel::PointT<double> pen) const;
 
     std::size_t GetHash() const override;
     bool IsEqual(const Consolidatable& other) const override;

@@ -11,8 +11,8 @@
 #include <Kernel/SizeT.h>
 #include <Renderer/Colour.h>
 #include <Renderer/FillDescriptor.h>
-#include <pixels/DynamicBitmap.h>
-#include <pixels/ICCProfile.h>
+#include <Raster/DynamicBitmap.h>
+#include <Raster/ICCProfile.h>
 
 #include <string>
 #include <vector>

@@ -14,7 +14,7 @@
 #include "document/Limits.h"
 
 #include <Kernel/Trace.h>
-#include <pixels/ICCManager.h>
+#include <Raster/ICCManager.h>
 
 #include <algorithm>
 #include <iterator>

@@ -9,7 +9,7 @@
 
 #include <Quillet/Budget.h>
 
-#include <pixels/ICCManager.h>
+#include <Raster/ICCManager.h>
 
 namespace Quillet {
 

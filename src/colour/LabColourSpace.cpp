@@ -8,7 +8,7 @@
 #include <Quillet/Budget.h>
 
 #include <Renderer/ColourLAB.h>
-#include <pixels/ICCManager.h>
+#include <Raster/ICCManager.h>
 
 #include <lcms2.h>
 

@@ -6,7 +6,7 @@
 #include <Kernel/Counted.h>
 #include <Kernel/Export.h>
 #include <Kernel/SizeT.h>
-#include <pixels/DynamicBitmap.h>
+#include <Raster/DynamicBitmap.h>
 
 #include <cstdint>
 #include <vector>

@@ -5,7 +5,7 @@
 #include <Quillet/Ref.h>
 
 #include <Kernel/RectT.h>
-#include <pixels/AffineTransform.h>
+#include <Geometry/AffineTransform.h>
 
 #include <vector>
 

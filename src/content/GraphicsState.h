@@ -9,7 +9,7 @@
 #include <Geometry/PolyCurveDbl.h>
 #include <Geometry/WindingOrderMode.h>
 #include <Renderer/FillBlendMode.h>
-#include <pixels/AffineTransform.h>
+#include <Geometry/AffineTransform.h>
 
 #include <Kernel/Counted.h>
 #include <Kernel/NonCounted.h>

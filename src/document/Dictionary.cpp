@@ -116,7 +116,7 @@ bool Dictionary::GetRect(const char* key, Kernel::RectT<double>& out)
     return true;
 }
 
-bool Dictionary::GetTransform(const char* key, Geometry::AffineTransform::Params& out)
+bool Dictionary::GetTransform(const char* key, Raster::AffineTransform::Params& out)
 {
     if (!GetNext(key)) return false;
     GetTokenTransform(out);

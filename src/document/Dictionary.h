@@ -44,7 +44,7 @@ public:
     bool GetRef(const char* key, Ref& out);
     bool GetRect(const char* key, Kernel::RectT<double>& out);
     /// True if the key is there, even when its value is no matrix and gave the identity.
-    bool GetTransform(const char* key, Geometry::AffineTransform::Params& out);
+    bool GetTransform(const char* key, Raster::AffineTransform::Params& out);
     bool GetIntVec(const char* key, std::vector<int>& out);
     bool GetRealVec(const char* key, std::vector<double>& out);
     bool GetRefVec(const char* key, std::vector<Ref>& out);

@@ -77,7 +77,7 @@ public:
     const std::vector<char>& GetTokenStringBuf();
     void GetTokenRect(Kernel::RectT<double>& rect);
     /// False, with the identity, for anything but an array of six numbers.
-    bool GetTokenTransform(Geometry::AffineTransform::Params& transform);
+    bool GetTokenTransform(Raster::AffineTransform::Params& transform);
     // An array or one single value, appended.
     void GetTokenIntVec(std::vector<int>& out);
     void GetTokenRealVec(std::vector<double>& out);

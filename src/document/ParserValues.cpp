@@ -142,9 +142,9 @@ void Parser::GetTokenRect(Kernel::RectT<double>& rect)
     if (rect.bottom < rect.top) std::swap(rect.top, rect.bottom);
 }
 
-bool Parser::GetTokenTransform(Geometry::AffineTransform::Params& transform)
+bool Parser::GetTokenTransform(Raster::AffineTransform::Params& transform)
 {
-    using Geometry::AffineTransform::Params;
+    using Raster::AffineTransform::Params;
     transform = Params();
     if (tokenType == TokenRef) {
         Params found;

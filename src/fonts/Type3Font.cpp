@@ -15,7 +15,7 @@ Type3Font::Type3Font(const Kernel::Counted<Dictionary>& dictionary) : SimpleFont
     dictionary->GetRealVec("FontMatrix", values);
     if (values.size() != 6) return;
     const auto matrix =
-        Geometry::AffineTransform::Params::FromPdf(values[0], values[1], values[2], values[3], values[4], values[5]);
+        Raster::AffineTransform::Params::FromPdf(values[0], values[1], values[2], values[3], values[4], values[5]);
     const double scale = std::hypot(matrix.a, matrix.b) * 1000;
     if (!std::isfinite(scale) || scale == 0) return;
     isMirrored = matrix.GetDeterminant() < 0;

@@ -2,8 +2,8 @@
 
 #include <Kernel/Consolidated.h>
 #include <Kernel/Export.h>
-#include <pixels/Format.h>
-#include <pixels/ICCManager.h>
+#include <Raster/Format.h>
+#include <Raster/ICCManager.h>
 
 #include <array>
 

@@ -4,7 +4,7 @@
 #include "content/GraphicsState.h"
 #include "graphics/SoftMask.h"
 
-#include <pixels/DynamicBitmap.h>
+#include <Raster/DynamicBitmap.h>
 
 #include <utility>
 

@@ -5,7 +5,7 @@
 #include <Quillet/Char.h>
 
 #include <Geometry/PolyCurveDbl.h>
-#include <pixels/AffineTransform.h>
+#include <Geometry/AffineTransform.h>
 
 #include <Kernel/Counted.h>
 #include <Kernel/Export.h>

@@ -8,7 +8,7 @@
 
 namespace {
 
-using Geometry::AffineTransform::Params;
+using Raster::AffineTransform::Params;
 using Point = Kernel::PointT<double>;
 using Rect = Kernel::RectT<double>;
 

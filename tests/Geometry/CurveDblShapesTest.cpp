@@ -12,7 +12,7 @@
 namespace {
 
 using Geometry::CurveDbl;
-using Geometry::AffineTransform::Params;
+using Raster::AffineTransform::Params;
 using Point = Kernel::PointT<double>;
 
 constexpr double c_infinity = std::numeric_limits<double>::infinity();

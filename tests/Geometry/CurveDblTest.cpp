@@ -13,7 +13,7 @@ using Geometry::BoundingBoxT;
 using Geometry::CurveDbl;
 using Geometry::CurveNode;
 using Geometry::PolyCurveDbl;
-using Geometry::AffineTransform::Params;
+using Raster::AffineTransform::Params;
 using Point = Kernel::PointT<double>;
 using Rect = Kernel::RectT<double>;
 using Style = CurveNode::Style;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <pixels/ICCManager.h>
+#include <Raster/ICCManager.h>
 
 #include <algorithm>
 #include <string>

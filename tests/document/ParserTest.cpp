@@ -186,11 +186,11 @@ TEST(ParserTest, TakesTransformsOfExactlySixNumbers)
         {"[1 2 3 4 5 6]", true}, {"[1 2 3 4 5]", false}, {"[1 2 3 4 5 6 7]", false}, {"(text)", false}};
     for (const auto& [text, isGood] : cases) {
         PlainParser parser(text);
-        Geometry::AffineTransform::Params transform{9, 9, 9, 9, 9, 9};
+        Raster::AffineTransform::Params transform{9, 9, 9, 9, 9, 9};
         parser->NextToken();
         EXPECT_EQ(parser->GetTokenTransform(transform), isGood) << text;
-        const Geometry::AffineTransform::Params expected{1, 3, 5, 2, 4, 6};
-        EXPECT_EQ(transform, isGood ? expected : Geometry::AffineTransform::Params()) << text;
+        const Raster::AffineTransform::Params expected{1, 3, 5, 2, 4, 6};
+        EXPECT_EQ(transform, isGood ? expected : Raster::AffineTransform::Params()) << text;
         EXPECT_TRUE(parser.errors.kinds.empty());
     }
 }

@@ -22,7 +22,7 @@ namespace Host::Test {
 namespace {
 
 using Geometry::CurveDbl;
-using Params = Geometry::AffineTransform::Params;
+using Params = Raster::AffineTransform::Params;
 
 std::string MakePathData(const Geometry::PolyCurveDbl& path, const Params& toPage)
 {

@@ -7,7 +7,7 @@
 #include "support/TestDocument.h"
 #include "text/TextHandler.h"
 
-#include <pixels/DynamicBitmap.h>
+#include <Raster/DynamicBitmap.h>
 
 #include <gtest/gtest.h>
 

@@ -3,8 +3,8 @@
 #include <Kernel/Countable.h>
 #include <Kernel/Counted.h>
 #include <Kernel/Export.h>
-#include <pixels/ICCProfile.h>
-#include <pixels/RenderingIntent.h>
+#include <Raster/ICCProfile.h>
+#include <Raster/RenderingIntent.h>
 
 #include <array>
 #include <memory>

@@ -1,4 +1,4 @@
-#include <pixels/ICCManager.h>
+#include <Raster/ICCManager.h>
 
 #include <Kernel/Trace.h>
 

@@ -1,4 +1,4 @@
-#include <pixels/ProfileDescription.h>
+#include <Raster/ProfileDescription.h>
 
 #include <Kernel/StringEncoding.h>
 

@@ -1,4 +1,4 @@
-#include <pixels/ICCProfile.h>
+#include <Raster/ICCProfile.h>
 
 #include <functional>
 #include <string_view>

@@ -2,7 +2,7 @@
 
 #include <Kernel/Consolidated.h>
 #include <Kernel/Export.h>
-#include <pixels/ColourSpace.h>
+#include <Raster/ColourSpace.h>
 
 #include <cstddef>
 #include <cstdint>

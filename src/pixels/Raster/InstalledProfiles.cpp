@@ -1,7 +1,7 @@
-#include <pixels/InstalledProfiles.h>
+#include <Raster/InstalledProfiles.h>
 
 #include <Kernel/ToLowerCase.h>
-#include <pixels/ProfileDescription.h>
+#include <Raster/ProfileDescription.h>
 
 #include <lcms2.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <Kernel/Export.h>
-#include <pixels/ColourSpace.h>
+#include <Raster/ColourSpace.h>
 
 namespace Raster {
 

@@ -1,5 +1,5 @@
-#include <pixels/ICCManager.h>
-#include <pixels/ProfileDescription.h>
+#include <Raster/ICCManager.h>
+#include <Raster/ProfileDescription.h>
 
 #include <Kernel/Trace.h>
 

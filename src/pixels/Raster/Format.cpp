@@ -1,4 +1,4 @@
-#include <pixels/Format.h>
+#include <Raster/Format.h>
 
 namespace Raster {
 

@@ -1,4 +1,4 @@
-#include <pixels/ICCTransform.h>
+#include <Raster/ICCTransform.h>
 
 #include <lcms2.h>
 

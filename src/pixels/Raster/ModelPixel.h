@@ -1,6 +1,6 @@
 #pragma once
 
-#include <pixels/ColourSpace.h>
+#include <Raster/ColourSpace.h>
 
 #include <array>
 

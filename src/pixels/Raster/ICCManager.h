@@ -3,13 +3,13 @@
 #include <Kernel/Consolidated.h>
 #include <Kernel/Export.h>
 #include <Kernel/Counted.h>
-#include <pixels/Format.h>
-#include <pixels/ICCProfile.h>
-#include <pixels/ICCTransform.h>
-#include <pixels/InstalledProfiles.h>
-#include <pixels/ModelPixel.h>
-#include <pixels/Pixel.h>
-#include <pixels/RenderingIntent.h>
+#include <Raster/Format.h>
+#include <Raster/ICCProfile.h>
+#include <Raster/ICCTransform.h>
+#include <Raster/InstalledProfiles.h>
+#include <Raster/ModelPixel.h>
+#include <Raster/Pixel.h>
+#include <Raster/RenderingIntent.h>
 
 #include <array>
 #include <mutex>
