@@ -7,7 +7,7 @@
 
 #include "filters/Ascii85Filter.h"
 #include "filters/AsciiHexFilter.h"
-#include "filters/DecodeParams.h"
+#include "document/DecodeParams.h"
 #include "filters/FlateFilter.h"
 #include "filters/LzwFilter.h"
 #include "filters/PngFilter.h"

@@ -2,7 +2,7 @@
 
 #include "support/TestDocument.h"
 
-#include "content/Resources.h"
+#include "document/Resources.h"
 
 #include <Quillet/Page.h>
 

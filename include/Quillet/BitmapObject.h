@@ -11,7 +11,7 @@ class DynamicBitmap;
 
 namespace Quillet {
 
-class GraphicsState;
+class PaintState;
 
 /// An image. Its own space is that of its pixels: row 0 at the top, one unit a pixel.
 class QUILLET_API BitmapObject : public Object
@@ -30,7 +30,7 @@ public:
     BitmapObject();
     /// Places the bitmap on the unit square of the state's user space, takes the state's blend mode and fill alpha and,
     /// unless `isMaskContext`, its soft mask. Without a page, the object has no id; without pixels, it has no extent.
-    BitmapObject(Kernel::NonCounted<const Page> page, const GraphicsState& state,
+    BitmapObject(Kernel::NonCounted<const Page> page, const PaintState& state,
                  Kernel::Counted<const Raster::DynamicBitmap> newBitmap, bool isMaskContext);
     ~BitmapObject() override;
     BitmapObject(const BitmapObject&) = delete;

@@ -13,7 +13,7 @@
 
 namespace Quillet {
 
-class GraphicsState;
+class PaintState;
 
 /// A shape with a fill, a stroke or both.
 ///
@@ -40,7 +40,7 @@ public:
 
     /// A path painted with a graphics state, which gives paints, line style, alphas, blend mode and soft mask;
     /// `newPath` is in the state's user space. Without a page, the object has no id.
-    PathObject(const Kernel::Counted<const Page>& page, const GraphicsState& state,
+    PathObject(const Kernel::Counted<const Page>& page, const PaintState& state,
                const Kernel::Counted<const Geometry::PolyCurveDbl>& newPath, Fill::Type type,
                Geometry::WindingOrderMode newWinding);
     /// A filled rectangle in page space.

@@ -14,7 +14,7 @@
 
 namespace Quillet {
 
-class GraphicsState;
+class TextState;
 
 /// One baseline of text: characters in a row from a start position.
 ///
@@ -41,17 +41,17 @@ public:
     /// The largest size in the range; 0 for none.
     double GetTextHeight(Chars::const_iterator first, Chars::const_iterator last) const;
     /// Where the pen is, with the baseline that the state writes on.
-    Point GetEndPosition(const GraphicsState& state) const;
+    Point GetEndPosition(const TextState& state) const;
     void SetBlendMode(Renderer::FillBlendMode::BlendMode mode) { blendMode = mode; }
     /// Whether a space stands in a font that has none.
     bool HasUndefinedSpace() const;
 
     /// Whether text of these attributes at a point of line space goes on with this line.
     bool CanMoveTo(const Point& point, const Atts& atts) const;
-    void MoveTo(const Point& point, GraphicsState& state);
+    void MoveTo(const Point& point, TextState& state);
     /// Moves the pen back by `amount`.
     void Kern(double amount);
-    void TextOut(const std::vector<char>& string, GraphicsState& state);
+    void TextOut(const std::vector<char>& string, TextState& state);
     /// Turns what was shown into what was typed, once no more text comes.
     void OnEndOfLine();
 

@@ -8,7 +8,7 @@
 #include "colour/LabColourSpace.h"
 #include "colour/MultitoneColourSpace.h"
 #include "colour/PatternColourSpace.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "document/Dictionary.h"
 #include "document/Guard.h"
 #include "document/Limits.h"

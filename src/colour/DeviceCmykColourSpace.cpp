@@ -1,6 +1,6 @@
 #include "colour/DeviceCmykColourSpace.h"
 
-#include "graphics/RasterFormatPicker.h"
+#include "colour/RasterFormatPicker.h"
 
 #include <Renderer/ColourCMYK.h>
 

@@ -1,6 +1,6 @@
 #include "colour/DeviceGrayColourSpace.h"
 
-#include "graphics/RasterFormatPicker.h"
+#include "colour/RasterFormatPicker.h"
 
 #include <Renderer/ColourGrayscale.h>
 

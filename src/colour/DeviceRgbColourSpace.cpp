@@ -1,6 +1,6 @@
 #include "colour/DeviceRgbColourSpace.h"
 
-#include "graphics/RasterFormatPicker.h"
+#include "colour/RasterFormatPicker.h"
 
 #include <Renderer/ColourRGB.h>
 

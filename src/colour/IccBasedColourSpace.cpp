@@ -1,10 +1,10 @@
 #include "colour/IccBasedColourSpace.h"
 
 #include "colour/ColourSpaceFactory.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "document/Dictionary.h"
 #include "filters/Stream.h"
-#include "graphics/RasterFormatPicker.h"
+#include "colour/RasterFormatPicker.h"
 #include "document/Limits.h"
 
 #include <Quillet/Budget.h>

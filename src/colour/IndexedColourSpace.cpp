@@ -2,7 +2,7 @@
 
 #include "colour/ColourSpaceFactory.h"
 #include "colour/Round.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "document/Dictionary.h"
 #include "filters/Stream.h"
 

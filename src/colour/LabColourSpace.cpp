@@ -2,7 +2,7 @@
 
 #include "colour/Round.h"
 #include "document/Dictionary.h"
-#include "graphics/RasterFormatPicker.h"
+#include "colour/RasterFormatPicker.h"
 #include "document/Limits.h"
 
 #include <Quillet/Budget.h>

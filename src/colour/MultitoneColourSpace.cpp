@@ -3,7 +3,7 @@
 #include "colour/ColourSpaceFactory.h"
 #include "colour/Function.h"
 #include "colour/Round.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "document/Limits.h"
 
 #include <Renderer/ColourCMYK.h>

@@ -1,7 +1,7 @@
 #include "colour/PatternColourSpace.h"
 
 #include "colour/ColourSpaceFactory.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "document/Parser.h"
 
 #include <Renderer/ColourGrayscale.h>

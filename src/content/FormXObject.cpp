@@ -1,7 +1,7 @@
 #include "content/FormXObject.h"
 
 #include "content/GraphicsStateStack.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "content/StreamInterpreter.h"
 #include "document/Dictionary.h"
 #include "document/Guard.h"

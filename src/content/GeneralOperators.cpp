@@ -1,6 +1,6 @@
 #include "content/GeneralOperators.h"
 
-#include "content/ArgVec.h"
+#include "document/ArgVec.h"
 #include "content/GraphicsStateStack.h"
 
 namespace Quillet {

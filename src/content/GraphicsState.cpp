@@ -2,11 +2,11 @@
 
 #include "colour/ColourSpace.h"
 #include "colour/ColourSpaceFactory.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "document/Limits.h"
 #include "fonts/Font.h"
-#include "graphics/SoftMask.h"
-#include "text/TextHandler.h"
+#include "objects/SoftMask.h"
+#include "content/TextHandler.h"
 
 #include <Quillet/Budget.h>
 #include <Quillet/GroupObject.h>
@@ -33,10 +33,6 @@ using Rect = Kernel::RectT<double>;
 /// Keeps dashes, which are multiples of the width, finite on a line of no width.
 constexpr double c_smallestWidth = 1e-9;
 constexpr double c_smallestDashWidth = 1e-6;
-/// The thinnest line that a device can draw is asked for with a width of 0; on paper this is one.
-constexpr double c_hairline = 0.1;
-constexpr double c_invisibleWidth = 0.001;
-constexpr double c_sameTransform = 1e-6;
 
 std::pair<double, double> SineCosine(int degrees)
 {
@@ -75,13 +71,8 @@ Params MakePlacement(const Rect& page)
 
 GraphicsState::GraphicsState(Kernel::NonCounted<const Page> statePage, TextHandler& handlerOfText)
     : ErrorForwarder(statePage ? statePage->GetErrorHandler() : nullptr), page(statePage.Get()),
-      textHandler(handlerOfText), lineStyle(Kernel::MakeCounted<Renderer::LineStyle>())
+      textHandler(handlerOfText)
 {
-    lineStyle->join = Renderer::LineStyle::JoinMitre;
-    lineStyle->dashKind = Renderer::LineStyle::DashSolid;
-    lineStyle->width = 1;
-    lineStyle->mitreLimit = 10;
-
     if (page) fillColourSpace = page->ref.GetColourSpaceFactory()->MakeDeviceGray(page->GetResources());
     strokeColourSpace = fillColourSpace;
     fillDescriptor =
@@ -306,39 +297,6 @@ void GraphicsState::SetTextRenderMode(int mode)
     if (flags != renderFlags) OnGraphicsStateChanging();
     isTextClip = isClip;
     renderFlags = flags;
-}
-
-bool GraphicsState::FillRequiresOpacity(bool isStroke) const
-{
-    const Kernel::Consolidated<Renderer::Fill>& fill = GetFillDescriptor(isStroke)->fill;
-    return fill && fill->GetKind() == Renderer::Fill::Kind::Bitmap;
-}
-
-Counted<Renderer::FillDescriptor> GraphicsState::MakeFillDescriptorWithAlpha(bool isStroke, double alpha,
-                                                                             const Params& transform) const
-{
-    using Renderer::FillDescriptor;
-    Counted<FillDescriptor> descriptor = GetFillDescriptor(isStroke);
-    if (descriptor->hasTransform && !transform.IsIdentity(c_sameTransform)) {
-        descriptor = Kernel::MakeCounted<FillDescriptor>(*descriptor, transform);
-    }
-    if (descriptor->IsEmpty() || (alpha == 1 && descriptor->fill->IsOpaque())) return descriptor;
-    Kernel::Consolidated<Renderer::Fill> fill = descriptor->fill->MakeWithAlpha(alpha);
-    if (fill == descriptor->fill) return descriptor;
-    return Kernel::MakeCounted<FillDescriptor>(std::move(fill), descriptor->hasTransform, descriptor->transform,
-                                               descriptor->blendMode, descriptor->isScaledWithObject);
-}
-
-Counted<Renderer::LineStyleDescriptor> GraphicsState::MakeLineStyleDescriptor(const Params& transform) const
-{
-    Budget::Spend(2 * Limits::c_paintUnits + lineDash.size() * sizeof(double));
-    const double across = transform.a + transform.c;
-    const double along = transform.b + transform.d;
-    Counted<Renderer::LineStyle> style = lineStyle->Clone();
-    if (style->dashKind == Renderer::LineStyle::DashNone) style->width = 0;
-    style->width *= std::sqrt((across * across + along * along) / 2);
-    if (!(style->width >= c_invisibleWidth)) style->width = c_hairline;
-    return Kernel::MakeCounted<Renderer::LineStyleDescriptor>(Kernel::ConsolidateObjectSacrifice(std::move(style)));
 }
 
 } // namespace Quillet

@@ -1,11 +1,11 @@
 #include "content/GraphicsStateOperators.h"
 
-#include "content/ArgVec.h"
+#include "document/ArgVec.h"
 #include "content/GraphicsStateDefault.h"
 #include "content/GraphicsStateStack.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "document/Dictionary.h"
-#include "graphics/SoftMask.h"
+#include "objects/SoftMask.h"
 #include "document/Limits.h"
 
 #include <Quillet/Budget.h>

@@ -1,8 +1,8 @@
 #include "content/GraphicsStateStack.h"
 
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "document/Limits.h"
-#include "text/TextHandler.h"
+#include "content/TextHandler.h"
 
 #include <Quillet/Budget.h>
 #include <Quillet/Page.h>

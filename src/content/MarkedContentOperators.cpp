@@ -1,9 +1,9 @@
 #include "content/MarkedContentOperators.h"
 
-#include "content/ArgVec.h"
+#include "document/ArgVec.h"
 #include "content/GraphicsStateStack.h"
-#include "content/OCProperties.h"
-#include "content/Resources.h"
+#include "document/OCProperties.h"
+#include "document/Resources.h"
 #include "document/Dictionary.h"
 
 #include <Quillet/LayerObject.h>

@@ -1,6 +1,6 @@
 #include "content/Operator.h"
 
-#include "content/ArgVec.h"
+#include "document/ArgVec.h"
 #include "content/GraphicsStateStack.h"
 
 #include <Kernel/DemangleTypeName.h>

@@ -1,6 +1,6 @@
 #include "content/PathOperators.h"
 
-#include "content/ArgVec.h"
+#include "document/ArgVec.h"
 #include "content/GraphicsStateStack.h"
 #include "document/Limits.h"
 

@@ -1,10 +1,10 @@
 #include "content/TextOperators.h"
 
-#include "content/ArgVec.h"
+#include "document/ArgVec.h"
 #include "content/GraphicsStateStack.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "fonts/Font.h"
-#include "text/TextHandler.h"
+#include "content/TextHandler.h"
 #include "document/Limits.h"
 
 #include <Quillet/Budget.h>

@@ -3,9 +3,9 @@
 #include "colour/ColourSpace.h"
 #include "colour/ColourSpaceFactory.h"
 #include "content/GraphicsStateStack.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "document/Dictionary.h"
-#include "graphics/SoftMask.h"
+#include "objects/SoftMask.h"
 
 #include <Quillet/GroupObject.h>
 #include <Quillet/Page.h>

@@ -2,7 +2,7 @@
 
 #include "content/FormXObject.h"
 #include "content/PsXObject.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "content/TransparencyXObject.h"
 #include "document/Dictionary.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "content/XObjectType.h"
+#include "document/XObjectType.h"
 
 #include <Quillet/RefCacheable.h>
 

@@ -1,8 +1,8 @@
 #include "content/XObjectOperators.h"
 
-#include "content/ArgVec.h"
+#include "document/ArgVec.h"
 #include "content/GraphicsStateStack.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "content/XObject.h"
 
 namespace Quillet {

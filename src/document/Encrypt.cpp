@@ -1,7 +1,7 @@
 #include "document/Encrypt.h"
 
 #include "document/Dictionary.h"
-#include "filters/DecodeParams.h"
+#include "document/DecodeParams.h"
 
 #include <Kernel/AES.h>
 #include <Kernel/Digest.h>

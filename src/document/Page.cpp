@@ -1,11 +1,8 @@
 #include <Quillet/Page.h>
 
-#include "content/Resources.h"
-#include "content/StreamInterpreter.h"
 #include "document/Dictionary.h"
-#include "document/MultiStream.h"
+#include "document/Resources.h"
 
-#include <Quillet/GroupObject.h>
 #include <Quillet/PdfDocument.h>
 
 namespace Quillet {
@@ -27,20 +24,6 @@ std::vector<Ref> Page::GetContents() const
     std::vector<Ref> contents;
     dictionary.GetRefVec("Contents", contents);
     return contents;
-}
-
-Kernel::Counted<SequentialSource> Page::GetContentsStream() const
-{
-    return MultiStream::Make(GetErrorHandler(), GetContents());
-}
-
-Kernel::Counted<GroupObject> Page::BuildObjects() const
-{
-    const Budget::Scope scope = OpenScope();
-    StreamInterpreter interpreter(Kernel::NonCounted<const Page>(this));
-    Kernel::Counted<GroupObject> root = interpreter.Interpret();
-    Check(!scope.WasCut(), Error::CutShort);
-    return root;
 }
 
 void Page::GetFonts(std::vector<Kernel::Font>& fonts, std::unordered_set<const Font*>& seen) const

@@ -1,6 +1,6 @@
 #include <Quillet/PageBase.h>
 
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "document/Dictionary.h"
 
 #include <Quillet/PdfDocument.h>

@@ -2,7 +2,7 @@
 
 #include "document/Limits.h"
 #include "document/Token.h"
-#include "filters/Filter.h"
+#include "document/Filter.h"
 
 #include <Quillet/Ref.h>
 

@@ -1,7 +1,7 @@
 #include <Quillet/PdfDocument.h>
 
 #include "colour/ColourSpaceFactory.h"
-#include "content/OCProperties.h"
+#include "document/OCProperties.h"
 #include "document/Dictionary.h"
 #include "document/Encrypt.h"
 #include "document/FileSource.h"

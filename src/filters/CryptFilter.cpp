@@ -1,6 +1,6 @@
 #include "filters/CryptFilter.h"
 
-#include "filters/DecodeParams.h"
+#include "document/DecodeParams.h"
 #include "document/Limits.h"
 
 #include <Quillet/Budget.h>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "document/Encrypt.h"
-#include "filters/Filter.h"
+#include "document/Filter.h"
 
 #include <vector>
 

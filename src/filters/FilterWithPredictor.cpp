@@ -1,6 +1,6 @@
 #include "filters/FilterWithPredictor.h"
 
-#include "filters/DecodeParams.h"
+#include "document/DecodeParams.h"
 #include "filters/PngFilter.h"
 #include "filters/Tiff2Filter.h"
 

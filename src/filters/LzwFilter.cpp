@@ -1,7 +1,7 @@
 #include "filters/LzwFilter.h"
 
 #include "document/Limits.h"
-#include "filters/DecodeParams.h"
+#include "document/DecodeParams.h"
 #include "filters/LcwTable.h"
 
 #include <Quillet/Budget.h>

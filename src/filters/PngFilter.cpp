@@ -1,6 +1,6 @@
 #include "filters/PngFilter.h"
 
-#include "filters/DecodeParams.h"
+#include "document/DecodeParams.h"
 #include "filters/RowLayout.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "filters/RowLayout.h"
 
 #include "document/Limits.h"
-#include "filters/Filter.h"
+#include "document/Filter.h"
 
 #include <algorithm>
 #include <climits>

@@ -1,7 +1,7 @@
 #include "filters/Stream.h"
 
 #include "filters/CryptFilter.h"
-#include "filters/DecodeParams.h"
+#include "document/DecodeParams.h"
 #include "filters/RawFilter.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "content/ArgVec.h"
+#include "document/ArgVec.h"
 #include "fonts/FontEncoding.h"
 
 #include <Quillet/ErrorForwarder.h>

@@ -17,7 +17,7 @@ public:
     explicit CidFont(const Kernel::Counted<Dictionary>& dictionary);
 
     /// Has no text of its own.
-    double TextOut(std::vector<Char>&, const std::vector<char>&, const GraphicsState&) const override { return 0; }
+    double TextOut(std::vector<Char>&, const std::vector<char>&, const TextState&) const override { return 0; }
     std::size_t GetDispensableBytes() const override;
     /// In thousandths of the size.
     double GetBaseWidth(int cid) const;

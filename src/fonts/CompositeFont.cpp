@@ -1,6 +1,6 @@
 #include "fonts/CompositeFont.h"
 
-#include "content/GraphicsState.h"
+#include "fonts/TextState.h"
 #include "document/Dictionary.h"
 #include "fonts/CMapInterpreter.h"
 #include "fonts/StandardCMaps.h"
@@ -100,8 +100,7 @@ std::size_t CompositeFont::GetDispensableBytes() const
     return bytes;
 }
 
-double CompositeFont::TextOut(std::vector<Char>& chars, const std::vector<char>& string,
-                              const GraphicsState& state) const
+double CompositeFont::TextOut(std::vector<Char>& chars, const std::vector<char>& string, const TextState& state) const
 {
     double advance = 0;
     const auto size = static_cast<int>(string.size());

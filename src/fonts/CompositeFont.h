@@ -18,8 +18,7 @@ public:
     const Kernel::Font& GetKernelFont() const override;
     bool operator==(const Font& other) const override;
     void AddTo(Story::GlyphAtts& atts) const override;
-    double TextOut(std::vector<Char>& chars, const std::vector<char>& string,
-                   const GraphicsState& state) const override;
+    double TextOut(std::vector<Char>& chars, const std::vector<char>& string, const TextState& state) const override;
     std::size_t GetDispensableBytes() const override;
 
     /// Whether codes can be told as characters at all.

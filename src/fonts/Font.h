@@ -18,7 +18,7 @@ namespace Quillet {
 
 struct Char;
 class Dictionary;
-class GraphicsState;
+class TextState;
 
 /// A font of the document: it turns shown strings into characters with their widths, and names the font of the machine
 /// that they get. Glyph outlines in the file are not read.
@@ -42,8 +42,7 @@ public:
     /// Puts the font that text will use into attributes.
     virtual void AddTo(Story::GlyphAtts& atts) const = 0;
     /// Appends the characters of a string; gives the sum of their advances, in points of line space.
-    virtual double TextOut(std::vector<Char>& chars, const std::vector<char>& string,
-                           const GraphicsState& state) const = 0;
+    virtual double TextOut(std::vector<Char>& chars, const std::vector<char>& string, const TextState& state) const = 0;
     /// How many ems of the machine's font an em of this one is: not 1 for a font whose units are its own affair.
     virtual double GetSizeScale() const { return 1; }
     /// Whether its own matrix turns its glyphs upside down.

@@ -1,6 +1,6 @@
 #include "fonts/SimpleFont.h"
 
-#include "content/GraphicsState.h"
+#include "fonts/TextState.h"
 #include "document/Dictionary.h"
 #include "document/Limits.h"
 #include "fonts/CMapInterpreter.h"
@@ -182,7 +182,7 @@ std::size_t SimpleFont::GetDispensableBytes() const
            (toUnicode ? toUnicode->GetDispensableBytes() : 0);
 }
 
-double SimpleFont::TextOut(std::vector<Char>& chars, const std::vector<char>& string, const GraphicsState& state) const
+double SimpleFont::TextOut(std::vector<Char>& chars, const std::vector<char>& string, const TextState& state) const
 {
     double advance = 0;
     for (const char byte : string) {

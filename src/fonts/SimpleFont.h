@@ -18,8 +18,7 @@ public:
     SimpleFont();
     explicit SimpleFont(const Kernel::Counted<Dictionary>& dictionary);
 
-    double TextOut(std::vector<Char>& chars, const std::vector<char>& string,
-                   const GraphicsState& state) const override;
+    double TextOut(std::vector<Char>& chars, const std::vector<char>& string, const TextState& state) const override;
     std::size_t GetDispensableBytes() const override;
     /// Takes the widths and flags of a standard font from its published metrics.
     virtual void ReadMetricsFromStandard();

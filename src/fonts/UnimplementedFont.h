@@ -14,7 +14,7 @@ public:
     const Kernel::Font& GetKernelFont() const override { return Kernel::Font::GetEmpty(); }
     bool operator==(const Font& other) const override { return this == &other; }
     void AddTo(Story::GlyphAtts&) const override {}
-    double TextOut(std::vector<Char>&, const std::vector<char>&, const GraphicsState&) const override { return 0; }
+    double TextOut(std::vector<Char>&, const std::vector<char>&, const TextState&) const override { return 0; }
 };
 
 } // namespace Quillet

@@ -1,8 +1,8 @@
 #include <Quillet/BitmapObject.h>
 #include <Quillet/Page.h>
 
-#include "content/GraphicsState.h"
-#include "graphics/SoftMask.h"
+#include "objects/PaintState.h"
+#include "objects/SoftMask.h"
 
 #include <Raster/DynamicBitmap.h>
 
@@ -12,7 +12,7 @@ namespace Quillet {
 
 BitmapObject::BitmapObject() : Object(Kind::Bitmap) {}
 
-BitmapObject::BitmapObject(Kernel::NonCounted<const Page> page, const GraphicsState& state,
+BitmapObject::BitmapObject(Kernel::NonCounted<const Page> page, const PaintState& state,
                            Kernel::Counted<const Raster::DynamicBitmap> newBitmap, bool isMaskContext)
     : Object(Kind::Bitmap), bitmap(std::move(newBitmap)), blendMode(state.blendMode),
       opacity(static_cast<float>(state.fillAlpha))

@@ -2,7 +2,7 @@
 #include <Quillet/Page.h>
 #include <Quillet/TreeWalk.h>
 
-#include "graphics/SoftMask.h"
+#include "objects/SoftMask.h"
 
 #include <algorithm>
 #include <iterator>

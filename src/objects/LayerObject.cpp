@@ -1,7 +1,7 @@
 #include <Quillet/LayerObject.h>
 #include <Quillet/Page.h>
 
-#include "graphics/SoftMask.h"
+#include "objects/SoftMask.h"
 
 #include <utility>
 

@@ -3,7 +3,7 @@
 #include <Quillet/Page.h>
 #include <Quillet/PdfDocument.h>
 
-#include "graphics/SoftMask.h"
+#include "objects/SoftMask.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,8 +1,8 @@
 #include <Quillet/Page.h>
 #include <Quillet/PathObject.h>
 
-#include "content/GraphicsState.h"
-#include "graphics/SoftMask.h"
+#include "objects/PaintState.h"
+#include "objects/SoftMask.h"
 
 #include <algorithm>
 #include <cmath>
@@ -35,7 +35,7 @@ struct Alphas
 
 /// A bitmap fill has no alpha of its own, so the object takes it over. Else the object takes what fill and stroke have
 /// in common, so that the stroke does not show the edge of the fill below it.
-Alphas SplitAlphas(const GraphicsState& state, Fill::Type type)
+Alphas SplitAlphas(const PaintState& state, Fill::Type type)
 {
     const double fill = state.fillAlpha;
     const double stroke = state.strokeAlpha;
@@ -80,7 +80,7 @@ bool DoRangesMeet(double a0, double a1, double b0, double b1)
 
 } // namespace
 
-PathObject::PathObject(const Kernel::Counted<const Page>& page, const GraphicsState& state,
+PathObject::PathObject(const Kernel::Counted<const Page>& page, const PaintState& state,
                        const Kernel::Counted<const Geometry::PolyCurveDbl>& newPath, Fill::Type type,
                        Geometry::WindingOrderMode newWinding)
     : Object(Kind::Path), blendMode(state.blendMode)

@@ -1,7 +1,7 @@
 #include <Quillet/Page.h>
 #include <Quillet/PathObject.h>
 
-#include "graphics/SoftMask.h"
+#include "objects/SoftMask.h"
 
 #include <cmath>
 

@@ -1,9 +1,9 @@
 #include <Quillet/TextLineObject.h>
 
-#include "content/GraphicsState.h"
 #include "document/Limits.h"
 #include "fonts/Font.h"
-#include "graphics/SoftMask.h"
+#include "fonts/TextState.h"
+#include "objects/SoftMask.h"
 #include "text/ForAtts.h"
 
 #include <Quillet/Budget.h>
@@ -90,7 +90,7 @@ double TextLineObject::GetTextHeight(Chars::const_iterator first, Chars::const_i
     return height;
 }
 
-TextLineObject::Point TextLineObject::GetEndPosition(const GraphicsState& state) const
+TextLineObject::Point TextLineObject::GetEndPosition(const TextState& state) const
 {
     return {position.x + width, position.y - state.advance};
 }
@@ -122,7 +122,7 @@ bool TextLineObject::CanMoveTo(const Point& point, const Atts& atts) const
     return chars.empty() || (CanMoveToX(point.x) && CanMoveToY(point.y, atts));
 }
 
-void TextLineObject::MoveTo(const Point& point, GraphicsState& state)
+void TextLineObject::MoveTo(const Point& point, TextState& state)
 {
     if (chars.empty()) {
         position = point;
@@ -208,7 +208,7 @@ void TextLineObject::RemoveThinSpace(std::size_t index)
     chars.erase(chars.begin() + static_cast<std::ptrdiff_t>(index));
 }
 
-void TextLineObject::TextOut(const std::vector<char>& string, GraphicsState& state)
+void TextLineObject::TextOut(const std::vector<char>& string, TextState& state)
 {
     width += state.font->TextOut(chars, string, state);
     textHeight = std::max(textHeight, state.glyphAtts->GetSize());

@@ -1,4 +1,4 @@
-#include "colour/ColourOperators.h"
+#include "content/ColourOperators.h"
 
 #include "colour/TestProfile.h"
 

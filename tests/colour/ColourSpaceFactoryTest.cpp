@@ -7,10 +7,10 @@
 #include "colour/IndexedColourSpace.h"
 #include "colour/PatternColourSpace.h"
 #include "colour/TestProfile.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "document/Dictionary.h"
 #include "document/Limits.h"
-#include "graphics/RasterFormatPicker.h"
+#include "colour/RasterFormatPicker.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
 

@@ -1,7 +1,7 @@
 #include "colour/IndexedColourSpace.h"
 
 #include "colour/ColourSpaceFactory.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "document/Parser.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"

@@ -1,7 +1,7 @@
 #include "colour/MultitoneColourSpace.h"
 
 #include "colour/Function.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "content/ArgVec.h"
+#include "document/ArgVec.h"
 #include "content/GraphicsStateStack.h"
 #include "content/StreamInterpreter.h"
 #include "support/PdfBuilder.h"

@@ -1,6 +1,6 @@
 #include "ContentRun.h"
 
-#include "graphics/SoftMask.h"
+#include "objects/SoftMask.h"
 
 #include <Renderer/FillBlendMode.h>
 

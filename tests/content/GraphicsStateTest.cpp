@@ -1,6 +1,6 @@
 #include "ContentRun.h"
 
-#include "text/TextHandler.h"
+#include "content/TextHandler.h"
 
 #include <Renderer/FillDescriptor.h>
 #include <Renderer/LineStyle.h>

@@ -2,7 +2,7 @@
 
 #include "TreeText.h"
 #include "colour/ColourSpace.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "document/Dictionary.h"
 #include "document/Guard.h"
 #include "document/Limits.h"

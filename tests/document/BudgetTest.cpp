@@ -1,8 +1,8 @@
 #include <Quillet/Budget.h>
 
 #include "colour/ColourSpace.h"
-#include "content/Resources.h"
-#include "document/MultiStream.h"
+#include "document/Resources.h"
+#include "filters/MultiStream.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
 

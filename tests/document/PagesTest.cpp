@@ -1,6 +1,6 @@
 #include "document/Pages.h"
 
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "document/SequentialSource.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"

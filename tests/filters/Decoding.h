@@ -3,8 +3,8 @@
 #include "support/BytesFilter.h"
 #include "support/ErrorRecorder.h"
 
-#include "filters/DecodeParams.h"
-#include "filters/Filter.h"
+#include "document/DecodeParams.h"
+#include "document/Filter.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include <Quillet/Page.h>
 #include <Quillet/PathObject.h>
 
-#include "graphics/SoftMask.h"
+#include "objects/SoftMask.h"
 
 #include <Renderer/ColourRGB.h>
 #include <Renderer/FillSolid.h>

@@ -5,7 +5,7 @@
 #include "content/GraphicsState.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
-#include "text/TextHandler.h"
+#include "content/TextHandler.h"
 
 #include <Raster/DynamicBitmap.h>
 

@@ -1,7 +1,7 @@
 #include "MakeObjects.h"
 
 #include "content/GraphicsState.h"
-#include "text/TextHandler.h"
+#include "content/TextHandler.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "filters/Filter.h"
+#include "document/Filter.h"
 
 #include <string>
 #include <vector>

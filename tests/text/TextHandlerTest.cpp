@@ -1,4 +1,4 @@
-#include "text/TextHandler.h"
+#include "content/TextHandler.h"
 
 #include "TextOf.h"
 #include "content/ContentRun.h"

@@ -5,7 +5,7 @@
 #include "content/GraphicsState.h"
 #include "document/Dictionary.h"
 #include "fonts/CodeSequence.h"
-#include "graphics/SoftMask.h"
+#include "objects/SoftMask.h"
 #include "objects/MakeObjects.h"
 
 #include <gmock/gmock.h>

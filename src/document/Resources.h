@@ -2,12 +2,13 @@
 
 #include <Quillet/ErrorForwarder.h>
 #include <Quillet/Ref.h>
+#include <Quillet/RefCacheable.h>
 
 #include <Kernel/Counted.h>
 #include <Kernel/Font.h>
 #include <Kernel/NonCounted.h>
 
-#include "content/XObjectType.h"
+#include "document/XObjectType.h"
 
 #include <string>
 #include <unordered_map>
@@ -22,7 +23,8 @@ class Dictionary;
 class Font;
 class XObject;
 
-/// Named access to one resource dictionary.
+/// Named access to one resource dictionary. What it holds of colours, fonts and external objects is made in the rooms
+/// that know them.
 ///
 /// Each sub-dictionary is indexed when first asked, and each colour space is built once a name: a form that is drawn
 /// thousands of times looks things up in an object that knows them already.
@@ -75,7 +77,8 @@ private:
     mutable Kernel::Counted<Dictionary> fontDictionary;
     mutable Kernel::Counted<Dictionary> extGStateDictionary;
     mutable Kernel::Counted<Dictionary> propertiesDictionary;
-    mutable std::unordered_map<std::string, Kernel::Counted<const ColourSpace>> colourSpaces;
+    /// Colour spaces, of which this room knows no more.
+    mutable std::unordered_map<std::string, Kernel::Counted<const RefCacheable>> colourSpaces;
     mutable std::unordered_map<std::string, Kernel::Counted<Dictionary>> properties;
     mutable Kernel::Counted<const Resources> twin;
 };

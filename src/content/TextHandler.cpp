@@ -1,9 +1,9 @@
-#include "text/TextHandler.h"
+#include "content/TextHandler.h"
 
 #include "content/GraphicsStateStack.h"
 #include "document/Limits.h"
 #include "fonts/Font.h"
-#include "graphics/SoftMask.h"
+#include "objects/SoftMask.h"
 
 #include <Quillet/Budget.h>
 #include <Quillet/Page.h>

@@ -1,4 +1,4 @@
-#include "filters/DecodeParams.h"
+#include "document/DecodeParams.h"
 
 #include "document/Parser.h"
 #include "document/Limits.h"

@@ -1,6 +1,6 @@
-#include "graphics/OpShade.h"
+#include "content/OpShade.h"
 
-#include "content/ArgVec.h"
+#include "document/ArgVec.h"
 
 namespace Quillet {
 

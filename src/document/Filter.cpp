@@ -1,6 +1,6 @@
-#include "filters/Filter.h"
+#include "document/Filter.h"
 
-#include "filters/DecodeParams.h"
+#include "document/DecodeParams.h"
 #include "document/Limits.h"
 
 #include <Quillet/Budget.h>

@@ -1,4 +1,4 @@
-#include "content/ArgVec.h"
+#include "document/ArgVec.h"
 
 #include "document/Limits.h"
 

@@ -1,7 +1,7 @@
-#include "colour/ColourOperators.h"
+#include "content/ColourOperators.h"
 
 #include "colour/ColourSpaceFactory.h"
-#include "content/ArgVec.h"
+#include "document/ArgVec.h"
 #include "content/GraphicsStateStack.h"
 #include "document/Limits.h"
 

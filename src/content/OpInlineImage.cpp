@@ -1,13 +1,13 @@
-#include "graphics/OpInlineImage.h"
+#include "content/OpInlineImage.h"
 
 #include "colour/ColourSpace.h"
 #include "colour/ColourSpaceFactory.h"
-#include "content/ArgVec.h"
+#include "document/ArgVec.h"
 #include "content/GraphicsStateStack.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "document/Limits.h"
 #include "document/Parser.h"
-#include "filters/DecodeParams.h"
+#include "document/DecodeParams.h"
 #include "filters/FilterPipeline.h"
 
 #include <Quillet/Budget.h>

@@ -1,4 +1,4 @@
-#include "graphics/RasterFormatPicker.h"
+#include "colour/RasterFormatPicker.h"
 
 namespace Quillet {
 

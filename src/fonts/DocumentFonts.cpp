@@ -2,7 +2,7 @@
 
 #include <Quillet/PdfDocument.h>
 
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "document/Dictionary.h"
 #include "document/Limits.h"
 #include "document/XRefs.h"

@@ -1,4 +1,4 @@
-#include "content/OCProperties.h"
+#include "document/OCProperties.h"
 
 #include "document/Dictionary.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "text/TextTransform.h"
+#include "fonts/TextState.h"
 
 #include <Quillet/Char.h>
 

@@ -1,7 +1,7 @@
-#include "graphics/SoftMask.h"
+#include "objects/SoftMask.h"
 
 #include "colour/ColourSpace.h"
-#include "content/Resources.h"
+#include "document/Resources.h"
 #include "content/TransparencyXObject.h"
 #include "document/Dictionary.h"
 

@@ -1,4 +1,4 @@
-#include "document/MultiStream.h"
+#include "filters/MultiStream.h"
 
 #include <Quillet/Budget.h>
 
