@@ -54,6 +54,29 @@ private:
     }
 };
 
+/// What a host shows in place of fonts that the machine lacks.
+class HostFonts : public Kernel::FontMap
+{
+public:
+    Kernel::FontReplacement GetReplacement(const Kernel::Font& font) const override
+    {
+        Kernel::FontReplacement replacement;
+        replacement.font.family = "DejaVu Sans";
+        replacement.font.SetWeight(font.weight);
+        replacement.font.SetIsItalic(font.isItalic);
+        replacement.match = 1;
+        return replacement;
+    }
+};
+
+/// By which profiles a host means colours that come without one: here those that the machine has, and as they look.
+Raster::ICCManager::ICCProfileSet MakeProfiles()
+{
+    Raster::ICCManager::ICCProfileSet profiles;
+    profiles.intent = Raster::RenderingIntent::Perceptual;
+    return profiles;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -63,6 +86,8 @@ int main(int argc, char** argv)
         return 2;
     }
     const auto document = Kernel::MakeCounted<Quillet::PdfDocument>();
+    document->SetFontMap(Kernel::MakeCounted<HostFonts>());
+    document->SetDefaultProfiles(MakeProfiles());
     if (!document->OpenFile(argv[1]) || document->GetPageCount() < 1) {
         const auto error = document->GetDefaultErrorHandler()->lastError;
         std::fprintf(stderr, "outline: %s: %s\n", argv[1], Quillet::GetErrorName(error));

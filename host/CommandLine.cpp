@@ -8,6 +8,7 @@
 #include "PasswordPrompt.h"
 
 #include <CLI/CLI.hpp>
+#include <Quillet/Version.h>
 
 #include <algorithm>
 #include <iostream>
@@ -118,7 +119,7 @@ int RunCommandLine(int argc, const char* const* argv)
 {
     Interrupt::Install();
     CLI::App app("Imports PDF documents as editable pages", "quillet");
-    app.set_version_flag("--version", "quillet " QUILLET_VERSION);
+    app.set_version_flag("--version", std::string("quillet ") + Quillet::GetLibraryVersion());
     app.require_subcommand(1);
     app.failure_message(MakeFailureLine);
 

@@ -22,6 +22,7 @@ public:
 
     mutable std::string documentName;
     mutable int errorPage = -1;
+    /// What is worth telling the user, by `GetErrorName`. It is no exit status: the first kind of all is 0.
     mutable Error::Type lastError = Error::None;
 };
 

@@ -7,6 +7,9 @@
 namespace Quillet {
 
 /// Receives every fault. Operations are const so that code with a const handler can report.
+///
+/// It is called on the thread that works on the document, while the call of the host lasts that met the fault. Hosts
+/// that give one handler to documents on several threads make it safe for them.
 class QUILLET_API ErrorHandler
 {
 public:

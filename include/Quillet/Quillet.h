@@ -25,3 +25,4 @@
 #include <Quillet/TextFidelity.h>
 #include <Quillet/TextLineObject.h>
 #include <Quillet/TreeWalk.h>
+#include <Quillet/Version.h>

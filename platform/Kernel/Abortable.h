@@ -13,7 +13,8 @@ inline bool IsAborted(const bool* flag)
 /// Base of long work that its caller can stop.
 ///
 /// The caller owns a flag and gives its address; the work reads it at safe points and stops early, without an error,
-/// once it is true. Any thread, or a signal handler, may set it.
+/// once it is true. Any thread, or a signal handler, may set it, at any time: it is read as an atomic value. The host
+/// stores it as one, through `std::atomic_ref<bool>` for instance.
 class QUILLET_API Abortable
 {
 public:

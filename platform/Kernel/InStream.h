@@ -4,7 +4,7 @@
 
 namespace Kernel {
 
-/// A stream of bytes that a host brings, read from its start to its end.
+/// A stream of bytes that a host brings, read from its start to its end, on the thread that opens the document.
 class QUILLET_API InStream
 {
 public:

@@ -393,6 +393,8 @@ Kernel::Counted<const Page> PdfDocument::GetPage(int index) const
 {
     // The nodes on the way serve other pages as well.
     const Budget::Scope scope = OpenScope(Budget::Share::All);
+    // A document that is locked, or that is not open, has none.
+    if (!Check(static_cast<bool>(pages), Error::PageTree)) return nullptr;
     try {
         Kernel::Counted<const Page> page = pages->GetPage(index);
         CheckWhole(scope);

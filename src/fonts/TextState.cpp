@@ -70,7 +70,7 @@ double TextState::AddChars(std::vector<Char>& chars, const CodeSequence& sequenc
 }
 
 double TextState::AddChar(std::vector<Char>& chars, char32_t unicode, int glyphIndex, int charCode, double width,
-                              bool isEndOfCode) const
+                          bool isEndOfCode) const
 {
     if (unicode == 0xFFFD || unicode == 0xFFFF) unicode = 0;
     if (glyphIndex <= 0 && unicode == 0) {

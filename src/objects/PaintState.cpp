@@ -43,7 +43,7 @@ bool PaintState::FillRequiresOpacity(bool isStroke) const
 }
 
 Kernel::Counted<Renderer::FillDescriptor> PaintState::MakeFillDescriptorWithAlpha(bool isStroke, double alpha,
-                                                                             const Params& transform) const
+                                                                                  const Params& transform) const
 {
     using Renderer::FillDescriptor;
     Kernel::Counted<FillDescriptor> descriptor = GetFillDescriptor(isStroke);

@@ -91,6 +91,8 @@ TEST(EncryptTest, TellsWhatItDoesNotRead)
             TestDocument document(MakeProtected(row.entries));
             EXPECT_THAT(document.GetErrors(), testing::Contains(row.error)) << row.entries;
             EXPECT_EQ(document.isOpen, row.error == Error::Password) << row.entries;
+            EXPECT_EQ(document->GetPageCount(), 0) << row.entries;
+            EXPECT_THROW(document->GetPage(0), Error::Type) << row.entries;
             document->encrypt->Read(Ref(), {});
             document->encrypt->password = password;
             try {

@@ -177,6 +177,7 @@ TEST(PdfDocumentTest, OpensAgainAfterAnotherFile)
     const std::string first = MakePagePdf(c_content);
     const std::string second = MakePagePdf("1 1 5 5 re f 2 2 5 5 re f", {.entries = "/MediaBox [0 0 50 60]"});
     const auto document = Kernel::MakeCounted<PdfDocument>();
+    EXPECT_THROW(document->GetPage(0), Error::Type);
     ASSERT_TRUE(document->OpenMemory(first.data(), first.size()));
     document->GetPage(0);
     ASSERT_TRUE(document->OpenMemory(second.data(), second.size()));

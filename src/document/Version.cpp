@@ -1,0 +1,10 @@
+#include <Quillet/Version.h>
+
+namespace Quillet {
+
+const char* GetLibraryVersion()
+{
+    return QUILLET_VERSION;
+}
+
+} // namespace Quillet
