@@ -9,6 +9,7 @@
 #include "support/TestDocument.h"
 
 #include <Quillet/GroupObject.h>
+#include <Quillet/Page.h>
 
 #include <Kernel/AES.h>
 
