@@ -6,14 +6,13 @@ namespace Host::Costs {
 
 /// A page, with its name, its turn and, for some formats, its file.
 inline constexpr unsigned long long c_page = 10'000;
-/// A node of the tree as JSON: some dozen values, each of which is a few allocations.
+/// A node of the tree as JSON: some dozen values.
 inline constexpr unsigned long long c_jsonNode = 300;
 /// A run of text as JSON has as many values, and up to three colours.
 inline constexpr unsigned long long c_jsonRun = 500;
 /// An entry of a list, a font say.
 inline constexpr unsigned long long c_jsonEntry = 200;
-/// A byte of a text that a file brings, in JSON: the text and its written form are held beside each other, and a
-/// control character is written as six bytes.
+/// A byte of a text that a file brings, in JSON: it is read, and a control character is written as six bytes.
 inline constexpr unsigned long long c_jsonTextByte = 7;
 
 /// An element of an SVG with its tags, which the XML tree keeps until the page is written.
