@@ -126,9 +126,9 @@ public:
 
     /// As the root of the page tree claims it.
     int GetPageCount() const;
-    /// The page with an index from 0. Throws PageTree for one that is not there, and for any of a document that is
-    /// locked: `GetPageCount` is 0 then. Null if the way to it could not be paid for, which raises `CutShort`, or if
-    /// the host's abort flag is set.
+    /// The page with an index from 0. Throws PageTree for one that is not there, and for any of a document that is not
+    /// open, or whose page tree nobody can read before it is unlocked. Null if the way to it could not be paid for,
+    /// which raises `CutShort`, or if the host's abort flag is set.
     Kernel::Counted<const Page> GetPage(int index) const;
     int GetDefaultPageIndex() const { return 0; }
     /// The index of a page of this document; -1 if it is none.
