@@ -129,7 +129,9 @@ TEST(ColourSpaceFactoryTest, TakesCalibratedSpacesForDevices)
 TEST(ColourSpaceFactoryTest, CalibratedSpacesWithoutParametersTakeNothingElse)
 {
     for (const std::string base : {"/CalRGB", "/CalGray", "[/CalRGB]"}) {
-        Spaces spaces("/A [/Indexed " + base + " 1 <102030405060>] /B " + base);
+        std::string entries = "/A [/Indexed ";
+        entries.append(base).append(" 1 <102030405060>] /B ").append(base);
+        Spaces spaces(entries);
         const auto indexed = Kernel::DynamicCast<const IndexedColourSpace>(spaces.Get("A"));
         ASSERT_TRUE(indexed) << base;
         EXPECT_EQ(indexed->base, spaces.Get("B")) << base;
