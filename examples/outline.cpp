@@ -24,6 +24,8 @@ std::string Describe(const Quillet::Object& object)
         return "bitmap";
     case Kind::TextLine:
         return "line \"" + static_cast<const Quillet::TextLineObject&>(object).GetText() + '"';
+    case Kind::Column:
+        return "column of " + std::to_string(static_cast<const Quillet::ColumnObject&>(object).lines.size()) + " lines";
     }
     return "object";
 }

@@ -110,6 +110,7 @@ private:
         case Object::Kind::TextLine:
             AddTextLine(parent, static_cast<const TextLineObject&>(object), paint);
             break;
+        case Object::Kind::Column: // There are none before a tree is reduced.
         case Object::Kind::Bitmap:
             break; // Pictures are not part of these files yet.
         }

@@ -11,6 +11,10 @@
 
 namespace Quillet {
 
+class ColumnObject;
+class PathObject;
+class TextLineObject;
+
 /// Objects that share a clip, an opacity, a form or a layer.
 ///
 /// A group's own space is page space. Nothing keeps its boxes up to date while a page is built: `UpdateBBoxes` does,
@@ -94,6 +98,41 @@ public:
     /// Calls `visitor` on all groups below in order, children before their parent, and on this group last. It may
     /// change the group that it is handed and what is below; the walk has been there.
     void VisitSubGroups(const std::function<void(GroupObject*)>& visitor);
+
+    /// Makes of the tree as it was built, of which this is the root, one that people can edit: takes out what cannot be
+    /// seen, groups and clips that do nothing, and puts together what belongs together, text above all. Once, after
+    /// `Page::BuildObjects`; `pageRect` is the page in page space. The abort flag is not tested.
+    void Reduce(const Rect& pageRect);
+
+    // The passes of `Reduce`, each on one group, whose groups below have been there. Boxes are up to date before the
+    // first.
+
+    void ReduceGradient();
+    void ConvertClippedRectangles();
+    void RemoveClippedObjects();
+    void RemoveEmptyGroups();
+    void CombineAdjacentLayers();
+    void RemoveRedundantClipping(const Rect& pageRect);
+    void ExtendClippingGroups();
+    void FlattenSubGroups();
+    void CombineFillStroke();
+    void ConvertTextDecorations();
+    void ReorderText();
+    void CombineTextLines();
+    void IsolateAdjacentColumns();
+    void MergeAdjacentColumns();
+    void SetParagraphs();
+    void AvoidTooManyChildren();
+    /// On the root only: takes a line at the top and one at the bottom of the page out of the columns they stand in.
+    void IsolateHeadersFooters();
+    /// On the root only: what is painted last, outside the trim box, becomes a layer.
+    void IsolateTrim();
+    /// All that a stack of strips or ellipses, found to be a gradient, needs to become one object, with the clips and
+    /// groups around it.
+    void ReduceGradients(const Rect& pageRect);
+
+    bool CanCombineLayer(const GroupObject& other) const;
+    bool TryTextDecoration(const PathObject& path);
 
 protected:
     GroupObject(Kind newKind, Kernel::Counted<const Page> newPage);

@@ -31,7 +31,7 @@ public:
 
     /// What an object is, one value for each class. Code that treats them apart switches over the kind and has no
     /// default, so that the compiler names each place that does not know a new one.
-    enum class Kind : unsigned char { Group, Layer, Path, Bitmap, TextLine };
+    enum class Kind : unsigned char { Group, Layer, Path, Bitmap, TextLine, Column };
 
     /// Unique in the document; -1 for an object without a page and for a copy.
     int id = -1;

@@ -24,7 +24,13 @@
 
 namespace Kernel {
 class InStream;
-}
+class LocalisedString;
+} // namespace Kernel
+
+namespace Story {
+class Delta;
+class StyleSheet;
+} // namespace Story
 
 namespace Quillet {
 
@@ -152,6 +158,12 @@ public:
     bool ContainsFont(const Kernel::Font& font) const;
     bool IsFontPostscriptNameUnique(const std::string& name) const;
 
+    /// The character styles of the text that has been reduced so far; null for none.
+    const Kernel::Counted<Story::StyleSheet>& GetStyleSheet() const { return styleSheet; }
+    /// The name of the style that looks like `delta`, which is made if there is none; `name` has the style's number in
+    /// the place of %1.
+    std::string MakeStyleName(const Kernel::Counted<const Story::Delta>& delta, const Kernel::LocalisedString& name);
+
     /// Where the library is in this document now. Not for hosts.
     Guard::Trail& GetTrail() const { return *trail; }
 
@@ -189,6 +201,7 @@ public:
     Raster::ICCManager::ICCProfileSet rasterProfiles;
 
 private:
+    Kernel::Counted<Story::StyleSheet> styleSheet;
     /// Places in `fonts`.
     mutable std::unordered_multimap<std::string, std::size_t> fontsByName;
 

@@ -3,6 +3,7 @@
 // Everything that a host needs, in one include.
 
 #include <Quillet/BitmapObject.h>
+#include <Quillet/ColumnObject.h>
 #include <Quillet/Budget.h>
 #include <Quillet/Char.h>
 #include <Quillet/DecryptLevel.h>

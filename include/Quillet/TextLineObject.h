@@ -7,13 +7,21 @@
 #include <Geometry/PolyCurveDbl.h>
 #include <Kernel/PointT.h>
 #include <Renderer/FillBlendMode.h>
+#include <Story/ParagraphAtts.h>
 
 #include <optional>
 #include <string>
 #include <vector>
 
+namespace Story {
+class GlyphSink;
+} // namespace Story
+
 namespace Quillet {
 
+class FrequencyMap;
+class ListAtt;
+class PathObject;
 class TextState;
 
 /// One baseline of text: characters in a row from a start position.
@@ -62,9 +70,99 @@ public:
     /// A transform that only slants the line becomes the slant of its glyphs; the clip stays where it is on the page.
     void MoveShearToGlyphs();
 
-    /// The width that text of these attributes has by the font's own measures, in points.
+    // Merging and decorations.
+
+    /// Whether `other`, a line of the same column, is a part of the same baseline.
+    bool CanMergeWith(const TextLineObject& other) const;
+    /// Whether the ink of one character at a pen and of another at another meet in x.
+    bool OverlapsX(double pen, const Char& c, double otherPen, const Char& other) const;
+    /// Takes in copies of the characters of a line for which `CanMergeWith` holds.
+    void Merge(const TextLineObject& other);
+    /// The first space or tab, the first character aside, that is at least that wide; the end for none.
+    Chars::const_iterator FindGap(double gapWidth) const;
+    /// The line from `first` on, with an id of its own; this one loses what stands from `second` on.
+    Kernel::Counted<TextLineObject> Split(Chars::const_iterator first, Chars::const_iterator second, int newId);
+    /// Whether a path can be a highlight, an underline or a strikeout of any text.
+    static bool CanBeDecoration(const PathObject& path);
+    /// Makes of a path an attribute of the characters that it decorates, if it fits them; `isBehind` tells whether it
+    /// is painted before the line. True if the path can go.
+    bool TryDecoration(const PathObject& path, bool isBehind);
+
+    // Spacing.
+
+    /// The width that a range has by its fonts' own measures, in points.
     double GetStoryWidth(Chars::const_iterator first, Chars::const_iterator last, bool noAutoKern,
                          double wordSpaceRatio) const;
+    double GetStoryWidth(Chars::const_iterator c) const;
+    /// Of the line without the spaces at its end, and without pair kerning.
+    double GetStoryWidth() const;
+    double GetStoryAutoKern(Chars::const_iterator c) const;
+    /// How much wider than in the file a character would be, in ems.
+    double GetLetterSpace(Chars::const_iterator c) const;
+    /// Finds the attributes under which the host sets the characters where the file has them; once a column is final.
+    void OnLineComplete();
+    void SetWordSpace(double ratio) { wordSpace = ratio; }
+    void SetDoubleSpaceAfterPunctuation();
+    /// By how much the line may become shorter, in points, if spaces shrink to a ratio of what they are.
+    double GetLineWrapTolerance(double ratio) const;
+    /// Whether the host may break the text behind the line elsewhere.
+    bool UsesWrap() const;
+    /// Whether a space is wider than the author's blank would be.
+    bool IsTabSpace(Chars::const_iterator c) const;
+
+    // Tabs.
+
+    /// Counts where gaps end.
+    void GetTabStops(FrequencyMap& map) const;
+    /// Adds the stops that the line's gaps ask for; `rect` is the text box of the column.
+    void GetTabStops(Story::TabStops& stops, const Rect& rect, const FrequencyMap& map) const;
+    /// Makes tabs of the gaps that end at stops.
+    void ApplyTabStops(const Story::TabStops& stops, const Rect& rect);
+    /// The gap before the last item of the line, or the dots that lead to it, which `hasLeader` tells; the end for
+    /// none.
+    Chars::const_iterator FindEndTab(bool& hasLeader, bool dotsOnly) const;
+    bool AreAllSpacesTheSameWidth() const;
+    /// Makes several spaces of one that is as wide as several.
+    void AddMultipleSpaces();
+
+    // Paragraphs, lists and drop caps.
+
+    /// The distance down from another line's baseline, in points.
+    double GetLeading(const TextLineObject& above) const { return above.position.y - position.y; }
+    /// From the baseline up to the top of the frame, and down to its bottom: the largest of the characters.
+    double GetSpaceAbove() const;
+    double GetMinSpaceBelow() const;
+    /// Whether the line begins with a letter several lines high.
+    bool IsDropCap() const;
+    /// Behind the first letter or digit; the end for none.
+    Chars::const_iterator GetDropCapEnd() const;
+    /// Where the text behind the cap begins, in x.
+    double GetDropCapLeft() const;
+    /// The size of the text behind the cap.
+    double GetDropCapLeading() const;
+    int GetDropCapLineCount() const;
+    /// Gives the cap the look of the text behind it; the answer holds what it had.
+    Kernel::Counted<const Story::DropCapAtt> RemoveDropCap(double distance, int lineCount);
+
+    /// Read from the whole line when first asked for. Never null.
+    const Kernel::Counted<ListAtt>& GetListCandidate() const;
+    void SetIsListDone(bool isDone);
+    void SetNotList();
+    bool IsCompatibleList(const ListAtt& previous) const;
+    void SetListStyleCharCount(int count) { listStyleCharCount = count; }
+
+    void SetParagraphAtts(Kernel::Counted<const Story::ParagraphAtts> atts) { paragraphAtts = std::move(atts); }
+    void SetIsParagraphFront(bool isFront) { isParagraphFront = isFront; }
+    void SetIsParagraphBack(bool isBack) { isParagraphBack = isBack; }
+    void SetNeedsLineBreak(bool isNeeded) { needsLineBreak = isNeeded; }
+
+    // Output.
+
+    void AppendTo(Story::GlyphSink& sink, bool isWrapped) const;
+    /// Whether this is the last line of its column.
+    bool IsColumnBack() const;
+    /// Whether the line is scaled or slanted, so that no plain frame can hold it; turned text can stand in one.
+    bool HasArtTransform() const;
 
     /// Adds the outlines of all glyphs, in page space.
     void AppendOutlinesTo(Geometry::PolyCurveDbl& target) const;
@@ -86,11 +184,36 @@ public:
     Renderer::FillBlendMode::BlendMode blendMode{};
     /// Of the document when the line was made. Editable text has a space for each gap, whatever its font has.
     TextFidelity fidelity = TextFidelityExact;
+    /// The text behind the line goes on in a new one.
     bool needsLineBreak = false;
     bool isParagraphFront = false;
     bool isParagraphBack = false;
+    /// Of the paragraph that the line is in, shared by its lines; null before there are paragraphs.
+    Kernel::Counted<const Story::ParagraphAtts> paragraphAtts;
 
 private:
+    /// Dropped by whatever changes the start of the line.
+    mutable Kernel::Counted<ListAtt> listCandidate;
+
+    void MergeCharsFront(double x, Chars::const_iterator first, Chars::const_iterator last, double dy);
+    void MergeCharsBack(double x, Chars::const_iterator first, Chars::const_iterator last, double dy);
+    struct Decoration;
+    std::optional<Decoration> GetAsRectangle(const PathObject& path) const;
+    bool TryHighlight(std::size_t first, std::size_t last, const Decoration& decoration);
+    bool TryUnderline(std::size_t first, std::size_t last, const Decoration& decoration);
+    bool TryStrikeout(std::size_t first, std::size_t last, const Decoration& decoration);
+
+    void ApplyLetterSpace(std::size_t first, std::size_t last, double ems);
+    void AdjustAutoKern();
+    void AdjustGlobalLetterSpaceAvailable();
+    void AdjustGlobalLetterSpaceWholeLine();
+    void AdjustSpaceAtts();
+    void ShiftErrorsToSpaces();
+    void ExpandLigatures();
+    void ApplyFixedSpaces();
+    void AdjustWordSpace();
+    void LetterSpaceSpaces();
+
     double GetMaxKern(const Char& c) const { return c.GetSize() / 6; }
     bool CanMoveToX(double x) const;
     bool CanMoveToY(double y, const Atts& atts) const;

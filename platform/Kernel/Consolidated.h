@@ -87,6 +87,14 @@ Consolidated<T> ConsolidateObjectPostAlloc(const T& object)
     return ConsolidateObjectSacrifice(Counted<T>(new T(object)));
 }
 
+/// Interns a copy of an object that others may go on to change; null for null.
+template <typename T>
+Consolidated<std::remove_const_t<T>> ConsolidateObjectClone(const Counted<T>& object)
+{
+    if (!object) return {};
+    return ConsolidateObjectPostAlloc<std::remove_const_t<T>>(*object);
+}
+
 } // namespace Kernel
 
 template <typename T>

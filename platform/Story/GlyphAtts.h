@@ -48,6 +48,14 @@ public:
     const Kernel::Counted<const Renderer::FontMetrics>& GetFontMetrics() const { return metrics; }
     bool UsesAutoKerning() const { return Get(GlyphAtt::Kerning) >= 0; }
 
+    /// In points: how far glyphs reach above the baseline and below it, both positive, baseline shift aside.
+    double GetAscent() const;
+    double GetDescent() const;
+    /// Of the line that a typesetter leaves for these glyphs: what stands above the baseline.
+    double GetTypographicAscent() const;
+    /// How far the glyphs stand above the line's baseline, in points: the baseline shift, upward.
+    double GetTotalAdvanceY() const;
+
     /// From the glyph's ems to the line's space with the pen at `pen`, both with y downward. The baseline shift is the
     /// caller's.
     Raster::AffineTransform::Params GetGlyphTransform(Kernel::PointT<double> pen) const;

@@ -17,6 +17,7 @@
 
 #include <Kernel/FormatString.h>
 #include <Kernel/NumberText.h>
+#include <Story/StyleSheet.h>
 
 #include <algorithm>
 #include <new>

@@ -5,6 +5,7 @@
 #include "fonts/TextState.h"
 #include "objects/SoftMask.h"
 #include "text/ForAtts.h"
+#include "text/ListAtt.h"
 
 #include <Quillet/Budget.h>
 
@@ -69,6 +70,7 @@ void TextLineObject::Clear()
     listStyleCharCount = 0;
     blendMode = {};
     needsLineBreak = isParagraphFront = isParagraphBack = false;
+    listCandidate = nullptr;
 }
 
 double TextLineObject::GetWidth(Chars::const_iterator first, Chars::const_iterator last) const
