@@ -195,6 +195,10 @@ private:
     /// Dropped by whatever changes the start of the line.
     mutable Kernel::Counted<ListAtt> listCandidate;
 
+    /// Where the text behind the marker of a list begins.
+    std::size_t GetMarkerEnd() const;
+    void ApplyEndTab(const Story::TabStops& stops, double tolerance);
+
     void MergeCharsFront(double x, Chars::const_iterator first, Chars::const_iterator last, double dy);
     void MergeCharsBack(double x, Chars::const_iterator first, Chars::const_iterator last, double dy);
     struct Decoration;
