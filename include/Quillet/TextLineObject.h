@@ -203,6 +203,10 @@ private:
     /// The line while characters of another are put in between its own.
     class MergeSweep;
 
+    /// Where the text behind the marker of a list begins.
+    std::size_t GetMarkerEnd() const;
+    void ApplyEndTab(const Story::TabStops& stops, double tolerance);
+
     void MergeCharsFront(double x, Chars::const_iterator first, Chars::const_iterator last, double dy);
     void MergeCharsBack(double x, Chars::const_iterator first, Chars::const_iterator last, double dy);
     /// Of characters, the first of which has its pen that far from the start, in the object's own space.

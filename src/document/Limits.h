@@ -130,6 +130,9 @@ inline constexpr unsigned long long c_maxFontCodes = 1ull << 16;
 /// Codes of one range that are asked one by one; a range may claim billions.
 inline constexpr int c_maxSingleCodes = 1 << 17;
 
+/// Spaces that a gap of a line may be, if it is as wide as so many. Nobody types more.
+inline constexpr int c_maxSpacesOfGap = 1 << 16;
+
 /// Pages in a row that a list of fonts does without; a page count may claim billions that are not there.
 inline constexpr int c_maxPageGap = 100;
 
