@@ -125,6 +125,11 @@ inline constexpr unsigned long long c_maxFontCodes = 1ull << 16;
 /// Codes of one range that are asked one by one; a range may claim billions.
 inline constexpr int c_maxSingleCodes = 1 << 17;
 
+/// How often, on average, an object is asked whether it stands in a clip above it when the boxes of all that the clip
+/// holds do not tell. They tell unless a clip's edge runs within rounding of an outline's; only nests of such clips ask
+/// the same objects again.
+inline constexpr unsigned long long c_maxOutlineChecks = 64;
+
 /// Pages in a row that a list of fonts does without; a page count may claim billions that are not there.
 inline constexpr int c_maxPageGap = 100;
 
