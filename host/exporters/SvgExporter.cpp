@@ -1,5 +1,6 @@
 #include "exporters/SvgExporter.h"
 
+#include "exporters/Format.h"
 #include "exporters/PathData.h"
 #include "exporters/SvgElement.h"
 #include "exporters/SvgPaint.h"
@@ -178,11 +179,10 @@ private:
 
 } // namespace
 
-LongText MakeSvg(const Page& page, const GroupObject& root, const std::string& title,
-                 const Raster::ICCManager::ICCProfileSet& profiles, Problems& problems)
+LongText MakeSvg(const PageView& view)
 {
-    LongText text = SvgWriter(page, title, profiles).Write(root);
-    if (Budget::IsSpent()) problems[Error::CutShort] = 1;
+    LongText text = SvgWriter(view.page, view.title, view.profiles).Write(view.root);
+    if (Budget::IsSpent()) view.problems[Error::CutShort] = 1;
     return text;
 }
 

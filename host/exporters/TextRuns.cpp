@@ -1,8 +1,17 @@
 #include "exporters/TextRuns.h"
 
+#include "exporters/Costs.h"
+
+#include <Quillet/Budget.h>
+#include <Quillet/ColumnObject.h>
+
 #include <Kernel/CharTraits.h>
+#include <Story/NumberFormat.h>
 
 #include <algorithm>
+#include <limits>
+#include <map>
+#include <utility>
 
 namespace Host {
 
@@ -30,6 +39,80 @@ std::string GetRunText(Chars::const_iterator first, Chars::const_iterator last)
         Kernel::CharTraits::AppendCodePoint(text, first->unicode != 0 ? first->unicode : unknown);
     }
     return text;
+}
+
+std::string MakeUtf8(std::u32string_view text)
+{
+    std::string bytes;
+    for (const char32_t character : text)
+        Kernel::CharTraits::AppendCodePoint(bytes, character);
+    return bytes;
+}
+
+std::string GetMarkerText(const Story::ListAtt& list, const std::string& number)
+{
+    std::string text = list.text.GetText(number);
+    if (!text.empty() && text.back() == '\t') text.pop_back();
+    return text;
+}
+
+std::string ColumnText::Paragraph::GetMarkerText() const
+{
+    const Story::ListAtt& list = *atts->GetList();
+    return Host::GetMarkerText(list, Story::ToText(list.format, marker.number));
+}
+
+ColumnText::ColumnText(const Quillet::ColumnObject& column) : story(Kernel::MakeCounted<Story::Story>())
+{
+    for (const auto& line : column.lines) {
+        if (!Quillet::Budget::Spend(Costs::c_storyLine + Costs::c_storyChar * line->chars.size())) return;
+    }
+    // Where there is no frame to wrap in, lines end where the page ends them.
+    column.AppendTo(*story, !column.IsArtText());
+    paragraphs.reserve(story->GetParagraphs().size());
+    for (const Story::Story::Paragraph& source : story->GetParagraphs()) {
+        Paragraph& paragraph = paragraphs.emplace_back();
+        paragraph.atts = source.atts;
+        paragraph.runs = &source.runs;
+    }
+    FindLines(column);
+    CountItems();
+}
+
+void ColumnText::FindLines(const Quillet::ColumnObject& column)
+{
+    const std::size_t lineCount = column.lines.size();
+    std::size_t line = 0;
+    for (Paragraph& paragraph : paragraphs) {
+        paragraph.firstLine = line;
+        if (line < lineCount) ++line;
+        while (line < lineCount && !column.lines[line]->isParagraphFront)
+            ++line;
+        paragraph.lastLine = line;
+    }
+}
+
+void ColumnText::CountItems()
+{
+    // Lists that are written alike are one list, whatever stands between its items.
+    std::map<std::pair<std::string, Story::NumberFormat>, int> numbers;
+    bool isBehindItem = false;
+    for (Paragraph& paragraph : paragraphs) {
+        const bool isNumbered = paragraph.IsNumbered();
+        if (isNumbered) {
+            const Story::ListAtt& list = *paragraph.atts->GetList();
+            const bool restartsAlone = (static_cast<int>(list.restartType) &
+                                        static_cast<int>(Story::RestartNumberingType::AfterOtherText)) != 0;
+            const auto [known, isNew] = numbers.try_emplace({Host::GetMarkerText(list, "%1"), list.format}, list.start);
+            const bool isRestart = isNew || list.isRestart || (restartsAlone && !isBehindItem);
+            if (isRestart)
+                known->second = list.start;
+            else if (known->second < std::numeric_limits<int>::max())
+                ++known->second;
+            paragraph.marker = {known->second, isRestart};
+        }
+        isBehindItem = isNumbered;
+    }
 }
 
 } // namespace Host
