@@ -159,6 +159,10 @@ public:
     // Output.
 
     void AppendTo(Story::GlyphSink& sink, bool isWrapped) const;
+    /// Whether the line may be a header or a footer: a word, a page number, or entries with a wide gap between them.
+    bool IsHeaderFooterCandidate() const;
+    /// Surrogates are joined where characters are made, so that nothing is left to do; for hosts that call it.
+    void CombineSurrogatePairs() {}
     /// Whether this is the last line of its column.
     bool IsColumnBack() const;
     /// Whether the line is scaled or slanted, so that no plain frame can hold it; turned text can stand in one.

@@ -58,6 +58,8 @@ inline constexpr unsigned long long c_sampleUnits = 2;
 inline constexpr unsigned long long c_elementUnits = 4;
 /// An entry of a list that is kept, or a comparison of attributes.
 inline constexpr unsigned long long c_entryUnits = 64;
+/// Looking at a neighbour: its box, or an edge of it.
+inline constexpr unsigned long long c_comparisonUnits = 2;
 /// A range of codes of a font: a node of a map.
 inline constexpr unsigned long long c_rangeUnits = 160;
 /// A glyph name of a font, looked up in the tables of names.
