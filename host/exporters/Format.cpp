@@ -1,7 +1,9 @@
 #include "exporters/Format.h"
 
+#include "exporters/HtmlExporter.h"
 #include "exporters/JsonExporter.h"
 #include "exporters/SvgExporter.h"
+#include "exporters/TxtExporter.h"
 
 #include <algorithm>
 #include <iterator>
@@ -13,6 +15,8 @@ namespace {
 constexpr Format c_formats[] = {
     {"json", false, MakePageJson, MakeJsonHead, ",\n", MakeJsonTail},
     {"svg", true, MakeSvg, nullptr, "", nullptr},
+    {"txt", false, MakeTxt, nullptr, "\f", nullptr},
+    {"html", false, MakePageHtml, MakeHtmlHead, "", MakeHtmlTail},
 };
 
 } // namespace

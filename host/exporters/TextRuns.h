@@ -30,6 +30,24 @@ std::vector<TextRun> SplitIntoRuns(const Quillet::TextLineObject& line);
 std::string GetRunText(Quillet::TextLineObject::Chars::const_iterator first,
                        Quillet::TextLineObject::Chars::const_iterator last);
 
+/// A tab of a line that is in a column, in points of the column's space.
+struct TabPlace
+{
+    Quillet::TextLineObject::Chars::const_iterator tab;
+    /// The gap that it is.
+    double start = 0;
+    double end = 0;
+    /// Where the text behind it ends: at the next tab, or with the line.
+    double textEnd = 0;
+    /// The stop that it goes to, of the line's paragraph; null for none.
+    const Story::TabStop* stop = nullptr;
+
+    bool HasLeader() const { return stop && stop->leader != Story::TabLeader::None; }
+};
+
+/// The tabs behind the marker of a list; `frame` is the box around the column's baselines.
+std::vector<TabPlace> FindTabs(const Quillet::TextLineObject& line, const Kernel::RectT<double>& frame);
+
 std::string MakeUtf8(std::u32string_view text);
 
 /// Where an item of a list stands in it.
@@ -43,6 +61,9 @@ struct ListMarker
 
 /// What stands before the text of an item, without the tab behind it.
 std::string GetMarkerText(const Story::ListAtt& list, const std::string& number);
+
+/// With characters that any font has for the common bullets of symbol fonts, which stand in the private use area.
+std::string ReplaceSymbols(const std::string& text);
 
 /// The text of a column as a host gets it: what the column pushes, with its items counted and its paragraphs beside
 /// their lines.
