@@ -100,8 +100,9 @@ private:
     Lines::iterator FindInk(const Rect& box);
     void SetListCandidates(Paragraphs& paragraphs);
     void SetListStyles(Paragraphs& paragraphs);
-    /// The paragraphs of the next list, which are marked done.
-    static Paragraphs GetCompatibleLists(const Paragraphs& paragraphs);
+    /// The paragraphs of the next list, which are marked done. It is looked for from `next` on, 0 at first, which moves
+    /// to where the list begins.
+    static Paragraphs GetCompatibleLists(const Paragraphs& paragraphs, std::size_t& next);
     static int GetListAlign(const Paragraphs& paragraphs);
     static void SimplifyParagraphs(Paragraphs& paragraphs);
 };
