@@ -160,6 +160,10 @@ public:
     // Output.
 
     void AppendTo(Story::GlyphSink& sink, bool isWrapped) const;
+    /// Whether the line may be a header or a footer: a word, a page number, or entries with a wide gap between them.
+    bool IsHeaderFooterCandidate() const;
+    /// Surrogates are joined where characters are made, so that nothing is left to do; for hosts that call it.
+    void CombineSurrogatePairs() {}
     /// Whether this is the last line of its column.
     bool IsColumnBack() const;
     /// Whether the line is scaled or slanted, so that no plain frame can hold it; turned text can stand in one.
@@ -198,6 +202,10 @@ private:
 
     /// The line while characters of another are put in between its own.
     class MergeSweep;
+
+    /// Where the text behind the marker of a list begins.
+    std::size_t GetMarkerEnd() const;
+    void ApplyEndTab(const Story::TabStops& stops, double tolerance);
 
     void MergeCharsFront(double x, Chars::const_iterator first, Chars::const_iterator last, double dy);
     void MergeCharsBack(double x, Chars::const_iterator first, Chars::const_iterator last, double dy);

@@ -61,6 +61,8 @@ inline constexpr unsigned long long c_sampleUnits = 2;
 inline constexpr unsigned long long c_elementUnits = 4;
 /// An entry of a list that is kept, or a comparison of attributes.
 inline constexpr unsigned long long c_entryUnits = 64;
+/// Looking at a neighbour: its box, or an edge of it.
+inline constexpr unsigned long long c_comparisonUnits = 2;
 /// A range of codes of a font: a node of a map.
 inline constexpr unsigned long long c_rangeUnits = 160;
 /// A glyph name of a font, looked up in the tables of names.
@@ -127,6 +129,9 @@ inline constexpr unsigned long long c_maxFontCodes = 1ull << 16;
 
 /// Codes of one range that are asked one by one; a range may claim billions.
 inline constexpr int c_maxSingleCodes = 1 << 17;
+
+/// Spaces that a gap of a line may be, if it is as wide as so many. Nobody types more.
+inline constexpr int c_maxSpacesOfGap = 1 << 16;
 
 /// Pages in a row that a list of fonts does without; a page count may claim billions that are not there.
 inline constexpr int c_maxPageGap = 100;
