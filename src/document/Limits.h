@@ -49,6 +49,9 @@ inline constexpr unsigned long long c_objectUnits = 400;
 /// A form, beside its groups: a parser and a table of operators.
 inline constexpr unsigned long long c_formUnits = 200;
 inline constexpr unsigned long long c_charUnits = 120;
+/// Going over a character of a line once more, or moving it, when lines are put together, and measuring it.
+inline constexpr unsigned long long c_walkedCharUnits = 2;
+inline constexpr unsigned long long c_measuredCharUnits = 16;
 /// Entries of a sorted list that are moved up in the time of a unit.
 inline constexpr unsigned long long c_movedBucketsPerUnit = 4;
 /// Looking at an entry of the cross-reference table while that is read.
