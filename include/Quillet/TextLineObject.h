@@ -200,11 +200,12 @@ private:
     /// Dropped by whatever changes the start of the line.
     mutable Kernel::Counted<ListAtt> listCandidate;
 
+    /// The line while characters of another are put in between its own.
+    class MergeSweep;
+
     /// Where the text behind the marker of a list begins.
     std::size_t GetMarkerEnd() const;
     void ApplyEndTab(const Story::TabStops& stops, double tolerance);
-    /// The line while characters of another are put in between its own.
-    class MergeSweep;
 
     void MergeCharsFront(double x, Chars::const_iterator first, Chars::const_iterator last, double dy);
     void MergeCharsBack(double x, Chars::const_iterator first, Chars::const_iterator last, double dy);

@@ -133,6 +133,11 @@ inline constexpr int c_maxSingleCodes = 1 << 17;
 /// Spaces that a gap of a line may be, if it is as wide as so many. Nobody types more.
 inline constexpr int c_maxSpacesOfGap = 1 << 16;
 
+/// How often, on average, an object is asked whether it stands in a clip above it when the boxes of all that the clip
+/// holds do not tell. They tell unless a clip's edge runs within rounding of an outline's; only nests of such clips ask
+/// the same objects again.
+inline constexpr unsigned long long c_maxOutlineChecks = 64;
+
 /// Pages in a row that a list of fonts does without; a page count may claim billions that are not there.
 inline constexpr int c_maxPageGap = 100;
 
