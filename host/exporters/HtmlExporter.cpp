@@ -93,7 +93,7 @@ struct Drawing
 {
     Drawing(const Kernel::RectT<double>& size, const Raster::ICCManager::ICCProfileSet& profiles,
             std::string clipPrefix)
-        : svg(Append(document, "svg")), defs(Append(svg, "defs")), paint(profiles, defs, std::move(clipPrefix)),
+        : svg(Append(document.root(), "svg")), defs(Append(svg, "defs")), paint(profiles, defs, std::move(clipPrefix)),
           shapes(paint)
     {
         Set(svg, "viewBox", "0 0 " + MakeNumber(size.GetWidth()) + " " + MakeNumber(size.GetHeight()));

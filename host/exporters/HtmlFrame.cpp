@@ -136,7 +136,8 @@ void AppendFrame(LongText& html, const ColumnObject& column, const Raster::ICCMa
     const HtmlParagraph top(column, paragraphs.front(), profiles, scale);
     frame.top = column.lines.front()->GetGdiPosition().y - top.GetSpaceAbove();
     frame.bottom = std::max(frame.bottom, frame.top);
-    html.Append(isArt ? "<div class=\"frame art\" contenteditable" : "<div class=\"frame\" contenteditable");
+    html.Append(isArt ? "<div class=\"frame art\" contenteditable=\"true\""
+                      : "<div class=\"frame\" contenteditable=\"true\"");
     html.Append(MakePlace(column, column.GetBlendMode(), frame, scale).MakeAttribute() + ">\n");
 
     const ColumnText::Paragraph* previous = nullptr;
@@ -173,7 +174,7 @@ void AppendFrame(LongText& html, const TextLineObject& line, const Raster::ICCMa
     const HtmlLook base(atts, profiles, 1);
     const double leading = atts.GetSize() * 1.2;
     frame.top -= (leading + atts.GetAscent() - atts.GetDescent()) / 2;
-    html.Append("<div class=\"frame art\" contenteditable");
+    html.Append("<div class=\"frame art\" contenteditable=\"true\"");
     html.Append(MakePlace(line, line.blendMode, frame, 1).MakeAttribute() + "><p");
     HtmlStyle style = base.MakeBase();
     style.SetPoints("line-height", leading);

@@ -146,7 +146,7 @@ bool TextLineDecorator::Try(const PathObject& path, bool isBehind)
     };
     // A rule that looks like the text has no fill of its own.
     const auto setFill = [&fill](Story::GlyphAtts& atts, Story::GlyphAtt::Object attribute) {
-        if (!fill->IsEqual(*atts.GetFill(Fill))) atts.Set(attribute, fill);
+        if (!fill->IsEqual(*atts.GetFill(Story::GlyphAtt::Fill))) atts.Set(attribute, fill);
     };
     if (isBehind) {
         return FitsHighlight(*range, *decoration) &&
