@@ -96,6 +96,8 @@ private:
     double inkBelow = 0;
 
     void NoteInk(const TextLineObject& line);
+    /// The topmost of the lines that begin beside a drop cap, if `cap` is one without text; the end for none.
+    Lines::iterator FindLineOfCap(const TextLineObject& cap);
     /// The lowest line whose ink meets `box`; the topmost line if there is none. There are lines.
     Lines::iterator FindInk(const Rect& box);
     void SetListCandidates(Paragraphs& paragraphs);

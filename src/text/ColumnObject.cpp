@@ -8,6 +8,7 @@
 #include <Quillet/Page.h>
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <utility>
 
@@ -25,6 +26,8 @@ constexpr double c_maxGap = 1.8;
 constexpr std::size_t c_fewLines = 2;
 constexpr double c_maxLeadingOfFew = 2.5;
 constexpr double c_maxLeading = 3.5;
+/// A drop cap is more than that many times as large as the text beside it.
+constexpr double c_capRatio = 2;
 /// Of a size: a gap that may part columns.
 constexpr double c_columnGap = 5;
 
@@ -157,6 +160,22 @@ void ColumnObject::NoteInk(const TextLineObject& line)
     inkBelow = std::max(inkBelow, line.bbox.bottom - baseline);
 }
 
+ColumnObject::Lines::iterator ColumnObject::FindLineOfCap(const TextLineObject& cap)
+{
+    if (cap.GetDropCapEnd() != cap.chars.cend() || !std::isfinite(cap.bbox.top)) return lines.end();
+    const double right = cap.bbox.right;
+    const double baseline = cap.GetGdiPosition().y;
+    for (auto line = std::ranges::upper_bound(lines, cap.bbox.top, {},
+                                              [](const auto& other) { return other->GetGdiPosition().y; });
+         line != lines.end() && (*line)->GetGdiPosition().y <= baseline; ++line) {
+        if (!Budget::Spend(Limits::c_comparisonUnits)) break;
+        const double gap = (*line)->position.x - right;
+        if (gap > -c_sameEdge && gap < (*line)->textHeight && (*line)->textHeight * c_capRatio < cap.textHeight)
+            return line;
+    }
+    return lines.end();
+}
+
 ColumnObject::Lines::iterator ColumnObject::FindInk(const Rect& box)
 {
     // Baselines are in order, and no ink is farther from its own than any is, so that few lines need be looked at.
@@ -180,7 +199,9 @@ bool ColumnObject::TryAddMerge(const Kernel::Counted<TextLineObject>& line, bool
         return true;
     }
     if (!DoBoxesMeet(Grow(bbox, 1), line->bbox)) return false;
-    const auto target = FindInk(Grow(line->bbox, c_noise));
+    // A drop cap that is drawn after its text stands beside several lines. It is the first one's.
+    auto target = FindLineOfCap(*line);
+    if (target == lines.end()) target = FindInk(Grow(line->bbox, c_noise));
     if (!(*target)->CanMergeWith(*line)) return false;
     AddMerge(target, *line);
     return true;

@@ -31,6 +31,8 @@ constexpr double c_levelTolerance = 1e-5;
 constexpr double c_endTolerance = 0.25;
 constexpr double c_topTolerance = 0.5;
 constexpr double c_heightTolerance = 0.1;
+/// Programs place rules by what the font says, or by rules of their own.
+constexpr Renderer::RuleSource c_ruleSources[] = {Renderer::RuleSource::Font, Renderer::RuleSource::Descent};
 
 bool IsNear(double a, double b, double tolerance)
 {
@@ -179,24 +181,28 @@ bool TextLineDecorator::FitsHighlight(const Range& range, const Decoration& deco
 
 bool TextLineDecorator::FitsUnderline(const Range& range, const Decoration& decoration)
 {
-    // One rule serves text of several sizes: it is that of the largest.
-    double top = -std::numeric_limits<double>::infinity();
-    double height = top;
-    ForRuns(range.first, range.last, [&](const Story::GlyphAtts& atts) {
-        const Renderer::FontMetrics& metrics = *atts.GetFontMetrics();
-        top = std::max(top, metrics.GetUnderlinePosition() * atts.GetSize());
-        height = std::max(height, metrics.GetUnderlineThickness() * atts.GetSize());
-        return true;
+    return std::ranges::any_of(c_ruleSources, [&](Renderer::RuleSource source) {
+        // One rule serves text of several sizes: it is that of the largest.
+        double top = -std::numeric_limits<double>::infinity();
+        double height = top;
+        ForRuns(range.first, range.last, [&](const Story::GlyphAtts& atts) {
+            const Renderer::TextRule rule = atts.GetFontMetrics()->GetUnderline(source);
+            top = std::max(top, rule.top * atts.GetSize());
+            height = std::max(height, rule.thickness * atts.GetSize());
+            return true;
+        });
+        return IsNear(top, decoration.top, c_topTolerance) && IsNear(height, decoration.height, c_heightTolerance);
     });
-    return IsNear(top, decoration.top, c_topTolerance) && IsNear(height, decoration.height, c_heightTolerance);
 }
 
 bool TextLineDecorator::FitsStrikeout(const Range& range, const Decoration& decoration)
 {
-    return ForRuns(range.first, range.last, [&decoration](const Story::GlyphAtts& atts) {
-        const Renderer::FontMetrics& metrics = *atts.GetFontMetrics();
-        return IsNear(metrics.GetStrikeoutPosition() * atts.GetSize(), decoration.top, c_topTolerance) &&
-               IsNear(metrics.GetStrikeoutThickness() * atts.GetSize(), decoration.height, c_heightTolerance);
+    return std::ranges::any_of(c_ruleSources, [&](Renderer::RuleSource source) {
+        return ForRuns(range.first, range.last, [&](const Story::GlyphAtts& atts) {
+            const Renderer::TextRule rule = atts.GetFontMetrics()->GetStrikeout(source);
+            return IsNear(rule.top * atts.GetSize(), decoration.top, c_topTolerance) &&
+                   IsNear(rule.thickness * atts.GetSize(), decoration.height, c_heightTolerance);
+        });
     });
 }
 

@@ -31,7 +31,7 @@ public:
     bool Meets(const Object& object) const
     {
         return !index.VisitNear(object.transformedBBox.Inflated(c_tolerance), [&](std::size_t i) {
-            return !object.Overlaps(objects[i]->transformedBBox, c_tolerance);
+            return i < first || !object.Overlaps(objects[i]->transformedBBox, c_tolerance);
         });
     }
 
