@@ -22,7 +22,8 @@ constexpr double c_edgeStep = 1;
 constexpr double c_noise = 1e-5;
 /// Baselines of a paragraph may differ as much from an even leading.
 constexpr double c_leadingTolerance = 0.5;
-constexpr double c_lineAbove = 0.1;
+/// Points, and what is left of a tenth when places that were written in tenths are subtracted.
+constexpr double c_lineAbove = 0.1 + 1e-6;
 /// Of a size: how far a line may run beyond the others in ragged text.
 constexpr double c_maxOverrun = 4;
 /// Sizes of fonts are compared in quarters of a point.
