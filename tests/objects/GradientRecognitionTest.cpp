@@ -17,7 +17,6 @@ namespace Quillet::Test {
 namespace {
 
 using Colour = Kernel::Consolidated<Renderer::Colour>;
-using Reduction::GradientType;
 
 Colour MakeRed(double share)
 {

@@ -10,7 +10,6 @@
 #include <Renderer/ColourRGB.h>
 #include <Renderer/FillSolid.h>
 
-#include <cmath>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -49,7 +48,8 @@ private:
     double MakeNumber()
     {
         constexpr double c_infinity = std::numeric_limits<double>::infinity();
-        constexpr double c_wild[] = {1e308, -1e308, c_infinity, -c_infinity, std::nan(""), 1e-300, 0, -0.0, 1e20};
+        constexpr double c_wild[] = {1e308,  -1e308, c_infinity, -c_infinity, std::numeric_limits<double>::quiet_NaN(),
+                                     1e-300, 0,      -0.0,       1e20};
         if (numbers == Numbers::Wild && IsOneIn(8)) return c_wild[choices.Choose(std::size(c_wild))];
         // A part of the tolerance for clips, which tells what is within it and what is not.
         return 10.0 * choices.Choose(8) + (IsOneIn(4) ? 0.03125 * choices.Choose(4) : 0);
