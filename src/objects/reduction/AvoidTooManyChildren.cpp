@@ -12,6 +12,7 @@ constexpr std::size_t c_largestGroup = 5000;
 
 void GroupObject::AvoidTooManyChildren()
 {
+    if (children.size() <= c_largestGroup) return;
     const Kernel::Counted<const Page> groupPage(GetPage().Get());
     while (children.size() > c_largestGroup) {
         const Children all = std::move(children);

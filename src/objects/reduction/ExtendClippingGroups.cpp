@@ -1,6 +1,9 @@
 #include <Quillet/GroupObject.h>
 
+#include <algorithm>
 #include <iterator>
+#include <utility>
+#include <vector>
 
 namespace Quillet {
 

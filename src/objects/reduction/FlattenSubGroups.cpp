@@ -3,6 +3,8 @@
 #include <Quillet/TreeWalk.h>
 
 #include <iterator>
+#include <utility>
+#include <vector>
 
 namespace Quillet::Reduction {
 

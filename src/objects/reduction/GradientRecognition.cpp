@@ -1,5 +1,6 @@
 #include "objects/reduction/GradientRecognition.h"
 
+#include <Raster/Pixel.h>
 #include <Renderer/ColourCMYK.h>
 #include <Renderer/ColourLAB.h>
 #include <Renderer/ColourRGB.h>

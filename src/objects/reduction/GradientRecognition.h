@@ -3,9 +3,12 @@
 #include <Quillet/GroupObject.h>
 #include <Quillet/PathObject.h>
 
-#include <Raster/Pixel.h>
+#include <Kernel/Export.h>
 #include <Renderer/ColourPosition.h>
 #include <Renderer/Gradient.h>
+
+#include <optional>
+#include <vector>
 
 /// Gradients that a file gives as a stack of strips or ellipses, each of one colour, are found by geometry and colour
 /// alone.
@@ -69,7 +72,7 @@ Kernel::Counted<Renderer::FillDescriptor> MakeGradientFill(const GroupObject& gr
 
 /// Whether the colour of `b` is what lies between those of `a` and `c` at its position. False for models other than
 /// RGB, CMYK and Lab, and for colours of several models.
-bool IsInterpolate(const Renderer::ColourPosition& a, const Renderer::ColourPosition& b,
-                   const Renderer::ColourPosition& c);
+QUILLET_API bool IsInterpolate(const Renderer::ColourPosition& a, const Renderer::ColourPosition& b,
+                               const Renderer::ColourPosition& c);
 
 } // namespace Quillet::Reduction

@@ -2,9 +2,6 @@
 
 #include <Kernel/Trace.h>
 
-#include <algorithm>
-#include <array>
-
 namespace Quillet {
 
 namespace Reduction {

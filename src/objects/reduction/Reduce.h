@@ -2,7 +2,10 @@
 
 #include <Quillet/GroupObject.h>
 
+#include <Kernel/Export.h>
+
 #include <span>
+#include <vector>
 
 /// How a tree as it was built becomes one that people can edit: passes over the whole tree, one after another, none of
 /// which has to run twice.
@@ -20,7 +23,7 @@ enum class Condition : unsigned char {
     EditableLines, ///< with editable text, if lines are to become columns
 };
 
-struct Pass
+struct QUILLET_API Pass
 {
     const char* name;
     /// On the tree below `root`; `pageRect` is the page in page space.
@@ -31,15 +34,15 @@ struct Pass
 };
 
 /// The passes of `GroupObject::Reduce`, in their order.
-std::span<const Pass> GetPasses();
+QUILLET_API std::span<const Pass> GetPasses();
 
 /// Drops what stands outside the clips of the groups it is in, and brings all boxes up to date. Layers and groups that
 /// must be preserved stay. `root` has nothing above it.
-void RemoveClippedObjects(GroupObject& root);
+QUILLET_API void RemoveClippedObjects(GroupObject& root);
 /// Takes away rectangular clips that cut nothing: those that are the page's edge, and those that hold all outlines.
-void RemoveRedundantClipping(GroupObject& root, const Rect& pageRect);
+QUILLET_API void RemoveRedundantClipping(GroupObject& root, const Rect& pageRect);
 /// Puts the children of groups that say nothing in place of the group. The clip of a single object becomes its own.
-void FlattenSubGroups(GroupObject& root);
+QUILLET_API void FlattenSubGroups(GroupObject& root);
 
 /// Empties the places of `children` for which `isGone` holds, in one sweep; objects that others hold live on without a
 /// parent.

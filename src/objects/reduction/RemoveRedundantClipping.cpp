@@ -4,9 +4,10 @@
 #include <Quillet/PathObject.h>
 #include <Quillet/TreeWalk.h>
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
-#include <utility>
+#include <vector>
 
 namespace Quillet::Reduction {
 
@@ -118,7 +119,7 @@ public:
 
     void Leave(GroupObject& group, const bool&) override
     {
-        const Clip clip = std::move(clips.back());
+        const Clip clip = clips.back();
         clips.pop_back();
         if (clip.box && (clip.isPage || IsContained(group, clip))) {
             group.ClearClipPath();

@@ -1,0 +1,205 @@
+#include "MakeObjects.h"
+#include "support/RandomTree.h"
+
+#include "objects/reduction/Reduce.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <optional>
+#include <random>
+#include <vector>
+
+/// The passes that are written for speed do what these plain ones do, which ask no more than one group at a time and
+/// walk up and down the tree for it.
+namespace Quillet::Test {
+namespace {
+
+void RemoveClippedObjects(GroupObject& group)
+{
+    std::optional<Rect> clip;
+    for (Object* above = &group; above; above = above->parent.Get()) {
+        if (!above->clipPath) continue;
+        const Rect own = above->clipPath->GetExactBBox();
+        clip = clip ? clip->Intersection(own) : own;
+    }
+    if (clip) {
+        std::erase_if(group.children, [&](const Kernel::Counted<Object>& child) {
+            return !child->Overlaps(*clip, 1e-5) && !child->IsPreserve();
+        });
+    }
+    group.UpdateBBox();
+}
+
+bool IsNear(double a, double b)
+{
+    return std::abs(a - b) <= 0.0625;
+}
+
+void RemoveRedundantClipping(GroupObject& group, const Rect& pageRect)
+{
+    if (!group.clipPath || !group.clipPath->IsRectangle(1e-6)) return;
+    const Rect box = group.clipPath->GetApproxBBox();
+    const bool isPage = IsNear(box.left, pageRect.left) && IsNear(box.top, pageRect.top) &&
+                        IsNear(box.right, pageRect.right) && IsNear(box.bottom, pageRect.bottom);
+    const bool isIdle = std::ranges::all_of(
+        group.children, [&](const Kernel::Counted<Object>& child) { return child->PreciseIsContainedIn(box, 0.0625); });
+    if (!isPage && !isIdle) return;
+    group.ClearClipPath();
+    group.UpdateBBox();
+}
+
+using Iterator = GroupObject::Children::iterator;
+
+Iterator Merge(GroupObject& group, Iterator target, const GroupObject::Children& objects)
+{
+    for (const Kernel::Counted<Object>& object : objects) {
+        const GroupObject* inner = object->AsGroup();
+        if (inner && !inner->IsPreserve() && inner->HasSameClip(&group)) {
+            target = Merge(group, target, inner->children);
+        } else {
+            target = group.Insert(target, object) + 1;
+        }
+    }
+    return target;
+}
+
+void ExtendClippingGroup(GroupObject& group, const Kernel::Counted<GroupObject>& clipped)
+{
+    if (clipped->IsPreserve() || !clipped->clipPath->IsRectangle(1e-6)) return;
+    const Rect clip = clipped->clipPath->GetApproxBBox();
+    auto& children = group.children;
+    const auto place = std::find(children.begin(), children.end(), clipped);
+    if (place == children.end()) return;
+    auto first = place, last = place + 1;
+    while (first != children.begin() && (*(first - 1))->IsContainedIn(clip, 1e-5))
+        --first;
+    while (last != children.end() && (*last)->IsContainedIn(clip, 1e-5))
+        ++last;
+    if (last - first == 1) return;
+    Merge(*clipped, clipped->children.begin(), {first, place});
+    Merge(*clipped, clipped->children.end(), {place + 1, last});
+    clipped->UpdateBBox();
+    group.Insert(children.erase(first, last), clipped);
+}
+
+void ExtendClippingGroups(GroupObject& group)
+{
+    std::vector<Kernel::Counted<GroupObject>> clipped;
+    for (const auto& child : group.children)
+        if (child->AsGroup() && child->clipPath) clipped.emplace_back(child->AsGroup());
+    for (const auto& one : clipped)
+        ExtendClippingGroup(group, one);
+}
+
+void FlattenSubGroups(GroupObject& group)
+{
+    const GroupObject::Children objects = std::exchange(group.children, {});
+    for (const auto& object : objects) {
+        GroupObject* inner = object->AsGroup();
+        if (inner && inner->clipPath && inner->children.size() == 1 && !inner->children.front()->clipPath) {
+            Object& only = *inner->children.front();
+            const auto clip = inner->clipPath->Clone();
+            clip->Transform(only.transform.GetInverse());
+            only.SetClipPath(clip, inner->clipWinding);
+            inner->ClearClipPath();
+        }
+        if (!inner || inner->IsPreserve() || inner->clipPath) {
+            group.Add(object);
+        } else {
+            group.Insert(group.children.end(), inner->children.begin(), inner->children.end());
+        }
+    }
+}
+
+class SeededChoices : public Choices
+{
+public:
+    explicit SeededChoices(unsigned seed) : generator(seed) {}
+    unsigned Choose(unsigned count) override { return static_cast<unsigned>(generator() % count); }
+
+private:
+    std::mt19937 generator;
+};
+
+struct Pair
+{
+    const char* name;
+    std::function<void(GroupObject&)> pass, plain;
+};
+
+constexpr Rect c_page{0, 0, 70, 70};
+
+const std::vector<Pair>& GetPairs()
+{
+    const auto onEach = [](auto visit) {
+        return [visit](GroupObject& root) { root.VisitSubGroups([&](GroupObject* group) { visit(*group); }); };
+    };
+    static const std::vector<Pair> pairs{
+        {"RemoveClippedObjects", Reduction::RemoveClippedObjects, onEach(RemoveClippedObjects)},
+        {"RemoveRedundantClipping", [](GroupObject& root) { Reduction::RemoveRedundantClipping(root, c_page); },
+         onEach([](GroupObject& group) { RemoveRedundantClipping(group, c_page); })},
+        {"ExtendClippingGroups", onEach([](GroupObject& group) { group.ExtendClippingGroups(); }),
+         onEach(ExtendClippingGroups)},
+        {"FlattenSubGroups", Reduction::FlattenSubGroups, onEach(FlattenSubGroups)},
+    };
+    return pairs;
+}
+
+struct Twins
+{
+    explicit Twins(unsigned seed, Numbers numbers = Numbers::Plain)
+    {
+        SeededChoices choices(seed), again(seed);
+        const int size = 5 + static_cast<int>(seed % 40);
+        tree = MakeRandomTree(choices, size, numbers);
+        twin = MakeRandomTree(again, size, numbers);
+        tree->UpdateBBoxes();
+        twin->UpdateBBoxes();
+    }
+
+    Kernel::Counted<GroupObject> tree, twin;
+};
+
+TEST(ReducePlain, EachPassDoesWhatThePlainOneDoes)
+{
+    for (const Pair& pair : GetPairs()) {
+        int changed = 0;
+        for (unsigned seed = 0; seed < 2000; ++seed) {
+            const Twins trees(seed);
+            const std::string before = DescribeTree(*trees.tree);
+            pair.pass(*trees.tree);
+            pair.plain(*trees.twin);
+            const std::string result = DescribeTree(*trees.tree);
+            ASSERT_EQ(result, DescribeTree(*trees.twin)) << pair.name << " of\n" << before;
+            if (result != before) ++changed;
+        }
+        EXPECT_GT(changed, 200) << pair.name << " has little to do on these trees";
+    }
+}
+
+TEST(ReducePlain, AllPassesDoWhatThePlainOnesDo)
+{
+    for (unsigned seed = 0; seed < 2000; ++seed) {
+        const Twins trees(seed);
+        for (const Pair& pair : GetPairs()) {
+            pair.pass(*trees.tree);
+            pair.plain(*trees.twin);
+            ASSERT_EQ(DescribeTree(*trees.tree), DescribeTree(*trees.twin)) << pair.name << " with seed " << seed;
+        }
+    }
+}
+
+TEST(ReducePlain, WildNumbersPassThrough)
+{
+    for (unsigned seed = 0; seed < 500; ++seed) {
+        const Twins trees(seed, Numbers::Wild);
+        for (const Reduction::Pass& pass : Reduction::GetPasses())
+            pass.run(*trees.tree, c_page);
+        EXPECT_EQ(DescribeTree(*trees.tree).find("not the parent"), std::string::npos);
+    }
+}
+
+} // namespace
+} // namespace Quillet::Test
