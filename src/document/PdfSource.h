@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Quillet/ErrorForwarder.h>
+#include <Quillet/ErrorPlace.h>
 
 #include <Kernel/Countable.h>
 
@@ -14,6 +15,11 @@ class QUILLET_API PdfSource : public ErrorForwarder, public Kernel::Countable
 public:
     explicit PdfSource(const ErrorHandler* errorHandler = nullptr) : ErrorForwarder(errorHandler) {}
     ~PdfSource() override = default;
+
+    /// Raises `type` where `GetErrorPlace` says.
+    void OnError(Error::Type type) const override;
+    /// Where in the file the bytes come from that are read now, as far as the source knows.
+    virtual ErrorPlace GetErrorPlace() const { return {}; }
 
     virtual const std::string& GetDocName() const;
     virtual void Open(const std::string& name);

@@ -16,6 +16,7 @@ public:
     /// A plain stream for exactly one reference, else a joined one.
     static Kernel::Counted<SequentialSource> Make(const ErrorHandler* handler, const std::vector<Ref>& refs);
 
+    ErrorPlace GetErrorPlace() const override { return stream ? stream->GetErrorPlace() : ErrorPlace(); }
     bool AtEnd() const override { return current >= refs.size(); }
     /// What is left of the stream that is being read: the others are not known yet.
     unsigned long long GetEstimatedLength() const override;
