@@ -73,7 +73,7 @@ public:
     /// Fixes the pixel format of the import, so that none is chosen page by page.
     void SetFormat(Raster::Format format, const Raster::ICCManager::ICCProfileSet& profiles);
     /// Before an open call the text is kept for it, up to the next `Close`; after, it is tried at once, and the
-    /// document's `decryptLevel` stays.
+    /// document's `GetDecryptLevel` stays.
     void SetPassword(const std::string& password);
     /// The account of what comes from here on: of all documents that a host opens from one file, one for each thread,
     /// say. Null gives the file that is open, and each that is opened, one by its size.

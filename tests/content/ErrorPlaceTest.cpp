@@ -4,10 +4,10 @@
 #include <Quillet/Page.h>
 #include <Quillet/PdfDocument.h>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Quillet::Test {
@@ -49,9 +49,17 @@ void Work(const std::string& file, const ErrorHandler& handler)
     document->GetTitle();
 }
 
+/// A page with these contents, and an object 5.
+PdfBuilder MakePage(const std::string& contents, std::string object)
+{
+    PdfBuilder builder = MakePageBuilder("");
+    builder.Set(3, "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 9 9] /Contents " + contents + " >>");
+    builder.Add(std::move(object));
+    return builder;
+}
+
 TEST(ErrorPlace, IsThatOfTheObjectOrTheContent)
 {
-    const std::string flate = "/Filter /FlateDecode ";
     const PageParts form{.resources = "/XObject << /F 5 0 R >>",
                          .objects = {PdfBuilder::MakeStream("1 w bad) 2 J", "/Subtype /Form /BBox [0 0 9 9] ")}};
     const PageParts gray{.resources = "/ExtGState << /G 5 0 R >>", .objects = {"<< /LW (wide) >>"}};
@@ -67,12 +75,11 @@ TEST(ErrorPlace, IsThatOfTheObjectOrTheContent)
         const char* to;
     } rows[] = {
         {"an operand that is missing", MakePageBuilder("w"), 0, 4, "stream", "w\n"},
+        {"the last stream of several", MakePage("[4 0 R 5 0 R]", PdfBuilder::MakeStream("w")), 0, 5, "stream", "w\n"},
         {"a form's content", MakePageBuilder("/F Do", form), 0, 5, "/BBox [0 0 9 9]", "1 w bad"},
         {"an entry of a dictionary", MakePageBuilder("/G gs", gray), 0, 5, "/LW", ">>"},
-        {"what a filter cannot read",
-         MakePageBuilder("", {.entries = "/MediaBox [0 0 9 9] /Contents 5 0 R",
-                              .objects = {PdfBuilder::MakeStream("no zlib", flate)}}),
-         0, 5, "stream", "no zlib"},
+        {"what a filter cannot read", MakePage("5 0 R", PdfBuilder::MakeStream("no zlib", "/Filter /FlateDecode ")), 0,
+         5, "stream", "no zlib"},
         {"information about the file", MakePageBuilder("", info), -1, 5, "/Title", ">>"},
     };
     for (const auto& row : rows) {
