@@ -6,13 +6,13 @@
 #include "Interrupt.h"
 #include "Options.h"
 #include "PasswordPrompt.h"
+#include "exporters/Format.h"
 
 #include <CLI/CLI.hpp>
 #include <Quillet/Version.h>
 
 #include <algorithm>
 #include <iostream>
-#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -34,16 +34,6 @@ void AddInput(CLI::App& verb, InputOptions& input)
         ->type_name("FILE")
         ->excludes(text);
     verb.add_flag("--quiet", input.isQuiet, "No progress, and no word about faults that were stepped over");
-}
-
-/// The format by name, or by the ending of a file name.
-bool FindFormat(const std::string& name, Format& format)
-{
-    static const std::map<std::string, Format> c_formats{{"json", Format::Json}, {"svg", Format::Svg}};
-    const auto found = c_formats.find(CLI::detail::to_lower(name));
-    if (found == c_formats.end()) return false;
-    format = found->second;
-    return true;
 }
 
 /// An option that takes one of a few words.
@@ -70,7 +60,7 @@ void AddConvert(CLI::App& verb, ConvertOptions& options, std::string& formatName
                     "OUT-1.svg, OUT-2.svg, ...")
         ->required()
         ->type_name("OUT");
-    verb.add_option("--format", formatName, "Else the ending of OUT decides")->type_name("json|svg");
+    verb.add_option("--format", formatName, "Else the ending of OUT decides")->type_name(GetFormatNames("|", "|"));
     verb.add_option("--pages", options.pages, "Pages from 1, as in 1-3,7 (all)")->type_name("RANGE");
     AddChoice<Quillet::TextFidelity>(
         verb, "--fidelity", options.fidelity, "What matters more in text (editable)",
@@ -150,9 +140,11 @@ int RunCommandLine(int argc, const char* const* argv)
 
     const auto dot = convert.out.rfind('.');
     const std::string ending = dot == std::string::npos ? std::string() : convert.out.substr(dot + 1);
-    if (!FindFormat(formatName.empty() ? ending : formatName, convert.format)) {
-        return Complain(formatName.empty() ? convert.out + ": the ending names no format; use --format json or svg"
-                                           : formatName + ": no such format; there are json and svg");
+    convert.format = FindFormat(formatName.empty() ? ending : formatName);
+    if (!convert.format) {
+        return Complain(formatName.empty()
+                            ? convert.out + ": the ending names no format; use --format " + GetFormatNames(", ", " or ")
+                            : formatName + ": no such format; there are " + GetFormatNames(", ", " and "));
     }
     return RunConvert(convert);
 }

@@ -10,9 +10,7 @@
 #include "Progress.h"
 #include "WriteAll.h"
 #include "exporters/Costs.h"
-#include "exporters/JsonExporter.h"
-#include "exporters/JsonWriter.h"
-#include "exporters/SvgExporter.h"
+#include "exporters/Format.h"
 
 #include <Quillet/Budget.h>
 #include <Quillet/GroupObject.h>
@@ -25,6 +23,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -54,13 +53,19 @@ struct PageTree
     Kernel::Counted<GroupObject> root;
 };
 
-PageTree BuildPage(const PdfDocument& document, int index)
+PageTree BuildPage(const PdfDocument& document, int index, bool isRaw)
 {
     PageTree tree;
     tree.page = document.GetPage(index);
     document.SetPage(index);
     if (tree.page) tree.root = tree.page->BuildObjects();
-    if (tree.root) tree.root->UpdateBBoxes();
+    if (!tree.root) return tree;
+    if (isRaw) {
+        tree.root->UpdateBBoxes();
+        return tree;
+    }
+    const auto size = PageBase::ApplyRotate(tree.page->GetTrimBox(), tree.page->GetRotate());
+    tree.root->Reduce({0, 0, size.GetWidth(), size.GetHeight()});
     return tree;
 }
 
@@ -86,20 +91,15 @@ public:
             const Budget::Scope scope = opened.document->OpenScope(Budget::Share::All);
             profiles = opened.document->GetICCProfiles(-1);
             title = opened.document->GetTitle();
-            if (options.format == Format::Json) {
-                JsonWriter document(text);
-                WriteDocument(document, *opened.document);
-            }
+            if (options.format->makeHead) text = options.format->makeHead(*opened.document);
             isCut = Budget::IsSpent();
         }
         isCut = opened.counter.TakeCutShort() || isCut;
         if (isCut && !Interrupt::IsSet()) TellCutShort();
-        if (options.format != Format::Json) return;
-        json = std::make_unique<OutputFile>(options.out);
-        json->Write("{\"document\":");
-        json->Write(text);
-        json->Write(",\n\"pages\":[");
-        if (!json->IsGood()) FailToWrite(options.out, json->GetFailure());
+        if (options.format->isFileAPage) return;
+        whole = std::make_unique<OutputFile>(options.out);
+        whole->Write(text);
+        if (!whole->IsGood()) FailToWrite(options.out, whole->GetFailure());
     }
 
     /// Works on pages until there are no more.
@@ -115,13 +115,14 @@ public:
         }
     }
 
-    int Finish()
+    /// Writes what stands behind the pages.
+    int Finish(const PdfDocument& document)
     {
         progress.Stop();
         if (Interrupt::IsSet()) return ExitInterrupted;
-        if (json && status != ExitNotWritten) {
-            json->Write("],\n\"styles\":[]}\n");
-            if (!json->Commit()) FailToWrite(options.out, json->GetFailure());
+        if (whole && status != ExitNotWritten) {
+            if (options.format->makeTail) whole->Write(MakeTail(document));
+            if (!whole->Commit()) FailToWrite(options.out, whole->GetFailure());
         }
         return Interrupt::IsSet() ? ExitInterrupted : status;
     }
@@ -146,10 +147,10 @@ private:
         return result;
     }
 
-    static PageTree MakeTree(const PdfDocument& document, int index, PageResult& result)
+    PageTree MakeTree(const PdfDocument& document, int index, PageResult& result) const
     {
         PageTree tree;
-        const Outcome outcome = Guarded([&] { tree = BuildPage(document, index); });
+        const Outcome outcome = Guarded([&] { tree = BuildPage(document, index, options.isRaw); });
         // The next page may need less.
         result.isOutOfMemory = !outcome.IsDone() && outcome.type == Error::None;
         return tree;
@@ -158,13 +159,18 @@ private:
     void MakeText(PageResult& result, const PageTree& tree, int index, long long firstId) const
     {
         const Outcome outcome = Guarded([&] {
-            result.text = options.format == Format::Svg
-                              ? MakeSvg(*tree.page, *tree.root, title, profiles, result.problems)
-                              : MakePageJson(*tree.page, index, *tree.root, result.problems, firstId);
+            result.text =
+                options.format->makePage({*tree.page, index, *tree.root, result.problems, firstId, title, profiles});
         });
         if (outcome.IsDone()) return;
         result.text = std::nullopt;
         result.isOutOfMemory = outcome.type == Error::None;
+    }
+
+    LongText MakeTail(const PdfDocument& document) const
+    {
+        const Budget::Scope scope = document.OpenScope(Budget::Share::All);
+        return options.format->makeTail(document.GetStyleSheet().Get());
     }
 
     /// In the order of the pages, one at a time.
@@ -220,11 +226,11 @@ private:
 
     void Write(const LongText& text, int index)
     {
-        if (json) {
-            json->Write(isFirst ? "" : ",\n");
-            json->Write(text);
+        if (whole) {
+            whole->Write(isFirst ? std::string_view() : options.format->separator);
+            whole->Write(text);
             isFirst = false;
-            if (!json->IsGood()) FailToWrite(options.out, json->GetFailure());
+            if (!whole->IsGood()) FailToWrite(options.out, whole->GetFailure());
             return;
         }
         const std::string name = isFileAPage ? MakePageName(options.out, index + 1) : options.out;
@@ -258,7 +264,8 @@ private:
     Progress progress;
     std::string title;
     Raster::ICCManager::ICCProfileSet profiles;
-    std::unique_ptr<OutputFile> json;
+    /// The file that all pages go to, if there is one.
+    std::unique_ptr<OutputFile> whole;
     long long nextId = 0;
     std::atomic<bool> isStopped = false;
     bool isFirst = true;
@@ -327,7 +334,7 @@ int Convert(const ConvertOptions& options, ExitStatus& stage)
         return ExitCommandLine;
     }
     if (pageCount == 0) PrintLine("quillet: " + options.input.file + ": no pages");
-    const bool isFileAPage = options.format == Format::Svg && pages->GetLength() > 1 && !isStream;
+    const bool isFileAPage = options.format->isFileAPage && pages->GetLength() > 1 && !isStream;
     if (isFileAPage) {
         const std::string itself = FindPageName(options.out, *pages, options.input.file);
         if (!itself.empty()) return ComplainOfItself(itself);
@@ -339,7 +346,7 @@ int Convert(const ConvertOptions& options, ExitStatus& stage)
     Conversion conversion(options, std::move(*pages), isFileAPage);
     conversion.Begin(opened);
     RunWorkers(conversion, opened, options, workerCount);
-    return conversion.Finish();
+    return conversion.Finish(*opened.document);
 }
 
 } // namespace

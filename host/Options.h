@@ -7,7 +7,7 @@
 
 namespace Host {
 
-enum class Format { Json, Svg };
+struct Format;
 
 /// What every verb takes.
 struct InputOptions
@@ -27,7 +27,8 @@ struct ConvertOptions
 {
     InputOptions input;
     std::string out;
-    Format format = Format::Json;
+    /// Not null.
+    const Format* format = nullptr;
     /// As given, "1-3,7" for instance; empty for all.
     std::string pages;
     Quillet::TextFidelity fidelity = Quillet::TextFidelityEditable;

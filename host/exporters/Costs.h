@@ -14,6 +14,21 @@ inline constexpr unsigned long long c_jsonRun = 500;
 inline constexpr unsigned long long c_jsonEntry = 200;
 /// A byte of a text that a file brings, in JSON: it is read, and a control character is written as six bytes.
 inline constexpr unsigned long long c_jsonTextByte = 7;
+/// A paragraph as JSON has so many values of its own.
+inline constexpr unsigned long long c_jsonParagraph = 600;
+
+/// A line and a character of a story, which a host's text is read from.
+inline constexpr unsigned long long c_storyLine = 300;
+inline constexpr unsigned long long c_storyChar = 12;
+/// A stop that a tab is held against.
+inline constexpr unsigned long long c_tabStop = 1;
+/// A paragraph, a line or a run as plain text.
+inline constexpr unsigned long long c_text = 100;
+
+/// A box or paragraph in HTML, with its style.
+inline constexpr unsigned long long c_htmlBox = 1'500;
+/// A run of text in HTML: its look is put together and compared.
+inline constexpr unsigned long long c_htmlRun = 2'500;
 
 /// An element of an SVG with its tags, which the XML tree keeps until the page is written.
 inline constexpr unsigned long long c_svgElement = 200;

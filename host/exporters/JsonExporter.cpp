@@ -1,14 +1,16 @@
 #include "exporters/JsonExporter.h"
 
 #include "PermissionNames.h"
-#include "exporters/ColourValues.h"
 #include "exporters/Costs.h"
+#include "exporters/Format.h"
+#include "exporters/JsonText.h"
+#include "exporters/JsonValues.h"
 #include "exporters/JsonWriter.h"
 #include "exporters/PathData.h"
-#include "exporters/TextRuns.h"
 
 #include <Quillet/BitmapObject.h>
 #include <Quillet/Budget.h>
+#include <Quillet/ColumnObject.h>
 #include <Quillet/LayerObject.h>
 #include <Quillet/Page.h>
 #include <Quillet/PathObject.h>
@@ -32,12 +34,6 @@ using Geometry::WindingOrderMode;
 using Rect = Kernel::RectT<double>;
 using Params = Raster::AffineTransform::Params;
 
-/// A text of the file; empty if there is no more to pay for it.
-void WriteText(JsonWriter& json, std::string_view text)
-{
-    json.Text(Budget::Spend(text.size() * Costs::c_jsonTextByte) ? text : "");
-}
-
 /// Piece by piece, as far as the account goes: what a document says of itself may have megabytes.
 void WriteLongText(JsonWriter& json, std::string_view text)
 {
@@ -53,27 +49,6 @@ void WriteLongText(JsonWriter& json, std::string_view text)
     json.EndText();
 }
 
-void WriteNumbers(JsonWriter& json, std::initializer_list<double> values)
-{
-    json.BeginArray();
-    for (const double value : values)
-        json.Number(value);
-    json.EndArray();
-}
-
-void WriteBox(JsonWriter& json, const Rect& box)
-{
-    if (!box.IsEmpty()) {
-        WriteNumbers(json, {box.left, box.top, box.right, box.bottom});
-        return;
-    }
-    // Text without a glyph to see has no box.
-    json.BeginArray();
-    for (int i = 0; i < 4; ++i)
-        json.Integer(0);
-    json.EndArray();
-}
-
 void WritePath(JsonWriter& json, const Geometry::PolyCurveDbl* path, const Params& toPage)
 {
     LongText& text = json.BeginText();
@@ -84,36 +59,6 @@ void WritePath(JsonWriter& json, const Geometry::PolyCurveDbl* path, const Param
 const char* GetWindingName(WindingOrderMode winding)
 {
     return winding == WindingOrderMode::EvenOdd ? "evenodd" : "nonzero";
-}
-
-void WriteColour(JsonWriter& json, const Renderer::Colour& colour)
-{
-    const ColourValues components(colour);
-    json.BeginObject();
-    json.Key("model").Text(components.model);
-    json.Key("values").BeginArray();
-    for (const double value : components.values)
-        json.Number(value);
-    json.EndArray();
-    json.Key("alpha").Number(colour.GetAlpha());
-    WriteText(json.Key("name"), colour.GetName());
-    // Of a named colour, how it looks at this tint: who does not have the ink draws that.
-    const Renderer::Colour& plain = colour.GetPlain();
-    if (&plain != &colour && Budget::Spend(Costs::c_jsonEntry)) WriteColour(json.Key("alternate"), plain);
-    json.EndObject();
-}
-
-void WriteFill(JsonWriter& json, const Renderer::FillDescriptor& descriptor)
-{
-    const auto colour = descriptor.IsEmpty() ? nullptr : descriptor.fill->GetColour();
-    if (!colour) {
-        json.Null();
-        return;
-    }
-    json.BeginObject();
-    json.Key("kind").Text("solid");
-    WriteColour(json.Key("colour"), *colour);
-    json.EndObject();
 }
 
 void WriteLine(JsonWriter& json, const Renderer::LineStyleDescriptor& descriptor)
@@ -138,12 +83,6 @@ void WriteLine(JsonWriter& json, const Renderer::LineStyleDescriptor& descriptor
     json.Key("dashPhase").Number(isDashed ? style.dashPhase * style.width : 0);
     json.Key("behindFill").Flag(descriptor.isBehindFill);
     json.EndObject();
-}
-
-void AddBlending(JsonWriter& json, double opacity, Renderer::FillBlendMode::BlendMode mode)
-{
-    if (opacity != 1) json.Key("opacity").Number(opacity);
-    if (mode != Renderer::FillBlendMode::Normal) json.Key("blendMode").Text(Renderer::FillBlendMode::GetName(mode));
 }
 
 void AddGroup(JsonWriter& json, const GroupObject& group)
@@ -195,46 +134,6 @@ void AddBitmap(JsonWriter& json, const BitmapObject& bitmap)
     json.Key("height").Integer(bitmap.bitmap ? bitmap.bitmap->GetHeight() : 0);
     WriteFill(json.Key("fill"), *bitmap.GetBrushDescriptor());
     AddBlending(json, static_cast<double>(bitmap.opacity), bitmap.blendMode);
-}
-
-void WriteRun(JsonWriter& json, const TextRun& run)
-{
-    using namespace Story::GlyphAtt;
-    const Story::GlyphAtts& atts = *run.first->atts;
-    const Kernel::Font& font = atts.GetDesiredFont();
-    json.BeginObject();
-    WriteText(json.Key("text"), GetRunText(run.first, run.last));
-    WriteText(json.Key("font"), font.postscriptName.empty() ? font.family : font.postscriptName);
-    json.Key("size").Number(atts.GetSize());
-    json.Key("letterSpacing").Number(atts.Get(LetterSpacing));
-    json.Key("kerning").Number(atts.Get(Kerning));
-    json.Key("horizontalScale").Number(atts.Get(HorizontalScale));
-    json.Key("shear").Number(atts.Get(Shear));
-    // Upward, as designers count it.
-    json.Key("baselineShift").Number(0 - atts.Get(BaselineShift));
-    if (atts.Get(Underline) != 0) json.Key("underline").Flag(true);
-    if (atts.Get(Strikeout) != 0) json.Key("strikeout").Flag(true);
-    WriteFill(json.Key("highlight"), *atts.GetFill(HighlightFill));
-    WriteFill(json.Key("fill"), *atts.GetFill(Story::GlyphAtt::Fill));
-    WriteFill(json.Key("stroke"), *atts.GetFill(StrokeFill));
-    json.Key("language").Text(atts.Get(Language));
-    json.EndObject();
-}
-
-void AddTextLine(JsonWriter& json, const TextLineObject& line)
-{
-    const auto position = line.GetGdiPosition();
-    WriteNumbers(json.Key("position"), {position.x, position.y});
-    json.Key("width").Number(line.width);
-    json.Key("height").Number(line.textHeight);
-    WriteText(json.Key("text"), GetRunText(line.chars.begin(), line.chars.end()));
-    AddBlending(json, 1, line.blendMode);
-    json.Key("runs").BeginArray();
-    for (const TextRun& run : SplitIntoRuns(line)) {
-        if (!Budget::Spend(Costs::c_jsonRun)) break;
-        WriteRun(json, run);
-    }
-    json.EndArray();
 }
 
 class TreeWriter : public TreePass<>
@@ -291,6 +190,10 @@ private:
         case TextLine:
             AddCommon("line", object);
             AddTextLine(json, static_cast<const TextLineObject&>(object));
+            break;
+        case Column:
+            AddCommon("column", object);
+            AddColumn(json, static_cast<const ColumnObject&>(object));
             break;
         }
     }
@@ -391,20 +294,38 @@ void BeginPage(JsonWriter& json, const Page& page, int index)
     WriteNumbers(json.Key("size"), {size.GetWidth(), size.GetHeight()});
 }
 
-LongText MakePageJson(const Page& page, int index, const GroupObject& root, Problems& problems, long long firstId)
+LongText MakeJsonHead(const PdfDocument& document)
+{
+    LongText text("{\"document\":");
+    JsonWriter json(text);
+    WriteDocument(json, document);
+    text.Append(",\n\"pages\":[");
+    return text;
+}
+
+LongText MakeJsonTail(const Story::StyleSheet* styles)
+{
+    LongText text("],\n\"styles\":");
+    JsonWriter json(text);
+    WriteStyles(json, styles);
+    text.Append("}\n");
+    return text;
+}
+
+LongText MakePageJson(const PageView& view)
 {
     // The problems stand first, and the last of them may be met while the tree is written.
     LongText tree;
     JsonWriter treeJson(tree);
-    TreeWriter writer(treeJson, firstId);
-    WalkTree(root, writer);
-    if (Budget::IsSpent()) problems[Error::CutShort] = 1;
+    TreeWriter writer(treeJson, view.firstId);
+    WalkTree(view.root, writer);
+    if (Budget::IsSpent()) view.problems[Error::CutShort] = 1;
 
     LongText text;
     JsonWriter json(text);
-    BeginPage(json, page, index);
+    BeginPage(json, view.page, view.index);
     json.Key("errors").BeginArray();
-    for (const auto& [type, count] : problems) {
+    for (const auto& [type, count] : view.problems) {
         json.BeginObject();
         json.Key("kind").Integer(type);
         json.Key("name").Text(GetErrorName(type));

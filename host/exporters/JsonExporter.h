@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Problems.h"
 #include "exporters/LongText.h"
 
 #include <Quillet/FontInfo.h>
@@ -8,14 +7,18 @@
 #include <vector>
 
 namespace Quillet {
-class GroupObject;
 class Page;
 class PdfDocument;
 } // namespace Quillet
 
+namespace Story {
+class StyleSheet;
+}
+
 namespace Host {
 
 class JsonWriter;
+struct PageView;
 
 // What there is no more to pay for (`Quillet::Budget`) is left out of what these write; the text is JSON all the same.
 
@@ -28,9 +31,11 @@ void WriteFonts(JsonWriter& json, const std::vector<Quillet::FontInfo>& fonts);
 /// Begins the object of a page, with the members "index", "boxes", "rotate" and "size". Writes nothing if it throws.
 void BeginPage(JsonWriter& json, const Quillet::Page& page, int index);
 
-/// A page with its tree. Ids count from `firstId`, where the page's objects counted from 0. A page that is not whole
-/// has `CutShort` among its problems afterwards.
-LongText MakePageJson(const Quillet::Page& page, int index, const Quillet::GroupObject& root, Problems& problems,
-                      long long firstId);
+/// A document up to its first page; pages have commas between them.
+LongText MakeJsonHead(const Quillet::PdfDocument& document);
+/// A page with its tree.
+LongText MakePageJson(const PageView& view);
+/// What stands behind the last page: the styles of its text, which may be null.
+LongText MakeJsonTail(const Story::StyleSheet* styles);
 
 } // namespace Host

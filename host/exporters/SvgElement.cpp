@@ -57,6 +57,19 @@ std::string MakePathData(const Geometry::PolyCurveDbl& path, const Params& toPag
     return text.Join();
 }
 
+LongText WriteXml(const pugi::xml_document& document, bool hasDeclaration)
+{
+    struct Writer : pugi::xml_writer
+    {
+        void write(const void* data, std::size_t size) override { text.Append({static_cast<const char*>(data), size}); }
+        LongText text;
+    } out;
+    const Budget::Reprieve reprieve;
+    const unsigned head = hasDeclaration ? 0 : pugi::format_no_declaration;
+    document.save(out, "", pugi::format_raw | head, pugi::encoding_utf8);
+    return std::move(out.text);
+}
+
 bool IsXmlCharacter(char32_t code)
 {
     const bool isControl = code < 0x20 && code != '\t' && code != '\n' && code != '\r';

@@ -10,6 +10,8 @@
 
 namespace Host {
 
+class LongText;
+
 // Elements of an SVG and their values. What is appended is paid for (`Quillet::Budget`), and comes in any case.
 
 pugi::xml_node Append(pugi::xml_node parent, const char* name);
@@ -21,6 +23,9 @@ std::string MakeNumber(double value, int decimals = 6);
 std::string MakeTransform(const Raster::AffineTransform::Params& transform);
 /// Of a path in its own space, from which `toPage` leads to the page.
 std::string MakePathData(const Geometry::PolyCurveDbl& path, const Raster::AffineTransform::Params& toPage);
+
+/// All that a document has, which is paid for since it stands there.
+LongText WriteXml(const pugi::xml_document& document, bool hasDeclaration);
 
 /// What XML can hold (XML 1.0, 2.2).
 bool IsXmlCharacter(char32_t code);

@@ -45,11 +45,6 @@ void SetLine(pugi::xml_node node, const Renderer::LineStyleDescriptor& descripto
     if (descriptor.isBehindFill) Set(node, "paint-order", "stroke");
 }
 
-std::string MakeClipName(std::size_t number)
-{
-    return "clip-" + std::to_string(number);
-}
-
 } // namespace
 
 void SvgPaint::SetFill(pugi::xml_node node, const Renderer::FillDescriptor& descriptor) const
@@ -92,23 +87,31 @@ void SvgPaint::SetPaint(pugi::xml_node node, const char* name, const char* opaci
         Set(node, name, "none");
         return;
     }
-    const auto pixel = colour->GetRgbaPixel(profiles);
-    char text[8] = "#";
+    Set(node, name, MakeColourCode(*colour, profiles));
+    const double alpha = GetOpacity(*colour);
+    if (alpha != 1) Set(node, opacityName, MakeNumber(alpha));
+}
+
+std::string MakeColourCode(const Renderer::Colour& colour, const Raster::ICCManager::ICCProfileSet& profiles)
+{
+    const auto pixel = colour.GetRgbaPixel(profiles);
+    std::string text = "#000000";
     const float channels[] = {pixel.red, pixel.green, pixel.blue};
-    for (int i = 0; i < 3; ++i) {
+    for (std::size_t i = 0; i < 3; ++i) {
         const auto value = static_cast<unsigned>(std::clamp(channels[i], 0.0f, 1.0f) * 255.0f + 0.5f);
         text[1 + 2 * i] = "0123456789abcdef"[value >> 4];
         text[2 + 2 * i] = "0123456789abcdef"[value & 15];
     }
-    text[7] = 0;
-    Set(node, name, text);
-    const double alpha = std::clamp(static_cast<double>(colour->GetAlpha()), 0.0, 1.0);
-    if (alpha != 1) Set(node, opacityName, MakeNumber(alpha));
+    return text;
 }
 
-void AddBlendMode(std::string& style, Renderer::FillBlendMode::BlendMode mode)
+double GetOpacity(const Renderer::Colour& colour)
 {
-    if (mode == Renderer::FillBlendMode::Normal) return;
+    return std::clamp(static_cast<double>(colour.GetAlpha()), 0.0, 1.0);
+}
+
+std::string MakeBlendName(Renderer::FillBlendMode::BlendMode mode)
+{
     // "ColorDodge" is "color-dodge" in CSS.
     std::string name;
     for (const char* letter = Renderer::FillBlendMode::GetName(mode); *letter; ++letter) {
@@ -116,7 +119,12 @@ void AddBlendMode(std::string& style, Renderer::FillBlendMode::BlendMode mode)
         if (isCapital && !name.empty()) name += '-';
         name += static_cast<char>(isCapital ? *letter - 'A' + 'a' : *letter);
     }
-    AddStyle(style, ("mix-blend-mode:" + name).c_str());
+    return name;
+}
+
+void AddBlendMode(std::string& style, Renderer::FillBlendMode::BlendMode mode)
+{
+    if (mode != Renderer::FillBlendMode::Normal) AddStyle(style, ("mix-blend-mode:" + MakeBlendName(mode)).c_str());
 }
 
 Kernel::Counted<Geometry::PolyCurveDbl> MakeMoved(const Geometry::PolyCurveDbl& path,

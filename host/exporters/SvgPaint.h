@@ -15,6 +15,11 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
+
+namespace Renderer {
+class Colour;
+}
 
 namespace Host {
 
@@ -25,8 +30,9 @@ class SvgPaint
 public:
     using Params = Raster::AffineTransform::Params;
 
-    SvgPaint(const Raster::ICCManager::ICCProfileSet& usedProfiles, pugi::xml_node clipParent)
-        : profiles(usedProfiles), defs(clipParent)
+    /// Names of clips begin with `clipPrefix`: they are those of a whole file.
+    SvgPaint(const Raster::ICCManager::ICCProfileSet& usedProfiles, pugi::xml_node clipParent, std::string clipPrefix)
+        : profiles(usedProfiles), defs(clipParent), prefix(std::move(clipPrefix))
     {}
 
     void SetFill(pugi::xml_node node, const Renderer::FillDescriptor& descriptor) const;
@@ -38,16 +44,25 @@ public:
                  const Params& toPage);
 
 private:
+    std::string MakeClipName(std::size_t number) const { return prefix + "clip-" + std::to_string(number); }
     void SetPaint(pugi::xml_node node, const char* name, const char* opacityName,
                   const Renderer::FillDescriptor& descriptor) const;
 
     const Raster::ICCManager::ICCProfileSet& profiles;
     pugi::xml_node defs;
+    const std::string prefix;
     /// The numbers of those in use, by their path data, which the document keeps.
     std::unordered_map<std::string_view, std::size_t> nonZeroClips;
     std::unordered_map<std::string_view, std::size_t> evenOddClips;
 };
 
+/// "#rrggbb".
+std::string MakeColourCode(const Renderer::Colour& colour, const Raster::ICCManager::ICCProfileSet& profiles);
+/// Between 0 and 1.
+double GetOpacity(const Renderer::Colour& colour);
+
+/// As CSS has it.
+std::string MakeBlendName(Renderer::FillBlendMode::BlendMode mode);
 /// Appends to the value of a "style".
 void AddBlendMode(std::string& style, Renderer::FillBlendMode::BlendMode mode);
 

@@ -46,20 +46,21 @@ public:
     bool TryMerge(const Kernel::Counted<TextLineObject>& line, bool tryAdjacent);
     /// Makes `line` the last one.
     void AddAdjacent(const Kernel::Counted<TextLineObject>& line);
-    /// Merges `line` into one of the lines, `target`, or into the last if it goes on there and `tryLast`.
+    /// Merges `line` into the last line, if `tryLast` and it goes on there, or into one whose ink it meets.
     bool TryAddMerge(const Kernel::Counted<TextLineObject>& line, bool tryLast);
-    void AddMerge(const Kernel::Counted<TextLineObject>& target, const Kernel::Counted<TextLineObject>& line);
+    /// Merges `line` into `target`, one of the lines, which moves to where it then belongs among them.
+    void AddMerge(Lines::iterator target, const TextLineObject& line);
     /// Takes a line out; the boxes follow.
     void Remove(Lines::const_iterator line);
 
     /// Takes out the lines that belong beside this column, as one of their own; null for none. The new column has no
     /// parent.
-    Kernel::Counted<ColumnObject> ExtractAdjacentColumn(const Page* page);
-    /// Splits the first line that has a gap which other lines have too, or which nothing crosses; the answer is its
-    /// right part, `lines.end()` for none.
-    Lines::iterator SplitAdjacentLines(const Page* page);
+    Kernel::Counted<ColumnObject> ExtractAdjacentColumn(Kernel::NonCounted<const Page> page);
+    /// Splits the first line with a gap beside which there is text that no other line stands above or below; the answer
+    /// is its right part, which stands behind it, `lines.end()` for none.
+    Lines::iterator SplitAdjacentLines(Kernel::NonCounted<const Page> page);
     /// The lines from `first` on, as a column of their own without a parent.
-    Kernel::Counted<ColumnObject> Split(Lines::iterator first, const Page* page);
+    Kernel::Counted<ColumnObject> Split(Lines::iterator first, Kernel::NonCounted<const Page> page);
     /// Whether text from `left` to `right` stands above or below some line other than `line` and the first.
     bool BelongsInColumn(const TextLineObject& line, double left, double right) const;
     bool CanMergeColumn(const ColumnObject& other) const;
@@ -90,10 +91,18 @@ public:
     Lines lines;
 
 private:
+    /// How far ink of any line reaches above and below its baseline, at least.
+    double inkAbove = 0;
+    double inkBelow = 0;
+
+    void NoteInk(const TextLineObject& line);
+    /// The lowest line whose ink meets `box`; the topmost line if there is none. There are lines.
+    Lines::iterator FindInk(const Rect& box);
     void SetListCandidates(Paragraphs& paragraphs);
     void SetListStyles(Paragraphs& paragraphs);
-    /// The paragraphs of the next list, which are marked done.
-    static Paragraphs GetCompatibleLists(const Paragraphs& paragraphs);
+    /// The paragraphs of the next list, which are marked done. It is looked for from `next` on, 0 at first, which moves
+    /// to where the list begins.
+    static Paragraphs GetCompatibleLists(const Paragraphs& paragraphs, std::size_t& next);
     static int GetListAlign(const Paragraphs& paragraphs);
     static void SimplifyParagraphs(Paragraphs& paragraphs);
 };

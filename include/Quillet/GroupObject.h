@@ -4,6 +4,7 @@
 
 #include <Renderer/FillBlendMode.h>
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <utility>
@@ -53,6 +54,8 @@ public:
     /// Whether the group says more than its children do: a name, a transparency group's attributes, or the grouping of
     /// a form of several objects.
     bool IsPreserve() const override;
+    /// `IsPreserve`, if the group had so many children.
+    bool IsPreserveWith(std::size_t childCount) const;
     Kernel::NonCounted<const Page> GetPage() const override;
     void Clear() override;
     /// The boxes of the children, which are up to date, as cut by the clip. Children without width or height are left
@@ -104,17 +107,14 @@ public:
     /// `Page::BuildObjects`; `pageRect` is the page in page space. The abort flag is not tested.
     void Reduce(const Rect& pageRect);
 
-    // The passes of `Reduce`, each on one group, whose groups below have been there. Boxes are up to date before the
-    // first.
+    // The passes of `Reduce` that look at one group, whose groups below have been there. Boxes are up to date before
+    // the first.
 
     void ReduceGradient();
     void ConvertClippedRectangles();
-    void RemoveClippedObjects();
     void RemoveEmptyGroups();
     void CombineAdjacentLayers();
-    void RemoveRedundantClipping(const Rect& pageRect);
     void ExtendClippingGroups();
-    void FlattenSubGroups();
     void CombineFillStroke();
     void ConvertTextDecorations();
     void ReorderText();

@@ -7,6 +7,7 @@
 #include <Renderer/FillDescriptor.h>
 #include <Renderer/LineStyleDescriptor.h>
 
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -45,6 +46,8 @@ public:
 
     bool PreciseIsContainedIn(const Rect& rect, double tolerance) const override;
     bool PreciseOverlaps(const Rect& rect, double tolerance) const override;
+    /// The box around the outlines, with their strokes, in page space; nothing without a path.
+    std::optional<Rect> GetPreciseBox() const;
     void Clear() override;
     /// The box includes the stroke and, on curves, may be larger than what is seen.
     void UpdateBBox() override;

@@ -167,7 +167,7 @@ public:
     /// The character styles of the text that has been reduced so far; null for none.
     const Kernel::Counted<Story::StyleSheet>& GetStyleSheet() const { return styleSheet; }
     /// The name of the style that looks like `delta`, which is made if there is none; `name` has the style's number in
-    /// the place of %1.
+    /// the place of %1. Empty for null.
     std::string MakeStyleName(const Kernel::Counted<const Story::Delta>& delta, const Kernel::LocalisedString& name);
 
     // Not for hosts.

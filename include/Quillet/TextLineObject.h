@@ -9,6 +9,7 @@
 #include <Renderer/FillBlendMode.h>
 #include <Story/ParagraphAtts.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -159,6 +160,10 @@ public:
     // Output.
 
     void AppendTo(Story::GlyphSink& sink, bool isWrapped) const;
+    /// Whether the line may be a header or a footer: a word, a page number, or entries with a wide gap between them.
+    bool IsHeaderFooterCandidate() const;
+    /// Surrogates are joined where characters are made, so that nothing is left to do; for hosts that call it.
+    void CombineSurrogatePairs() {}
     /// Whether this is the last line of its column.
     bool IsColumnBack() const;
     /// Whether the line is scaled or slanted, so that no plain frame can hold it; turned text can stand in one.
@@ -195,15 +200,28 @@ private:
     /// Dropped by whatever changes the start of the line.
     mutable Kernel::Counted<ListAtt> listCandidate;
 
+    /// The line while characters of another are put in between its own.
+    class MergeSweep;
+
+    /// Where the text behind the marker of a list begins.
+    std::size_t GetMarkerEnd() const;
+    void ApplyEndTab(const Story::TabStops& stops, double tolerance);
+
     void MergeCharsFront(double x, Chars::const_iterator first, Chars::const_iterator last, double dy);
     void MergeCharsBack(double x, Chars::const_iterator first, Chars::const_iterator last, double dy);
-    struct Decoration;
-    std::optional<Decoration> GetAsRectangle(const PathObject& path) const;
-    bool TryHighlight(std::size_t first, std::size_t last, const Decoration& decoration);
-    bool TryUnderline(std::size_t first, std::size_t last, const Decoration& decoration);
-    bool TryStrikeout(std::size_t first, std::size_t last, const Decoration& decoration);
+    /// Of characters, the first of which has its pen that far from the start, in the object's own space.
+    Rect GetBoxOf(Chars::const_iterator first, Chars::const_iterator last, double pen) const;
+    void MeasureAll();
+    /// The same, once the first `front` characters and those from `back` on are new, or have another width.
+    void MeasureEnds(std::size_t front, std::size_t back);
+    void KeepBaseline();
+    bool MayHaveDropCap() const;
+    /// Behind a cap that begins the line and reaches down below its text; 0 for none.
+    std::size_t GetLowCapEnd() const;
 
     void ApplyLetterSpace(std::size_t first, std::size_t last, double ems);
+    /// Of the character at `index`, with the kerning and the word space that it has.
+    double GetCharStoryWidth(std::size_t index) const;
     void AdjustAutoKern();
     void AdjustGlobalLetterSpaceAvailable();
     void AdjustGlobalLetterSpaceWholeLine();
@@ -233,7 +251,10 @@ private:
     void ConvertSoftHyphens();
     void ConvertLetterSpaceIntoSpaces();
     void StripTrailingSpaces();
-    void OptimiseBaseline();
+    /// By how much the baseline is below that of the largest text.
+    double FindBaseline() const;
+    /// Without moving a glyph.
+    void MoveBaseline(double shift);
 };
 
 } // namespace Quillet

@@ -14,7 +14,8 @@ namespace Kernel {
 class QUILLET_API LocalisedString
 {
 public:
-    /// The words of a key in a context, in UTF-8. Called on each thread that makes documents, and on several at once.
+    /// The words of a key in a context, in UTF-8; empty where the key's own shall stand. Called on each thread that
+    /// makes documents, and on several at once.
     using Table = std::function<std::string(const std::string& key, const std::string& context)>;
 
     LocalisedString(std::string newKey, std::string newContext);

@@ -33,6 +33,8 @@ using Kernel::FontFace;
 using Outline = Counted<const Geometry::PolyCurveDbl>;
 
 constexpr double c_unknownAdvance = 0.5;
+/// For fonts that do not say where they are struck out: half of most fonts' small letters.
+constexpr double c_strikeoutMiddle = -0.25;
 /// Metrics that nobody uses any more are dropped when there are more: a file may name any number of fonts.
 constexpr std::size_t c_maxKept = 1024;
 
@@ -324,16 +326,23 @@ FontMetrics::FontMetrics(const Font& askedFont)
     const double em = face->unitsPerEm;
     ascent = face->face->ascender / em;
     descent = -face->face->descender / em;
+    typographicAscent = ascent;
     if (face->face->underline_thickness != 0) {
-        underlinePosition = -face->face->underline_position / em;
         underlineThickness = face->face->underline_thickness / em;
+        // FreeType gives the middle of the rule. The table that it has that from has the edge, not rounded.
+        const auto* post = static_cast<const TT_Postscript*>(FT_Get_Sfnt_Table(face->face.get(), FT_SFNT_POST));
+        underlinePosition =
+            post ? -post->underlinePosition / em : -face->face->underline_position / em - underlineThickness / 2;
     }
-    strikeoutThickness = underlineThickness;
     const auto* os2 = static_cast<const TT_OS2*>(FT_Get_Sfnt_Table(face->face.get(), FT_SFNT_OS2));
     if (os2 && os2->yStrikeoutSize != 0) {
         strikeoutThickness = os2->yStrikeoutSize / em;
-        strikeoutPosition = os2->yStrikeoutPosition / em - strikeoutThickness / 2;
+        strikeoutPosition = -os2->yStrikeoutPosition / em;
+    } else {
+        strikeoutThickness = underlineThickness;
+        strikeoutPosition = c_strikeoutMiddle - strikeoutThickness / 2;
     }
+    if (os2 && os2->sTypoAscender > 0) typographicAscent = os2->sTypoAscender / em;
 }
 
 FontMetrics::~FontMetrics() = default;

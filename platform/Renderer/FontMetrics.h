@@ -20,8 +20,8 @@ struct GlyphMetrics
     Kernel::RectT<double> box = Kernel::RectT<double>::MakeEmpty();
 };
 
-/// The measures of a font of the machine, in ems. Each is worked out when first asked for and kept; any number of
-/// threads may ask.
+/// The measures of a font of the machine, in ems. Boxes, outlines and rules have y downward from the baseline. Each is
+/// worked out when first asked for and kept; any number of threads may ask.
 ///
 /// A font that the machine lacks has the measures of the nearest that it has, and on a machine without fonts a width of
 /// half an em for each character and no boxes.
@@ -50,10 +50,13 @@ public:
     /// Above the baseline, and below it as a positive number.
     double GetAscent() const { return ascent; }
     double GetDescent() const { return descent; }
-    /// From the baseline down to the middle of the line, and its thickness.
+    /// Above the baseline: of the line that the font's designer had in mind, which may be lower than the ascent that
+    /// keeps every glyph from being cut.
+    double GetTypographicAscent() const { return typographicAscent; }
+    /// From the baseline down to the upper edge of the rule, and its thickness.
     double GetUnderlinePosition() const { return underlinePosition; }
     double GetUnderlineThickness() const { return underlineThickness; }
-    /// From the baseline up to the middle of the line, and its thickness.
+    /// From the baseline down to the upper edge of the rule, hence negative, and its thickness.
     double GetStrikeoutPosition() const { return strikeoutPosition; }
     double GetStrikeoutThickness() const { return strikeoutThickness; }
 
@@ -68,9 +71,10 @@ private:
     std::shared_ptr<Face> face;
     double ascent = 0.75;
     double descent = 0.25;
-    double underlinePosition = 0.1;
+    double typographicAscent = 0.75;
+    double underlinePosition = 0.075;
     double underlineThickness = 0.05;
-    double strikeoutPosition = 0.25;
+    double strikeoutPosition = -0.275;
     double strikeoutThickness = 0.05;
 };
 

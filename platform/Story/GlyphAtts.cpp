@@ -129,6 +129,26 @@ const Kernel::Font& GlyphAtts::GetDesiredFont() const
     return metrics->GetFont();
 }
 
+double GlyphAtts::GetAscent() const
+{
+    return metrics->GetAscent() * GetSize();
+}
+
+double GlyphAtts::GetDescent() const
+{
+    return metrics->GetDescent() * GetSize();
+}
+
+double GlyphAtts::GetTypographicAscent() const
+{
+    return metrics->GetTypographicAscent() * GetSize();
+}
+
+double GlyphAtts::GetTotalAdvanceY() const
+{
+    return -Get(GlyphAtt::BaselineShift);
+}
+
 Raster::AffineTransform::Params GlyphAtts::GetGlyphTransform(Kernel::PointT<double> pen) const
 {
     const double size = GetSize();

@@ -15,7 +15,7 @@ namespace Story {
 class QUILLET_API ParagraphAtts : public Kernel::Consolidatable
 {
 public:
-    /// Left-aligned, without indents, spaces, stops, list or drop cap.
+    /// Left-aligned, with the word spaces of the fonts, and without indents, spaces, stops, list or drop cap.
     static const Kernel::Consolidated<ParagraphAtts>& GetDefault();
     Kernel::Counted<ParagraphAtts> Clone() const { return Kernel::MakeCounted<ParagraphAtts>(*this); }
 

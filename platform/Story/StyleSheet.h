@@ -2,6 +2,8 @@
 
 #include <Story/Style.h>
 
+#include <cstddef>
+#include <unordered_map>
 #include <vector>
 
 namespace Story {
@@ -17,7 +19,18 @@ public:
     Kernel::Consolidated<Style> FindByDelta(const Delta& delta) const;
 
 private:
+    /// By the values of the deltas, which the styles hold.
+    struct DeltaHash
+    {
+        std::size_t operator()(const Delta* delta) const;
+    };
+    struct DeltaEqual
+    {
+        bool operator()(const Delta* a, const Delta* b) const;
+    };
+
     std::vector<Kernel::Consolidated<Style>> styles;
+    std::unordered_map<const Delta*, Kernel::Consolidated<Style>, DeltaHash, DeltaEqual> byDelta;
 };
 
 } // namespace Story

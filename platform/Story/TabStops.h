@@ -4,19 +4,24 @@
 #include <Story/TabStop.h>
 
 #include <cstddef>
-#include <vector>
+#include <set>
 
 namespace Story {
 
 /// The tab stops of a paragraph: those from the left by their positions, then those from the right by theirs.
 class QUILLET_API TabStops : public Kernel::Countable
 {
+    struct Order
+    {
+        bool operator()(const TabStop& a, const TabStop& b) const;
+    };
+    using Stops = std::set<TabStop, Order>;
+
 public:
-    using Stops = std::vector<TabStop>;
     using const_iterator = Stops::const_iterator;
 
-    /// Adds a stop; one at the same place, from the same side, is replaced. Without effect for a position that is no
-    /// number.
+    /// Adds a stop; one at the same place, from the same side, is replaced. Without effect for a position that is not
+    /// finite.
     void Set(const TabStop& stop);
     /// Takes away the stop at exactly this place.
     void Delete(double position, bool fromRight);

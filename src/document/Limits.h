@@ -49,6 +49,9 @@ inline constexpr unsigned long long c_objectUnits = 400;
 /// A form, beside its groups: a parser and a table of operators.
 inline constexpr unsigned long long c_formUnits = 200;
 inline constexpr unsigned long long c_charUnits = 120;
+/// Going over a character of a line once more, or moving it, when lines are put together, and measuring it.
+inline constexpr unsigned long long c_walkedCharUnits = 2;
+inline constexpr unsigned long long c_measuredCharUnits = 16;
 /// Entries of a sorted list that are moved up in the time of a unit.
 inline constexpr unsigned long long c_movedBucketsPerUnit = 4;
 /// Looking at an entry of the cross-reference table while that is read.
@@ -58,6 +61,8 @@ inline constexpr unsigned long long c_sampleUnits = 2;
 inline constexpr unsigned long long c_elementUnits = 4;
 /// An entry of a list that is kept, or a comparison of attributes.
 inline constexpr unsigned long long c_entryUnits = 64;
+/// Looking at a neighbour: its box, or an edge of it.
+inline constexpr unsigned long long c_comparisonUnits = 2;
 /// A range of codes of a font: a node of a map.
 inline constexpr unsigned long long c_rangeUnits = 160;
 /// A glyph name of a font, looked up in the tables of names.
@@ -124,6 +129,14 @@ inline constexpr unsigned long long c_maxFontCodes = 1ull << 16;
 
 /// Codes of one range that are asked one by one; a range may claim billions.
 inline constexpr int c_maxSingleCodes = 1 << 17;
+
+/// Spaces that a gap of a line may be, if it is as wide as so many. Nobody types more.
+inline constexpr int c_maxSpacesOfGap = 1 << 16;
+
+/// How often, on average, an object is asked whether it stands in a clip above it when the boxes of all that the clip
+/// holds do not tell. They tell unless a clip's edge runs within rounding of an outline's; only nests of such clips ask
+/// the same objects again.
+inline constexpr unsigned long long c_maxOutlineChecks = 64;
 
 /// Pages in a row that a list of fonts does without; a page count may claim billions that are not there.
 inline constexpr int c_maxPageGap = 100;

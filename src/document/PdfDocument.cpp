@@ -14,6 +14,7 @@
 #include <Quillet/Page.h>
 
 #include <Kernel/FormatString.h>
+#include <Kernel/LocalisedString.h>
 #include <Kernel/NumberText.h>
 #include <Story/StyleSheet.h>
 
@@ -175,7 +176,24 @@ void PdfDocument::DropFile()
     state->xrefs.Close();
     state->encrypt.DropKeys();
     state->source = nullptr;
+    styleSheet = nullptr;
     state->version = 0;
+}
+
+std::string PdfDocument::MakeStyleName(const Kernel::Counted<const Story::Delta>& delta,
+                                       const Kernel::LocalisedString& name)
+{
+    if (!delta) return {};
+    if (!styleSheet) styleSheet = Kernel::MakeCounted<Story::StyleSheet>();
+    if (const auto known = styleSheet->FindByDelta(*delta)) return known->GetName();
+
+    const std::size_t number = styleSheet->GetStyles().size() + 1;
+    const auto made = Kernel::LocalisedString::CreateFakeFromString(Kernel::FormatString(name.ToString(), number));
+    auto style = Kernel::MakeCounted<Story::Style>(made.ToString());
+    style->SetType(Story::StyleType::Character);
+    style->SetDelta(delta);
+    styleSheet->Add(Kernel::ConsolidateObjectSacrifice(style), false);
+    return made.ToString();
 }
 
 void PdfDocument::OnOpen()

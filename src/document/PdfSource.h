@@ -26,6 +26,8 @@ public:
     /// Distance of the document's first byte from the start of the source.
     virtual unsigned long long GetBaseOffset() const { return 0; }
     virtual void SetBaseOffset(unsigned long long offset);
+    /// Where a position lies, from the start of the source on.
+    virtual unsigned long long GetPosInSource(unsigned long long pos) const { return GetBaseOffset() + pos; }
     /// Bytes from the base offset on.
     virtual unsigned long long GetLength() const { return 0; }
     virtual bool AtEnd() const = 0;

@@ -129,7 +129,7 @@ ErrorPlace Ref::GetErrorPlace(unsigned long long at) const
     place.objectNumber = number;
     place.objectGeneration = generation;
     const PdfSource* const file = document ? document->GetState().source.Get() : nullptr;
-    if (file && at != 0 && !isInStream) place.position = static_cast<long long>(file->GetBaseOffset() + at);
+    if (file && at != 0 && !isInStream) place.position = static_cast<long long>(file->GetPosInSource(at));
     return place;
 }
 

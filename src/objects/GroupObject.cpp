@@ -95,7 +95,12 @@ bool GroupObject::HasText() const
 
 bool GroupObject::IsPreserve() const
 {
-    return !name.empty() || IsTransparencyGroup() || (isXObject && children.size() > 1);
+    return IsPreserveWith(children.size());
+}
+
+bool GroupObject::IsPreserveWith(std::size_t childCount) const
+{
+    return IsLayer() || !name.empty() || IsTransparencyGroup() || (isXObject && childCount > 1);
 }
 
 bool GroupObject::IsTransparencyGroup() const

@@ -165,16 +165,24 @@ Rect PathObject::GetAsRectangle() const
     return Rect::FromCorners(nodes[0].point, nodes[isRectangle ? 6 : 3].point);
 }
 
+std::optional<Rect> PathObject::GetPreciseBox() const
+{
+    std::optional<Rect> box;
+    if (!path) return box;
+    const bool isStroked = IsStroked();
+    for (const Kernel::Counted<Geometry::CurveDbl>& curve : *path) {
+        Rect own = curve->GetExactBBox(transform);
+        if (isStroked) own = lineStyleDescriptor->InflateSpreadRect(own, transform, *curve);
+        box = box ? box->Union(own) : own;
+    }
+    return box;
+}
+
 bool PathObject::PreciseIsContainedIn(const Rect& rect, double tolerance) const
 {
     if (IsContainedIn(rect, tolerance)) return true;
-    if (!path) return true;
-    const Rect wide = rect.Inflated(tolerance);
-    const bool isStroked = IsStroked();
-    return std::all_of(path->begin(), path->end(), [&](const Kernel::Counted<Geometry::CurveDbl>& curve) {
-        const Rect box = curve->GetExactBBox(transform);
-        return wide.Contains(isStroked ? lineStyleDescriptor->InflateSpreadRect(box, transform, *curve) : box);
-    });
+    const std::optional<Rect> box = GetPreciseBox();
+    return !box || rect.Inflated(tolerance).Contains(*box);
 }
 
 bool PathObject::PreciseOverlaps(const Rect& rect, double tolerance) const

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace Quillet {
 
@@ -67,11 +68,13 @@ int FrequencyMap::GetFrequency(double value) const
 
 int FrequencyMap::GetFrequency(double value, double tolerance) const
 {
-    int count = 0;
-    const double last = Round(value + tolerance);
-    for (auto bucket = Find(Round(value - tolerance)); bucket != buckets.end() && bucket->rounded <= last; ++bucket)
-        count += bucket->count;
-    return count;
+    const auto first = Find(Round(value - tolerance));
+    const auto last =
+        std::upper_bound(first, buckets.end(), Round(value + tolerance),
+                         [](double rounded, const Bucket& bucket) { return !(bucket.rounded <= rounded); });
+    // A tolerance may take in the whole map, at every place that is asked for.
+    if (!Budget::Spend(static_cast<unsigned long long>(last - first) / Limits::c_movedBucketsPerUnit)) return 0;
+    return std::accumulate(first, last, 0, [](int count, const Bucket& bucket) { return count + bucket.count; });
 }
 
 void FrequencyMap::erase(Buckets::const_iterator bucket)

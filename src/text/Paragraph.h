@@ -7,6 +7,7 @@
 
 #include <Story/ParagraphAtts.h>
 
+#include <string>
 #include <vector>
 
 namespace Quillet {
@@ -96,7 +97,9 @@ public:
     void SetIsListDone(bool isDone);
     /// From the start of the marker to its end, the space behind it left out.
     Range GetListPosition() const;
-    void SetListStyle(Story::AlignX::Type align, Story::NumberFormat format, bool isFirst, bool isAdjacent);
+    /// `styleName` is the character style of the marker, if that looks different.
+    void SetListStyle(Story::AlignX::Type align, Story::NumberFormat format, bool isFirst, bool isAdjacent,
+                      const std::string& styleName);
 
     Lines lines;
     /// Null for the first. The column's vector keeps it alive.

@@ -5,6 +5,8 @@
 #include "text/ForAtts.h"
 #include "text/FrequencyMap.h"
 
+#include <Kernel/CharacterType.h>
+
 #include <algorithm>
 #include <cmath>
 #include <optional>
@@ -22,11 +24,25 @@ constexpr char32_t c_hyphen = 0x2010;
 /// Baselines, and sizes, that are the same.
 constexpr double c_sameBaseline = 0.001;
 constexpr double c_visibleShift = 0.05;
+/// A drop cap is more than that many times as large as the text beside it.
+constexpr double c_capRatio = 2;
+/// Quotes and brackets before a drop cap; with more it takes longer to tell.
+constexpr std::size_t c_fewMarks = 16;
 
 /// Whatever is no number counts too.
 bool IsNegative(const Char& c)
 {
     return !(c.width >= 0);
+}
+
+/// The baseline that most of the characters of one size have.
+double GetShift(TextLineObject::Chars::const_iterator first, TextLineObject::Chars::const_iterator last, double size)
+{
+    FrequencyMap shifts(c_sameBaseline);
+    for (; first != last; ++first) {
+        if (std::abs(first->GetSize() - size) <= c_sameBaseline) shifts.Add(first->atts->Get(BaselineShift));
+    }
+    return shifts.GetBestAverage();
 }
 
 } // namespace
@@ -41,7 +57,7 @@ void TextLineObject::OnEndOfLine()
     ConvertLetterSpaceIntoSpaces();
     StripTrailingSpaces();
     textHeight = GetTextHeight(chars.begin(), chars.end());
-    OptimiseBaseline();
+    MoveBaseline(FindBaseline());
     UpdateBBox();
 }
 
@@ -173,14 +189,34 @@ void TextLineObject::StripTrailingSpaces()
     }
 }
 
-/// The baseline of a line is that of its largest text, not of its first character.
-void TextLineObject::OptimiseBaseline()
+std::size_t TextLineObject::GetLowCapEnd() const
 {
-    FrequencyMap shifts(c_sameBaseline);
-    for (const Char& c : chars) {
-        if (std::abs(c.GetSize() - textHeight) <= c_sameBaseline) shifts.Add(c.atts->Get(BaselineShift));
-    }
-    const double shift = shifts.GetBestAverage();
+    const auto cap = std::ranges::find_if(chars, [](const Char& c) { return Kernel::IsAlnum(c.unicode); });
+    if (cap == chars.end() || cap + 1 == chars.end()) return 0;
+    const double restHeight = GetTextHeight(cap + 1, chars.end());
+    if (!(cap->GetSize() > c_capRatio * restHeight)) return 0;
+    const double drop = cap->atts->Get(BaselineShift) - GetShift(cap + 1, chars.end(), restHeight);
+    return drop > c_visibleShift ? static_cast<std::size_t>(cap - chars.begin()) + 1 : 0;
+}
+
+bool TextLineObject::MayHaveDropCap() const
+{
+    const auto end = chars.begin() + static_cast<std::ptrdiff_t>(std::min(chars.size(), c_fewMarks));
+    const auto cap = std::find_if(chars.begin(), end, [](const Char& c) { return Kernel::IsAlnum(c.unicode); });
+    if (cap == end) return true;
+    return cap + 1 != chars.end() && cap->GetSize() > c_capRatio * (cap + 1)->GetSize();
+}
+
+/// The baseline of a line is that of its largest text, not of its first character. A drop cap hangs from the line: the
+/// text beside it has the baseline.
+double TextLineObject::FindBaseline() const
+{
+    const auto first = chars.begin() + static_cast<std::ptrdiff_t>(GetLowCapEnd());
+    return GetShift(first, chars.end(), first == chars.begin() ? textHeight : GetTextHeight(first, chars.end()));
+}
+
+void TextLineObject::MoveBaseline(double shift)
+{
     position.y -= shift;
     if (std::abs(shift) <= c_visibleShift) return;
     ForAtts(chars.begin(), chars.end(),

@@ -240,36 +240,11 @@ void TextLineObject::MoveShearToGlyphs()
     UpdateBBox();
 }
 
-double TextLineObject::GetStoryWidth(Chars::const_iterator first, Chars::const_iterator last, bool noAutoKern,
-                                     double wordSpaceRatio) const
-{
-    double sum = 0;
-    for (; first != last; ++first) {
-        const Char& c = *first;
-        if (c.IsTab()) {
-            sum += c.width;
-            continue;
-        }
-        const Story::GlyphAtts& atts = *c.atts;
-        const Renderer::GlyphMetrics glyph = c.GetGlyphMetrics();
-        double advance = glyph.advance;
-        const auto next = first + 1;
-        if (!noAutoKern && next != chars.end() && atts.UsesAutoKerning() &&
-            next->atts->GetFontMetrics() == atts.GetFontMetrics() && next->GetSize() == c.GetSize()) {
-            advance += atts.GetFontMetrics()->GetAutoKerning(glyph.id, next->GetGlyphMetrics().id);
-        }
-        advance += atts.Get(LetterSpacing);
-        if (c.isSpace) advance *= wordSpaceRatio;
-        sum += std::max(advance, 0.0) * atts.GetSize() * atts.Get(HorizontalScale);
-    }
-    return sum;
-}
-
-void TextLineObject::UpdateBBox()
+TextLineObject::Rect TextLineObject::GetBoxOf(Chars::const_iterator first, Chars::const_iterator last, double pen) const
 {
     Rect box = Rect::MakeEmpty();
-    double pen = 0;
-    for (const Char& c : chars) {
+    for (; first != last; ++first) {
+        const Char& c = *first;
         const Story::GlyphAtts& atts = *c.atts;
         const Rect glyph = c.GetGlyphMetrics().box;
         const double size = atts.GetSize();
@@ -286,10 +261,13 @@ void TextLineObject::UpdateBBox()
         }
         pen += c.width;
     }
-    if (!box.IsEmpty()) {
-        box = {box.left + position.x, box.top - position.y, box.right + position.x, box.bottom - position.y};
-    }
-    SetBBox(box);
+    if (box.IsEmpty()) return box;
+    return {box.left + position.x, box.top - position.y, box.right + position.x, box.bottom - position.y};
+}
+
+void TextLineObject::UpdateBBox()
+{
+    SetBBox(GetBoxOf(chars.begin(), chars.end(), 0));
 }
 
 void TextLineObject::AppendOutlinesTo(Geometry::PolyCurveDbl& target) const

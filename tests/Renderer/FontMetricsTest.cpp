@@ -111,8 +111,8 @@ TEST(FontMetrics, LinesLieWhereTheyBelong)
         EXPECT_LT(metrics->GetDescent(), 0.5) << font;
         EXPECT_GT(metrics->GetUnderlinePosition(), 0.03) << font;
         EXPECT_LT(metrics->GetUnderlinePosition(), 0.25) << font;
-        EXPECT_GT(metrics->GetStrikeoutPosition(), 0.15) << font;
-        EXPECT_LT(metrics->GetStrikeoutPosition(), 0.4) << font;
+        EXPECT_LT(metrics->GetStrikeoutPosition(), -0.15) << font;
+        EXPECT_GT(metrics->GetStrikeoutPosition(), -0.4) << font;
         for (const double thickness : {metrics->GetUnderlineThickness(), metrics->GetStrikeoutThickness()}) {
             EXPECT_GT(thickness, 0.01) << font;
             EXPECT_LT(thickness, 0.15) << font;

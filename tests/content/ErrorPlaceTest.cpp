@@ -4,8 +4,11 @@
 #include <Quillet/Page.h>
 #include <Quillet/PdfDocument.h>
 
+#include <Kernel/MemoryInStream.h>
+
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -39,12 +42,13 @@ public:
     mutable std::vector<Error::Type> kinds;
 };
 
-/// Opens a file, behind bytes that belong to it no more, builds its page and asks for its title.
-void Work(const std::string& file, const ErrorHandler& handler)
+/// Opens a file, in memory or as a stream, builds its page and asks for its title.
+void Work(const std::string& file, const ErrorHandler& handler, bool isStream = false)
 {
     const auto document = Kernel::MakeCounted<PdfDocument>();
     document->SetErrorHandler(&handler);
-    ASSERT_TRUE(document->OpenMemory(file.data(), file.size()));
+    Kernel::MemoryInStream stream(file);
+    ASSERT_TRUE(isStream ? document->OpenStream(stream, "name") : document->OpenMemory(file.data(), file.size()));
     document->GetPage(0)->BuildObjects();
     document->GetTitle();
 }
@@ -82,13 +86,18 @@ TEST(ErrorPlace, IsThatOfTheObjectOrTheContent)
          5, "stream", "no zlib"},
         {"information about the file", MakePageBuilder("", info), -1, 5, "/Title", ">>"},
     };
-    for (const auto& row : rows) {
+    const std::string junk = "junk in front\n";
+    for (int i = 0; i < 2 * static_cast<int>(std::size(rows)); ++i) {
+        const auto& row = rows[i / 2];
         SCOPED_TRACE(row.what);
         PdfBuilder builder = row.builder;
         if (row.page < 0) builder.trailer += " /Info 5 0 R";
-        const std::string file = "junk in front\n" + builder.Build();
+        // The positions in a stream count from the header on, those in memory from the first byte.
+        const bool isStream = i % 2 == 0;
+        if (!isStream) builder.header = junk + builder.header;
+        const std::string file = (isStream ? junk : "") + builder.Build();
         const PlaceRecorder recorder;
-        Work(file, recorder);
+        Work(file, recorder, isStream);
         ASSERT_FALSE(recorder.places.empty());
         const ErrorPlace& place = recorder.places.front();
         EXPECT_EQ(place.page, row.page);
@@ -101,7 +110,7 @@ TEST(ErrorPlace, IsThatOfTheObjectOrTheContent)
         EXPECT_LE(place.position, static_cast<long long>(file.find(row.to, from)));
 
         const KindRecorder kinds;
-        Work(file, kinds);
+        Work(file, kinds, isStream);
         EXPECT_EQ(kinds.kinds.size(), recorder.places.size());
         EXPECT_EQ(kinds.lastError, recorder.lastError);
     }

@@ -48,7 +48,7 @@ public:
     std::string Convert(const std::string& content, const std::string& suffix)
     {
         folder.Put("FILE", MakeFile(content));
-        EXPECT_EQ(Run({"convert", "FILE", "-o", "OUT." + suffix}), 0) << problems;
+        EXPECT_EQ(Run({"convert", "FILE", "--raw", "-o", "OUT." + suffix}), 0) << problems;
         return folder.Read("OUT." + suffix);
     }
 

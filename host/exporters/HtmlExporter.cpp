@@ -1,0 +1,249 @@
+#include "exporters/HtmlExporter.h"
+
+#include "exporters/Costs.h"
+#include "exporters/Format.h"
+#include "exporters/HtmlFrame.h"
+#include "exporters/HtmlLook.h"
+#include "exporters/SvgElement.h"
+#include "exporters/SvgPaint.h"
+#include "exporters/SvgShapes.h"
+
+#include <Quillet/Budget.h>
+#include <Quillet/ColumnObject.h>
+#include <Quillet/LayerObject.h>
+#include <Quillet/Page.h>
+#include <Quillet/PathObject.h>
+#include <Quillet/PdfDocument.h>
+#include <Quillet/TreeWalk.h>
+
+#include <memory>
+#include <string>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+namespace Host {
+
+namespace {
+
+using namespace Quillet;
+
+/// Spans have no height of their own, so that lines keep the leading of their paragraph. The marker of an item is a
+/// box, since a browser places its own markers as it likes.
+constexpr const char* c_css = R"(
+body{margin:0;background:#999}
+.page{position:relative;overflow:hidden;background:#fff;margin:12pt auto;isolation:isolate;break-after:page}
+.group,.page>svg,.group>svg{position:absolute;left:0;top:0;width:100%;height:100%;pointer-events:none}
+.frame{position:absolute;transform-origin:0 0;pointer-events:auto;white-space:pre-wrap;overflow-wrap:break-word;text-rendering:geometricPrecision}
+.frame:focus{outline:1px dashed #36c}
+.art{white-space:pre}
+.frame p,.frame li,.frame ol,.frame ul{margin:0;padding:0}
+.frame ol,.frame ul{list-style:none;white-space:normal}
+.frame li{display:block;white-space:pre-wrap}
+.frame li::before{content:var(--before) var(--after,'');display:inline-block;text-indent:0;line-height:0;white-space:pre;
+min-width:var(--gap);font-family:var(--marker-font-family,inherit);font-size:var(--marker-font-size,inherit);
+font-weight:var(--marker-font-weight,inherit);font-style:var(--marker-font-style,inherit);color:var(--marker-color,inherit)}
+.frame ol>li{counter-increment:item}
+.frame ol>li::before{content:var(--before) counter(item,var(--format)) var(--after,'')}
+.frame span{line-height:0}
+.frame .cap{float:left;text-indent:0}
+.frame .cell{display:inline-block;text-indent:0;line-height:inherit;tab-size:0}
+.frame .row{display:inline-flex;align-items:baseline}
+.fill{flex:1 0 auto}
+.dots{border-bottom:.09em dotted}
+@page{margin:0}
+@media print{body{background:none}.page{margin:0}}
+)";
+
+/// The groups with text below them: these become boxes, all others are drawn.
+class TextGroups : public TreePass<>
+{
+public:
+    Step Enter(const GroupObject& group, std::monostate&) override
+    {
+        if (!Budget::Spend(Costs::c_text)) return Step::End;
+        path.emplace_back(&group, false);
+        return Step::On;
+    }
+
+    Step Visit(const Object& object, const std::monostate&) override
+    {
+        const auto kind = object.GetKind();
+        if (kind == Object::Kind::Column || kind == Object::Kind::TextLine) path.back().second = true;
+        return Step::On;
+    }
+
+    void Leave(const GroupObject& group, const std::monostate&) override
+    {
+        const bool hasText = path.back().second;
+        path.pop_back();
+        if (!hasText) return;
+        groups.insert(&group);
+        if (!path.empty()) path.back().second = true;
+    }
+
+    std::unordered_set<const GroupObject*> groups;
+
+private:
+    std::vector<std::pair<const GroupObject*, bool>> path;
+};
+
+/// What is drawn between two frames.
+struct Drawing
+{
+    Drawing(const Kernel::RectT<double>& size, const Raster::ICCManager::ICCProfileSet& profiles,
+            std::string clipPrefix)
+        : svg(Append(document.root(), "svg")), defs(Append(svg, "defs")), paint(profiles, defs, std::move(clipPrefix)),
+          shapes(paint)
+    {
+        Set(svg, "viewBox", "0 0 " + MakeNumber(size.GetWidth()) + " " + MakeNumber(size.GetHeight()));
+        Set(svg, "preserveAspectRatio", "none");
+    }
+    Drawing(const Drawing&) = delete;
+    Drawing& operator=(const Drawing&) = delete;
+
+    pugi::xml_document document;
+    pugi::xml_node svg;
+    pugi::xml_node defs;
+    SvgPaint paint;
+    SvgShapes shapes;
+};
+
+/// The level is the element of a drawn group; none in a box.
+class PageWriter : TreePass<pugi::xml_node>
+{
+public:
+    explicit PageWriter(const PageView& usedView)
+        : view(usedView), size(PageBase::ApplyRotate(view.page.GetTrimBox(), view.page.GetRotate()))
+    {}
+
+    LongText Write()
+    {
+        WalkTree(view.root, textGroups);
+        HtmlStyle style;
+        style.SetPoints("width", size.GetWidth());
+        style.SetPoints("height", size.GetHeight());
+        html.Append("<div class=\"page\" id=\"page-" + std::to_string(view.index + 1) + "\"" + style.MakeAttribute() +
+                    ">\n");
+        WalkTree(view.root, *this);
+        EndDrawing();
+        html.Append("</div>\n");
+        return std::move(html);
+    }
+
+private:
+    Step Enter(const GroupObject& group, pugi::xml_node& node) override
+    {
+        if (Budget::IsSpent()) return Step::End;
+        if (node) {
+            node = drawing->shapes.AddGroup(node, group);
+        } else if (!textGroups.groups.contains(&group)) {
+            node = GetDrawing().shapes.AddGroup(drawing->svg, group);
+        } else {
+            EndDrawing();
+            html.Append("<div class=\"group\"" + MakeGroupAttributes(group) + ">\n");
+        }
+        return Step::On;
+    }
+
+    Step Visit(const Object& object, const pugi::xml_node& node) override
+    {
+        if (Budget::IsSpent()) return Step::End;
+        switch (object.GetKind()) {
+        case Object::Kind::Group:
+        case Object::Kind::Layer:
+            break; // These are entered.
+        case Object::Kind::Path:
+            if (node)
+                drawing->shapes.AddPath(node, static_cast<const PathObject&>(object));
+            else
+                GetDrawing().shapes.AddPath(drawing->svg, static_cast<const PathObject&>(object));
+            break;
+        case Object::Kind::TextLine:
+            EndDrawing();
+            AppendFrame(html, static_cast<const TextLineObject&>(object), view.profiles);
+            break;
+        case Object::Kind::Column:
+            EndDrawing();
+            AppendFrame(html, static_cast<const ColumnObject&>(object), view.profiles);
+            break;
+        case Object::Kind::Bitmap:
+            break; // Pictures are not part of these files yet.
+        }
+        return Step::On;
+    }
+
+    void Leave(const GroupObject&, const pugi::xml_node& node) override
+    {
+        if (node) return;
+        EndDrawing();
+        html.Append("</div>\n");
+    }
+
+    std::string MakeGroupAttributes(const GroupObject& group) const
+    {
+        HtmlStyle style;
+        if (group.clipPath) style.Set("clip-path", MakeClip(*group.clipPath, group.clipWinding, group.transform));
+        if (group.opacity != 1) style.Set("opacity", MakeNumber(group.opacity));
+        if (group.isIsolated) style.Set("isolation", "isolate");
+        if (group.blendMode != Renderer::FillBlendMode::Normal)
+            style.Set("mix-blend-mode", MakeBlendName(group.blendMode));
+        if (group.IsLayer() && !static_cast<const LayerObject&>(group).isVisible) style.Set("display", "none");
+        const std::string name = group.name.empty() ? "" : " data-name=\"" + MakeHtmlText(group.name) + "\"";
+        return name + style.MakeAttribute();
+    }
+
+    Drawing& GetDrawing()
+    {
+        if (!drawing) {
+            const std::string prefix =
+                "p" + std::to_string(view.index + 1) + "-" + std::to_string(++drawingCount) + "-";
+            drawing = std::make_unique<Drawing>(size, view.profiles, prefix);
+        }
+        return *drawing;
+    }
+
+    void EndDrawing()
+    {
+        if (!drawing) return;
+        if (!drawing->defs.first_child()) drawing->svg.remove_child(drawing->defs);
+        html.Append(WriteXml(drawing->document, false));
+        html.Append("\n");
+        drawing.reset();
+    }
+
+    const PageView& view;
+    const Kernel::RectT<double> size;
+    TextGroups textGroups;
+    LongText html;
+    /// Null if none is open.
+    std::unique_ptr<Drawing> drawing;
+    int drawingCount = 0;
+};
+
+} // namespace
+
+LongText MakeHtmlHead(const PdfDocument& document)
+{
+    LongText html("<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>");
+    const std::string title = document.GetTitle();
+    html.Append(MakeHtmlText(title.empty() ? document.GetDocName() : title));
+    html.Append("</title>\n<style>");
+    html.Append(c_css);
+    html.Append("</style>\n</head>\n<body>\n");
+    return html;
+}
+
+LongText MakePageHtml(const PageView& view)
+{
+    LongText html = PageWriter(view).Write();
+    if (Budget::IsSpent()) view.problems[Error::CutShort] = 1;
+    return html;
+}
+
+LongText MakeHtmlTail(const Story::StyleSheet*)
+{
+    return LongText("</body>\n</html>\n");
+}
+
+} // namespace Host

@@ -1,0 +1,232 @@
+#include "exporters/SvgColumn.h"
+
+#include "exporters/Costs.h"
+#include "exporters/PathData.h"
+#include "exporters/SvgElement.h"
+#include "exporters/SvgPaint.h"
+#include "exporters/SvgWords.h"
+#include "exporters/TextRuns.h"
+
+#include <Quillet/Budget.h>
+#include <Quillet/ColumnObject.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+namespace Host {
+
+using namespace Quillet;
+using Params = Raster::AffineTransform::Params;
+using Chars = TextLineObject::Chars;
+using Atts = Kernel::Consolidated<Story::GlyphAtts>;
+
+namespace {
+
+/// Characters of a line that look alike, as the page shows them.
+struct Span
+{
+    Chars::const_iterator first;
+    Chars::const_iterator last;
+    Atts atts;
+    /// The pen at the first one, in the column's space.
+    double x;
+};
+
+bool HasDropCap(const TextLineObject& line)
+{
+    if (!line.isParagraphFront || !line.paragraphAtts) return false;
+    const auto& cap = line.paragraphAtts->GetDropCap();
+    return cap && cap->isEnabled && cap->delta;
+}
+
+/// The letter of a drop cap has the look of its text; what makes it large is in the paragraph.
+void EnlargeDropCap(std::vector<Span>& spans, const TextLineObject& line)
+{
+    const auto end = line.GetDropCapEnd();
+    std::vector<Span> result;
+    for (const Span& span : spans) {
+        const auto split = std::clamp(end, span.first, span.last);
+        if (split != span.first) {
+            const auto atts = span.atts->Clone();
+            line.paragraphAtts->GetDropCap()->delta->ApplyTo(*atts);
+            result.push_back({span.first, split, Kernel::ConsolidateObjectSacrifice(atts), span.x});
+        }
+        if (split != span.last)
+            result.push_back({split, span.last, span.atts, span.x + line.GetWidth(span.first, split)});
+    }
+    spans = std::move(result);
+}
+
+std::vector<Span> MakeSpans(const TextLineObject& line)
+{
+    std::vector<Span> spans;
+    for (const TextRun& run : SplitIntoRuns(line)) {
+        if (!Budget::Spend(Costs::c_svgRun)) break;
+        spans.push_back({run.first, run.last, run.first->atts, line.position.x + run.start});
+    }
+    if (HasDropCap(line)) EnlargeDropCap(spans, line);
+    return spans;
+}
+
+class ColumnWriter
+{
+public:
+    ColumnWriter(pugi::xml_node parentNode, const ColumnObject& object, SvgPaint& usedPaint)
+        : parent(parentNode), column(object), paint(usedPaint), frame(object.GetBaseStoryFrameBox())
+    {}
+
+    void Write()
+    {
+        std::vector<std::vector<Span>> lines;
+        for (const auto& line : column.lines) {
+            if (Budget::IsSpent()) return;
+            lines.push_back(MakeSpans(*line));
+            for (const Span& span : lines.back())
+                AddHighlight(*line, span);
+        }
+        for (std::size_t i = 0; i < lines.size() && !Budget::IsSpent(); ++i)
+            AddLine(*column.lines[i], lines[i]);
+    }
+
+private:
+    void AddHighlight(const TextLineObject& line, const Span& span)
+    {
+        const auto& fill = span.atts->GetFill(Story::GlyphAtt::HighlightFill);
+        if (fill->IsEmpty()) return;
+        const double baseline = line.GetGdiPosition().y + span.atts->Get(Story::GlyphAtt::BaselineShift);
+        const double ascent = span.atts->GetAscent();
+        pugi::xml_node rect = Append(parent, "rect");
+        Set(rect, "x", MakeNumber(span.x));
+        Set(rect, "y", MakeNumber(baseline - ascent));
+        Set(rect, "width", MakeNumber(std::max(0.0, line.GetWidth(span.first, span.last))));
+        Set(rect, "height", MakeNumber(std::max(0.0, ascent + span.atts->GetDescent())));
+        if (!column.transform.IsIdentity(0)) Set(rect, "transform", MakeTransform(column.transform));
+        paint.SetFill(rect, *fill);
+        if (column.clipPath) paint.SetClip(rect, *column.clipPath, column.clipWinding, column.transform);
+        AddLook(rect);
+    }
+
+    void AddLine(const TextLineObject& line, const std::vector<Span>& spans)
+    {
+        lineNode = {};
+        for (const Span& span : spans) {
+            const double size = span.atts->GetSize();
+            const double scale = span.atts->Get(Story::GlyphAtt::HorizontalScale);
+            const bool isDrawn = size > 0 && std::isfinite(scale) && scale != 0;
+            if (isDrawn && IsSeen(span.first, span.last)) AddSpan(line, span);
+        }
+        for (const TabPlace& tab : FindTabs(line, frame)) {
+            if (tab.HasLeader()) AddLeader(line, tab);
+        }
+    }
+
+    void AddSpan(const TextLineObject& line, const Span& span)
+    {
+        const double baseline = line.GetGdiPosition().y + span.atts->Get(Story::GlyphAtt::BaselineShift);
+        const auto pen = BeginSpan(*span.atts, {span.x, baseline});
+        AddWords(MakeRunNode(span.atts, pen.y), span.first, span.last, pen.x, shape.a);
+    }
+
+    /// Dots stand at the end of the gap, as typesetters put them.
+    void AddLeader(const TextLineObject& line, const TabPlace& tab)
+    {
+        const Atts& atts = tab.tab->atts;
+        const double scale = atts->Get(Story::GlyphAtt::HorizontalScale);
+        const double step = atts->GetFontMetrics()->GetGlyphMetrics(U'.').advance * atts->GetSize() * scale;
+        if (!(step > 0) || !(tab.end - tab.start < 1e4 * step)) return;
+        const double count = std::floor((tab.end - tab.start) / step);
+        if (count < 1 || !Budget::Spend(Costs::c_svgChar * static_cast<unsigned long long>(count))) return;
+        const double baseline = line.GetGdiPosition().y + atts->Get(Story::GlyphAtt::BaselineShift);
+        const auto pen = BeginSpan(*atts, {tab.end - count * step, baseline});
+        pugi::xml_node dots = Append(MakeRunNode(atts, pen.y), "tspan");
+        Set(dots, "x", MakeNumber(pen.x, 4));
+        dots.text().set(std::string(static_cast<std::size_t>(count), '.').c_str());
+    }
+
+    /// Sees to it that the element fits the glyphs, and gives a place of the column in it.
+    Kernel::PointT<double> BeginSpan(const Story::GlyphAtts& atts, Kernel::PointT<double> place)
+    {
+        const Params wanted = atts.GetGlyphTransform({0, 0}) * Params::Scale(1 / atts.GetSize(), 1 / atts.GetSize());
+        if (!text || !wanted.IsEqual(shape, 1e-9)) {
+            shape = wanted;
+            inverse = shape.GetInverse();
+            text = Append(parent, "text");
+            textAtts = nullptr;
+            lineNode = {};
+            const Params placement = column.transform * shape;
+            if (!placement.IsIdentity(0)) Set(text, "transform", MakeTransform(placement));
+            Set(text, "xml:space", "preserve");
+            if (column.clipPath) {
+                paint.SetClip(text, *MakeMoved(*column.clipPath, inverse), column.clipWinding, placement);
+            }
+            AddLook(text);
+        }
+        if (!lineNode) {
+            lineNode = Append(text, "tspan");
+            lineY = inverse.ApplyTo(place).y;
+            Set(lineNode, "y", MakeNumber(lineY, 4));
+        }
+        return inverse.ApplyTo(place);
+    }
+
+    /// What a run of that look is put into. The element has the look of its first run.
+    pugi::xml_node MakeRunNode(const Atts& atts, double y)
+    {
+        const bool isFirst = !textAtts;
+        if (isFirst) {
+            textAtts = atts;
+            SetPaint(text, *atts, false);
+        }
+        std::string style;
+        AddDecorations(style, *atts);
+        const bool isPlain = atts == textAtts && style.empty() && std::abs(y - lineY) < 1e-4;
+        if (isPlain) return lineNode;
+        pugi::xml_node node = Append(lineNode, "tspan");
+        Set(node, "y", MakeNumber(y, 4));
+        if (!(atts == textAtts)) SetPaint(node, *atts, true);
+        if (!style.empty()) Set(node, "style", style);
+        return node;
+    }
+
+    void SetPaint(pugi::xml_node node, const Story::GlyphAtts& atts, bool isOverriding)
+    {
+        using namespace Story::GlyphAtt;
+        SetFont(node, atts, isOverriding);
+        paint.SetFill(node, *atts.GetFill(Story::GlyphAtt::Fill));
+        if (Renderer::LineStyleDescriptor::IsLineStyleVisible(atts.GetLineStyle(), atts.GetFill(StrokeFill)))
+            paint.SetStroke(node, *atts.GetFill(StrokeFill), *atts.GetLineStyle(), GetScale(column.transform * shape));
+        else if (isOverriding)
+            Set(node, "stroke", "none");
+    }
+
+    void AddLook(pugi::xml_node node)
+    {
+        std::string style;
+        AddBlendMode(style, column.GetBlendMode());
+        if (!style.empty()) Set(node, "style", style);
+    }
+
+    const pugi::xml_node parent;
+    const ColumnObject& column;
+    SvgPaint& paint;
+    const Kernel::RectT<double> frame;
+    pugi::xml_node text;
+    /// From the element to the column.
+    Params shape;
+    Params inverse;
+    /// The look that the element has; null for none yet.
+    Atts textAtts;
+    pugi::xml_node lineNode;
+    double lineY = 0;
+};
+
+} // namespace
+
+void AddColumn(pugi::xml_node parent, const ColumnObject& column, SvgPaint& paint)
+{
+    ColumnWriter(parent, column, paint).Write();
+}
+
+} // namespace Host

@@ -1,0 +1,82 @@
+#include "exporters/SvgShapes.h"
+
+#include "exporters/PathData.h"
+#include "exporters/SvgElement.h"
+#include "exporters/SvgPaint.h"
+
+#include <Quillet/LayerObject.h>
+#include <Quillet/PathObject.h>
+
+#include <cmath>
+#include <string>
+
+namespace Host {
+
+using namespace Quillet;
+using Geometry::WindingOrderMode;
+using Params = Raster::AffineTransform::Params;
+
+namespace {
+
+/// Turns and mirrors, and scales both directions alike.
+bool IsSimilarity(const Params& transform)
+{
+    const double x = std::hypot(transform.a, transform.b);
+    const double y = std::hypot(transform.c, transform.d);
+    const double skew = transform.a * transform.c + transform.b * transform.d;
+    return x > 0 && std::abs(x - y) <= 1e-4 * x && std::abs(skew) <= 1e-4 * x * y;
+}
+
+} // namespace
+
+pugi::xml_node SvgShapes::AddGroup(pugi::xml_node parent, const GroupObject& group)
+{
+    pugi::xml_node node = Append(parent, "g");
+    std::string style;
+    if (group.IsLayer()) {
+        const auto& layer = static_cast<const LayerObject&>(group);
+        Set(node, "inkscape:groupmode", "layer");
+        if (!layer.isEditable) Set(node, "sodipodi:insensitive", "true");
+        if (!layer.isVisible) AddStyle(style, "display:none");
+    }
+    if (!group.name.empty()) Set(node, "inkscape:label", MakeXmlText(group.name));
+    if (group.clipPath) paint.SetClip(node, *group.clipPath, group.clipWinding, group.transform);
+    if (group.opacity != 1) Set(node, "opacity", MakeNumber(group.opacity));
+    if (group.isIsolated) AddStyle(style, "isolation:isolate");
+    AddBlendMode(style, group.blendMode);
+    if (!style.empty()) Set(node, "style", style);
+    return node;
+}
+
+void SvgShapes::AddPath(pugi::xml_node parent, const PathObject& object)
+{
+    if (!object.path) return;
+    pugi::xml_node node = Append(parent, "path");
+    const bool isStroked = object.IsStroked();
+    // A line has one width on the page, which SVG can say only where x and y are scaled alike; elsewhere the path
+    // itself moves to the page, and its clip with it.
+    const bool isOnPage = isStroked && !IsSimilarity(object.transform);
+    if (isOnPage) {
+        Set(node, "d", MakePathData(*MakeMoved(*object.path, object.transform), Params()));
+    } else {
+        Set(node, "d", MakePathData(*object.path, object.transform));
+        if (!object.transform.IsIdentity(0)) Set(node, "transform", MakeTransform(object.transform));
+    }
+    paint.SetFill(node, *object.GetBrushDescriptor());
+    if (object.IsFilled() && object.winding == WindingOrderMode::EvenOdd) Set(node, "fill-rule", "evenodd");
+    if (isStroked) {
+        const double scale = isOnPage ? 1 : GetScale(object.transform);
+        paint.SetStroke(node, *object.penDescriptor, *object.lineStyleDescriptor, scale);
+    }
+    if (object.clipPath && isOnPage) {
+        paint.SetClip(node, *MakeMoved(*object.clipPath, object.transform), object.clipWinding, Params());
+    } else if (object.clipPath) {
+        paint.SetClip(node, *object.clipPath, object.clipWinding, object.transform);
+    }
+    if (object.opacity != 1) Set(node, "opacity", MakeNumber(object.opacity));
+    std::string style;
+    AddBlendMode(style, object.blendMode);
+    if (!style.empty()) Set(node, "style", style);
+}
+
+} // namespace Host

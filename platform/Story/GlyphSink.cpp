@@ -1,0 +1,7 @@
+#include <Story/GlyphSink.h>
+
+namespace Story {
+
+GlyphSink::~GlyphSink() = default;
+
+} // namespace Story

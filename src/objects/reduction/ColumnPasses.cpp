@@ -1,0 +1,64 @@
+// The passes that repair the columns of a group, and finish them.
+
+#include <Quillet/ColumnObject.h>
+#include <Quillet/GroupObject.h>
+#include <Quillet/Page.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace Quillet {
+
+namespace {
+
+ColumnObject* AsColumn(const Kernel::Counted<Object>& object)
+{
+    const bool isColumn = object && object->GetKind() == Object::Kind::Column;
+    return isColumn ? static_cast<ColumnObject*>(object.Get()) : nullptr;
+}
+
+} // namespace
+
+void GroupObject::IsolateAdjacentColumns()
+{
+    const Kernel::NonCounted<const Page> ownPage = GetPage();
+    Children isolated;
+    isolated.reserve(children.size());
+    for (Kernel::Counted<Object>& child : children) {
+        isolated.push_back(std::move(child));
+        // What was taken out may hold another column in its turn.
+        while (ColumnObject* column = AsColumn(isolated.back())) {
+            const Kernel::Counted<ColumnObject> beside = column->ExtractAdjacentColumn(ownPage);
+            if (!beside) break;
+            beside->SetParent(this);
+            isolated.push_back(beside);
+        }
+    }
+    children = std::move(isolated);
+}
+
+void GroupObject::MergeAdjacentColumns()
+{
+    Children merged;
+    merged.reserve(children.size());
+    for (Kernel::Counted<Object>& child : children) {
+        ColumnObject* const column = AsColumn(child);
+        ColumnObject* const before = merged.empty() ? nullptr : AsColumn(merged.back());
+        if (column && before && before->CanMergeColumn(*column)) {
+            before->MergeColumn(*column);
+        } else {
+            merged.push_back(std::move(child));
+        }
+    }
+    children = std::move(merged);
+}
+
+void GroupObject::SetParagraphs()
+{
+    for (const Kernel::Counted<Object>& child : children) {
+        if (ColumnObject* column = AsColumn(child)) column->SetParagraphs();
+    }
+    UpdateBBox();
+}
+
+} // namespace Quillet

@@ -1,0 +1,92 @@
+#include <Quillet/TextLineObject.h>
+
+#include <Quillet/ColumnObject.h>
+
+#include <Story/GlyphSink.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Quillet {
+
+namespace {
+
+constexpr double c_sameTransform = 1e-6;
+constexpr char32_t c_paragraphEnd = 0x2029;
+
+/// A blank is one whether the file says so or the font.
+char32_t GetCharacter(const Char& c)
+{
+    return c.unicode == 0 && c.isSpace ? U' ' : c.unicode;
+}
+
+template <typename Measure>
+double GetLargest(const TextLineObject::Chars& chars, Measure measure)
+{
+    double largest = 0;
+    const Story::GlyphAtts* known = nullptr;
+    for (const Char& c : chars) {
+        if (c.atts.Get() != known) largest = std::max(largest, measure(*c.atts));
+        known = c.atts.Get();
+    }
+    return largest;
+}
+
+} // namespace
+
+void TextLineObject::AppendTo(Story::GlyphSink& sink, bool isWrapped) const
+{
+    if (isParagraphFront) {
+        sink.SetParagraphAtts(paragraphAtts ? Kernel::ConsolidateObjectClone(paragraphAtts)
+                                            : Story::ParagraphAtts::GetDefault());
+    }
+    const Story::GlyphAtts* sent = nullptr;
+    for (std::size_t i = GetMarkerEnd(); i < chars.size(); ++i) {
+        const Char& c = chars[i];
+        if (c.atts.Get() != sent) sink.SetGlyphAtts(c.atts);
+        sent = c.atts.Get();
+        if (c.glyphIndex >= 1) {
+            sink.AddGlyphIndex(c.glyphIndex, GetCharacter(c));
+        } else {
+            sink.Add(GetCharacter(c));
+        }
+    }
+    if (IsColumnBack()) return;
+    if (isParagraphBack) {
+        sink.Add(c_paragraphEnd);
+    } else if (!isWrapped || needsLineBreak) {
+        sink.Add(Story::GlyphFactory::Instance().GetHardBreak(Story::HardBreak::Line));
+    } else if (chars.empty() || !chars.back().IsTab()) {
+        sink.Add(U' ');
+    }
+}
+
+bool TextLineObject::IsColumnBack() const
+{
+    if (!parent || parent->GetKind() != Kind::Column) return false;
+    const auto& lines = static_cast<const ColumnObject&>(*parent).lines;
+    return !lines.empty() && lines.back().Get() == this;
+}
+
+bool TextLineObject::HasArtTransform() const
+{
+    const auto isSame = [](double a, double b) { return std::abs(a - b) <= c_sameTransform; };
+    // Turned back, so that the baseline is level. What is mirrored has one scale below 0.
+    const double across = std::hypot(transform.a, transform.b);
+    if (!isSame(across, 1)) return true;
+    const double down = transform.GetDeterminant() / across;
+    const double slant = (transform.a * transform.c + transform.b * transform.d) / across;
+    return !isSame(down, 1) || !isSame(slant, 0);
+}
+
+double TextLineObject::GetSpaceAbove() const
+{
+    return GetLargest(chars, [](const Story::GlyphAtts& atts) { return atts.GetTypographicAscent(); });
+}
+
+double TextLineObject::GetMinSpaceBelow() const
+{
+    return GetLargest(chars, [](const Story::GlyphAtts& atts) { return atts.GetDescent(); });
+}
+
+} // namespace Quillet
