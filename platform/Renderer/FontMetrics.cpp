@@ -325,27 +325,42 @@ FontMetrics::FontMetrics(const Font& askedFont)
     const std::lock_guard lock(face->mutex);
     const double em = face->unitsPerEm;
     ascent = face->face->ascender / em;
-    descent = -face->face->descender / em;
+    descent = std::abs(face->face->descender / em);
     typographicAscent = ascent;
+    // FreeType's height is the distance of two baselines.
+    ascent += std::max(face->face->height / em - (ascent + descent), 0.0);
     if (face->face->underline_thickness != 0) {
-        underlineThickness = face->face->underline_thickness / em;
-        // FreeType gives the middle of the rule. The table that it has that from has the edge, not rounded.
+        underline.thickness = face->face->underline_thickness / em;
+        // FreeType makes the middle of the rule of the edge that the table gives, and rounds it.
         const auto* post = static_cast<const TT_Postscript*>(FT_Get_Sfnt_Table(face->face.get(), FT_SFNT_POST));
-        underlinePosition =
-            post ? -post->underlinePosition / em : -face->face->underline_position / em - underlineThickness / 2;
+        underline.top =
+            post ? -post->underlinePosition / em : -face->face->underline_position / em - underline.thickness / 2;
     }
     const auto* os2 = static_cast<const TT_OS2*>(FT_Get_Sfnt_Table(face->face.get(), FT_SFNT_OS2));
     if (os2 && os2->yStrikeoutSize != 0) {
-        strikeoutThickness = os2->yStrikeoutSize / em;
-        strikeoutPosition = -os2->yStrikeoutPosition / em;
+        strikeout = {-os2->yStrikeoutPosition / em, os2->yStrikeoutSize / em};
     } else {
-        strikeoutThickness = underlineThickness;
-        strikeoutPosition = c_strikeoutMiddle - strikeoutThickness / 2;
+        strikeout = {c_strikeoutMiddle - underline.thickness / 2, underline.thickness};
     }
     if (os2 && os2->sTypoAscender > 0) typographicAscent = os2->sTypoAscender / em;
 }
 
 FontMetrics::~FontMetrics() = default;
+
+TextRule FontMetrics::GetUnderline(RuleSource source) const
+{
+    if (source == RuleSource::Font) return underline;
+    // Measured on what programs print: a quarter of the descent thick, and as far from the baseline.
+    return {descent / 4, descent / 4};
+}
+
+TextRule FontMetrics::GetStrikeout(RuleSource source) const
+{
+    if (source == RuleSource::Font) return strikeout;
+    // Its lower edge lies at a third of what the em has above the baseline.
+    const double thickness = descent / 4;
+    return {(descent - 1) / 3 - thickness, thickness};
+}
 
 GlyphMetrics FontMetrics::GetGlyphMetrics(char32_t character) const
 {

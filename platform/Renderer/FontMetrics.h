@@ -20,6 +20,20 @@ struct GlyphMetrics
     Kernel::RectT<double> box = Kernel::RectT<double>::MakeEmpty();
 };
 
+/// A rule along a line of text, in ems.
+struct TextRule
+{
+    /// From the baseline down to the upper edge; negative above the baseline.
+    double top = 0;
+    double thickness = 0;
+};
+
+/// By what a program places rules.
+enum class RuleSource {
+    Font,    ///< The font's own tables.
+    Descent, ///< The descent alone, whatever the font says, as LibreOffice does for one.
+};
+
 /// The measures of a font of the machine, in ems. Boxes, outlines and rules have y downward from the baseline. Each is
 /// worked out when first asked for and kept; any number of threads may ask.
 ///
@@ -47,18 +61,21 @@ public:
     /// With y downward, from the pen; null for a glyph without an outline.
     Kernel::Counted<const Geometry::PolyCurveDbl> GetOutline(int id) const;
 
-    /// Above the baseline, and below it as a positive number.
+    /// Above the baseline, and below it as a positive number: as far as a background of text reaches. The leading that
+    /// the font itself adds between lines counts as ascent.
     double GetAscent() const { return ascent; }
     double GetDescent() const { return descent; }
     /// Above the baseline: of the line that the font's designer had in mind, which may be lower than the ascent that
     /// keeps every glyph from being cut.
     double GetTypographicAscent() const { return typographicAscent; }
-    /// From the baseline down to the upper edge of the rule, and its thickness.
-    double GetUnderlinePosition() const { return underlinePosition; }
-    double GetUnderlineThickness() const { return underlineThickness; }
-    /// From the baseline down to the upper edge of the rule, hence negative, and its thickness.
-    double GetStrikeoutPosition() const { return strikeoutPosition; }
-    double GetStrikeoutThickness() const { return strikeoutThickness; }
+    TextRule GetUnderline(RuleSource source) const;
+    TextRule GetStrikeout(RuleSource source) const;
+    /// From the baseline down to the upper edge of the rule, and its thickness, by the font's tables.
+    double GetUnderlinePosition() const { return underline.top; }
+    double GetUnderlineThickness() const { return underline.thickness; }
+    /// From the baseline down to the upper edge of the rule, hence negative, and its thickness, by the font's tables.
+    double GetStrikeoutPosition() const { return strikeout.top; }
+    double GetStrikeoutThickness() const { return strikeout.thickness; }
 
     /// What fonts with the same face share.
     struct Face;
@@ -72,10 +89,8 @@ private:
     double ascent = 0.75;
     double descent = 0.25;
     double typographicAscent = 0.75;
-    double underlinePosition = 0.075;
-    double underlineThickness = 0.05;
-    double strikeoutPosition = -0.275;
-    double strikeoutThickness = 0.05;
+    TextRule underline{0.075, 0.05};
+    TextRule strikeout{-0.275, 0.05};
 };
 
 } // namespace Renderer

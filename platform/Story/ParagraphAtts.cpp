@@ -50,12 +50,14 @@ void ParagraphAtts::Set(ParagraphAtt::Double attribute, double value)
 
 void ParagraphAtts::Set(ParagraphAtt::Object, Kernel::Counted<const TabStops> value)
 {
-    tabStops = value ? std::move(value) : GetNoTabStops();
+    if (!value) value = GetNoTabStops();
+    tabStops = std::move(value);
 }
 
 void ParagraphAtts::Set(ParagraphAtt::Object, Kernel::Counted<const ListAtt> value)
 {
-    list = value ? std::move(value) : GetNoList();
+    if (!value) value = GetNoList();
+    list = std::move(value);
 }
 
 void ParagraphAtts::Set(ParagraphAtt::Object, Kernel::Counted<const DropCapAtt> value)

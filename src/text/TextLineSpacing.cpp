@@ -309,8 +309,9 @@ void TextLineObject::ApplyFixedSpaces()
         if (!c.isSpace || !c.isFontAvailable) continue;
         for (const char32_t fixed : {c_emSpace, c_enSpace}) {
             const Renderer::GlyphMetrics glyph = c.atts->GetFontMetrics()->GetGlyphMetrics(fixed);
+            // A font that lacks the space has the width of something else for it.
             const double fixedWidth = (glyph.advance + c.atts->Get(LetterSpacing)) * GetScale(c);
-            if (std::abs(fixedWidth - c.width) > c_fixedSpaceTolerance) continue;
+            if (glyph.id == 0 || std::abs(fixedWidth - c.width) > c_fixedSpaceTolerance) continue;
             c.unicode = fixed;
             c.isSpace = false;
         }

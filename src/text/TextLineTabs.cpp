@@ -156,9 +156,7 @@ void TextLineObject::GetTabStops(Story::TabStops& stops, const Rect& rect, const
                 const bool isRightItem = isEndTab && isAtRight && !hasLeader && !isExact && !isFrequent &&
                                          lineEnd - pen <= textHeight * c_maxRightItem;
                 const double place = std::round((pen - rect.left) / tolerance) * tolerance;
-                // A new stop moves those behind it.
-                const auto count = static_cast<unsigned long long>(stops.end() - stops.begin());
-                if (!Budget::Spend(count / Limits::c_movedBucketsPerUnit + Limits::c_entryUnits)) return;
+                if (!Budget::Spend(Limits::c_entryUnits)) return;
                 stops.Set(isRightItem ? Story::TabStop(0, Story::Tab::Right, true)
                                       : Story::TabStop(place, Story::Tab::Left, false));
             }
@@ -187,11 +185,10 @@ void TextLineObject::ApplyTabStops(const Story::TabStops& stops, const Rect& rec
         if (stop == stops.end() || !(std::abs(c.GetWordSpace() - wordSpace) > c_sameSpace)) continue;
         MakeTab(c);
         double start = gapStart;
-        auto passed = stops.FindNextInexact(gapStart, 0, tolerance);
-        // A tab that begins at a stop goes on to the next one.
-        while (passed < stop && !(passed->position > gapStart + tolerance))
-            ++passed;
-        for (; passed < stop; ++passed) {
+        for (auto passed = stops.FindNextInexact(gapStart, 0, tolerance);
+             passed != stops.end() && !passed->fromRight && passed->position < stop->position; ++passed) {
+            // A tab that begins at a stop goes on to the next one.
+            if (!(passed->position > gapStart + tolerance)) continue;
             if (!Budget::Spend(Limits::c_charUnits)) break;
             copy.TakeUpTo(i);
             Char tab = c;

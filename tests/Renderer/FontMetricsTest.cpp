@@ -109,7 +109,9 @@ TEST(FontMetrics, LinesLieWhereTheyBelong)
         EXPECT_LT(metrics->GetAscent(), 1.3) << font;
         EXPECT_GT(metrics->GetDescent(), 0.1) << font;
         EXPECT_LT(metrics->GetDescent(), 0.5) << font;
-        EXPECT_GT(metrics->GetUnderlinePosition(), 0.03) << font;
+        EXPECT_GT(metrics->GetTypographicAscent(), 0.5) << font;
+        EXPECT_LE(metrics->GetTypographicAscent(), metrics->GetAscent()) << font;
+        EXPECT_GT(metrics->GetUnderlinePosition(), 0.01) << font;
         EXPECT_LT(metrics->GetUnderlinePosition(), 0.25) << font;
         EXPECT_LT(metrics->GetStrikeoutPosition(), -0.15) << font;
         EXPECT_GT(metrics->GetStrikeoutPosition(), -0.4) << font;
@@ -118,6 +120,24 @@ TEST(FontMetrics, LinesLieWhereTheyBelong)
             EXPECT_LT(thickness, 0.15) << font;
         }
     }
+}
+
+TEST(FontMetrics, RulesAreTheirUpperEdges)
+{
+    const Metrics metrics = MakeMetrics("DejaVuSans");
+    const double em = 2048;
+    EXPECT_NEAR(metrics->GetAscent(), 1901 / em, 1e-9);
+    EXPECT_NEAR(metrics->GetDescent(), 483 / em, 1e-9);
+    EXPECT_NEAR(metrics->GetTypographicAscent(), 1556 / em, 1e-9);
+    EXPECT_NEAR(metrics->GetUnderline(RuleSource::Font).top, 40 / em, 1e-9);
+    EXPECT_NEAR(metrics->GetUnderline(RuleSource::Font).thickness, 90 / em, 1e-9);
+    EXPECT_NEAR(metrics->GetStrikeout(RuleSource::Font).top, -530 / em, 1e-9);
+    EXPECT_NEAR(metrics->GetStrikeout(RuleSource::Font).thickness, 102 / em, 1e-9);
+    // As LibreOffice 7 prints them at 100 points, to a tenth of a point.
+    EXPECT_NEAR(metrics->GetUnderline(RuleSource::Descent).top, 0.0605, 2e-3);
+    EXPECT_NEAR(metrics->GetUnderline(RuleSource::Descent).thickness, 0.059, 1e-3);
+    EXPECT_NEAR(metrics->GetStrikeout(RuleSource::Descent).top, -0.3125, 2e-3);
+    EXPECT_NEAR(metrics->GetStrikeout(RuleSource::Descent).thickness, 0.059, 1e-3);
 }
 
 TEST(FontMetrics, MissingFontsFallBack)

@@ -101,6 +101,18 @@ TEST(GlyphAtts, EachAttributeTellsValuesApart)
     }
 }
 
+TEST(GlyphAtts, MeasuresInPoints)
+{
+    const auto atts = GlyphAtts::GetDefault()->Clone();
+    atts->SetDesiredFont(MakeFont("DejaVuSans"));
+    atts->Set(GlyphAtt::Size, 20.48);
+    atts->Set(GlyphAtt::BaselineShift, 3.0);
+    EXPECT_NEAR(atts->GetAscent(), 19.01, 1e-9);
+    EXPECT_NEAR(atts->GetDescent(), 4.83, 1e-9);
+    EXPECT_NEAR(atts->GetTypographicAscent(), 15.56, 1e-9);
+    EXPECT_EQ(atts->GetTotalAdvanceY(), -3);
+}
+
 TEST(GlyphAtts, PlacesGlyphsAtThePen)
 {
     const auto atts = GlyphAtts::GetDefault()->Clone();

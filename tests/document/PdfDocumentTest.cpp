@@ -8,7 +8,9 @@
 #include <Quillet/GroupObject.h>
 #include <Quillet/Page.h>
 
+#include <Kernel/LocalisedString.h>
 #include <Kernel/MemoryInStream.h>
+#include <Story/StyleSheet.h>
 
 #include <gmock/gmock.h>
 
@@ -188,6 +190,37 @@ TEST(PdfDocumentTest, OpensAgainAfterAnotherFile)
 }
 
 /// Every truncation and every changed byte opens or fails with a kind; pages are built as far as they go.
+TEST(PdfDocumentTest, NamesStylesByTheirLooks)
+{
+    TestDocument document(MakePageBuilder("").Build());
+    EXPECT_FALSE(document->GetStyleSheet());
+    const Kernel::LocalisedString bullet("Bullet Character %1", "Import Style Name");
+    const Kernel::LocalisedString cap("Drop Cap Character %1", "Import Style Name");
+    const auto makeName = [&](double size, const Kernel::LocalisedString& name) {
+        const auto delta = Kernel::MakeCounted<Story::Delta>();
+        delta->doubles[Story::GlyphAtt::Size] = size;
+        return document->MakeStyleName(delta, name);
+    };
+    EXPECT_EQ(document->MakeStyleName(nullptr, bullet), "");
+    EXPECT_EQ(makeName(1, bullet), "Bullet Character 1");
+    EXPECT_EQ(makeName(2, cap), "Drop Cap Character 2");
+    EXPECT_EQ(makeName(1, cap), "Bullet Character 1");
+    Kernel::LocalisedString::SetTable([](const std::string& key, const std::string& context) {
+        return key == "Drop Cap Character %1" && context == "Import Style Name" ? "Initiale %1" : "";
+    });
+    EXPECT_EQ(makeName(3, cap), "Initiale 3");
+    Kernel::LocalisedString::SetTable(nullptr);
+
+    const auto sheet = document->GetStyleSheet();
+    ASSERT_EQ(sheet->GetStyles().size(), 3U);
+    EXPECT_EQ(sheet->GetStyles()[1]->GetName(), "Drop Cap Character 2");
+    EXPECT_EQ(sheet->GetStyles()[1]->GetType(), Story::StyleType::Character);
+    EXPECT_EQ(sheet->GetStyles()[1]->GetDelta()->doubles.at(Story::GlyphAtt::Size), 2);
+    document->Close();
+    EXPECT_FALSE(document->GetStyleSheet());
+    EXPECT_EQ(makeName(4, cap), "Drop Cap Character 1");
+}
+
 TEST(PdfDocumentTest, DamagedFilesOpenOrFailWithAKind)
 {
     const PageParts parts{.resources = "/XObject << /F 5 0 R >> /ExtGState << /G << /LW 2 /D [[1 2] 0] >> >>",
