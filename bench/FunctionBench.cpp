@@ -6,6 +6,7 @@
 #include "colour/ColourSpaceFactory.h"
 #include "colour/DeviceRgbColourSpace.h"
 #include "colour/Function.h"
+#include "document/DocumentState.h"
 
 #include <benchmark/benchmark.h>
 
@@ -79,7 +80,8 @@ void AsGradient(benchmark::State& state, const std::string& body)
     const Made made(body);
     std::size_t stopCount = 0;
     for (auto _ : state)
-        stopCount = made.function->AsGradient(made.document->colourSpaceFactory->deviceRgb, 0, 1)->stops.size();
+        stopCount =
+            made.function->AsGradient(made.document->GetState().colourSpaceFactory->deviceRgb, 0, 1)->stops.size();
     state.counters["stops"] = static_cast<double>(stopCount);
     state.SetItemsProcessed(state.iterations());
 }

@@ -4,6 +4,7 @@
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
 
+#include "document/DocumentState.h"
 #include "document/Encrypt.h"
 #include "filters/Stream.h"
 
@@ -58,9 +59,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!document.isOpen) return 0;
     ReadAll(document);
     document->SetPassword("user");
-    if (!Encrypt::HasUserPermissions(document->encrypt->level)) {
-        document->encrypt->fileKey.assign(static_cast<std::size_t>(document->encrypt->keyLength), 'k');
-        document->encrypt->level = DecryptLevelUser;
+    if (!Encrypt::HasUserPermissions(document->GetState().encrypt.level)) {
+        document->GetState().encrypt.fileKey.assign(static_cast<std::size_t>(document->GetState().encrypt.keyLength),
+                                                    'k');
+        document->GetState().encrypt.level = DecryptLevelUser;
     }
     ReadAll(document);
     document->Close();

@@ -4,6 +4,7 @@
 #include "colour/ColourSpaceFactory.h"
 #include "colour/DeviceRgbColourSpace.h"
 #include "colour/Function.h"
+#include "document/DocumentState.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
 
@@ -52,7 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             function->Call(out.data(), function->rangeSize, in.data(), inCount);
             function->Call(out.data(), out.size(), in.data(), inCount);
         }
-        function->AsGradient(document->colourSpaceFactory->deviceRgb, 0, 1);
+        function->AsGradient(document->GetState().colourSpaceFactory->deviceRgb, 0, 1);
     }
     return 0;
 }

@@ -134,7 +134,7 @@ private:
         PageResult result;
         const PdfDocument& document = *opened.document;
         // Numbers depend on the page alone, and not on the pages that this document happened to build before.
-        document.nextObjectId = 0;
+        document.SetNextObjectId(0);
         const Budget::Scope scope = document.OpenScope(Budget::Share::Page);
         result.isUnpaid = !Budget::Spend(Costs::c_page);
         PageTree tree;
@@ -142,7 +142,7 @@ private:
         result.isFound = tree.page != nullptr;
         result.problems = opened.counter.Take();
         long long firstId = 0;
-        idTurns.InTurn(place, [&] { firstId = std::exchange(nextId, nextId + document.nextObjectId); });
+        idTurns.InTurn(place, [&] { firstId = std::exchange(nextId, nextId + document.GetNextObjectId()); });
         if (tree.root && !Interrupt::IsSet()) MakeText(result, tree, index, firstId);
         return result;
     }

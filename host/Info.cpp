@@ -90,14 +90,14 @@ std::string JoinKeywords(const std::vector<std::string>& keywords)
 
 std::string GetProtection(const PdfDocument& document)
 {
-    if (document.decryptLevel == DecryptLevelOpen) return "none";
+    if (document.GetDecryptLevel() == DecryptLevelOpen) return "none";
     return document.GetEncryptionMethod() + ", opened as " + (document.HasOwnerPermissions() ? "owner" : "user");
 }
 
 /// What whoever opened the document may do; nothing to tell of one that is not encrypted.
 std::string MakePermissionText(const PdfDocument& document)
 {
-    if (document.decryptLevel == DecryptLevelOpen) return {};
+    if (document.GetDecryptLevel() == DecryptLevelOpen) return {};
     if (!document.IsRestricted()) return "all";
     std::string text;
     for (const std::string& name : GetPermissionNames(document))

@@ -32,7 +32,7 @@ void OpenedDocument::Open()
 bool OpenedDocument::IsWithheld() const
 {
     // The permissions may keep a user from the object streams, and the page tree may lie in one.
-    return document->decryptLevel == DecryptLevelUser && !document->HasUserPermissions() &&
+    return document->GetDecryptLevel() == DecryptLevelUser && !document->HasUserPermissions() &&
            document->GetPageCount() == 0;
 }
 

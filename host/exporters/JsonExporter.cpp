@@ -243,11 +243,11 @@ void WriteDocument(JsonWriter& json, const PdfDocument& document)
     WriteLongText(json.Key("creator"), document.GetCreator());
     WriteLongText(json.Key("producer"), document.GetProducer());
     json.Key("pageCount").Integer(document.GetPageCount());
-    json.Key("decryptLevel").Integer(document.decryptLevel);
+    json.Key("decryptLevel").Integer(document.GetDecryptLevel());
     json.Key("hasUserPermissions").Flag(document.HasUserPermissions());
     json.Key("hasOwnerPermissions").Flag(document.HasOwnerPermissions());
     json.Key("isRestricted").Flag(document.IsRestricted());
-    if (document.decryptLevel != DecryptLevelOpen) {
+    if (document.GetDecryptLevel() != DecryptLevelOpen) {
         json.Key("encryption").Text(document.GetEncryptionMethod());
         json.Key("permissions").BeginArray();
         for (const std::string& name : GetPermissionNames(document))

@@ -43,7 +43,6 @@ public:
     Params transform;
     /// Owned by nobody here: it is the parent that owns its children.
     Kernel::NonCounted<Object> parent;
-    Kernel::Counted<const SoftMask> softMask;
     /// In the space of `bbox`. Shared: never change it in place.
     Kernel::Counted<const Geometry::PolyCurveDbl> clipPath;
     Geometry::WindingOrderMode clipWinding = Geometry::WindingOrderMode::NonZero;
@@ -77,8 +76,8 @@ public:
     /// Cuts `bbox` by the clip's box. `transformedBBox` follows with the next `SetBBox` or `UpdateBBox`.
     void SetClipPath(Kernel::Counted<const Geometry::PolyCurveDbl> path, Geometry::WindingOrderMode winding);
     void ClearClipPath();
-    void SetSoftMask(Kernel::Counted<const SoftMask> mask);
-    const Kernel::Counted<const SoftMask>& GetSoftMask() const { return softMask; }
+    /// Whether a soft mask shapes the object's opacity.
+    bool HasSoftMask() const { return static_cast<bool>(softMask); }
 
     /// The topmost object above this one, which may be this one.
     Kernel::NonCounted<Object> GetRoot();
@@ -107,6 +106,13 @@ public:
     /// comparison. Defined in `GroupObject.h`.
     inline GroupObject* AsGroup();
     inline const GroupObject* AsGroup() const;
+
+    // Not for hosts.
+
+    void SetSoftMask(Kernel::Counted<const SoftMask> mask);
+    const Kernel::Counted<const SoftMask>& GetSoftMask() const { return softMask; }
+
+    Kernel::Counted<const SoftMask> softMask;
 
 protected:
     explicit Object(Kind newKind);

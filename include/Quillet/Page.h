@@ -18,19 +18,21 @@ class SequentialSource;
 class QUILLET_API Page : public PageBase
 {
 public:
-    using PageBase::PageBase;
-
     int GetPageCount() const override { return 1; }
     Kernel::Counted<const Page> GetPage(int index) const override;
 
-    /// The streams of the page's content; raises PageTree if the object says that it is no page.
-    std::vector<Ref> GetContents() const;
-    /// The content, joined.
-    Kernel::Counted<SequentialSource> GetContentsStream() const;
     /// Runs the content and gives the tree of what it paints, in points, y downward, from the top left of the rotated
     /// trim box. Stops early, with what there is, once the host's abort flag is set. Faults in the content are
     /// recorded; only fatal kinds are thrown.
     Kernel::Counted<GroupObject> BuildObjects() const;
+
+    // Not for hosts.
+
+    using PageBase::PageBase;
+    /// The streams of the page's content; raises PageTree if the object says that it is no page.
+    std::vector<Ref> GetContents() const;
+    /// The content, joined.
+    Kernel::Counted<SequentialSource> GetContentsStream() const;
     /// Appends what the fonts in the page's resources ask for, each font of the file once for all calls with one
     /// `seen`.
     void GetFonts(std::vector<Kernel::Font>& fonts, std::unordered_set<const Font*>& seen) const;

@@ -21,10 +21,11 @@ class Resources;
 class QUILLET_API PageBase : public RefCacheable, public ErrorForwarder
 {
 public:
-    PageBase(Kernel::NonCounted<const PageBase> parentNode, Dictionary& dictionary, int firstIndex);
     ~PageBase() override;
 
     const bool* GetAbortPointer() const override;
+    /// Raises `type` at the node.
+    void OnError(Error::Type type) const override;
     /// Pages in and below this node, as the file claims it.
     virtual int GetPageCount() const = 0;
     /// The page with this index in the document.
@@ -39,16 +40,23 @@ public:
     Kernel::RectT<double> GetClipBox() const;
     /// Clockwise, in degrees. A negative whole turn stays 360.
     int GetRotate() const;
-    Kernel::Counted<const Resources> GetResources() const;
-    Ref GetResourcesRef() const;
     /// The extent of a page turned by `angle`: 90 and 270 exchange x and y.
     static Kernel::RectT<double> ApplyRotate(const Kernel::RectT<double>& rect, int angle);
     /// A number that is unique in the document.
     int MakeObjectId() const;
 
+    // Not for hosts.
+
+    PageBase(Kernel::NonCounted<const PageBase> parentNode, Dictionary& dictionary, int firstIndex);
+
+    /// The node's own, or those that it inherits; null for none.
+    Kernel::Counted<const Resources> GetResources() const;
+    Ref GetResourcesRef() const;
+
     /// Held: a page that a host keeps asks the nodes above it, whatever becomes of the document's caches.
     Kernel::Counted<const PageBase> parent;
     Ref ref;
+    /// Index of the first page in or below the node.
     int firstPage;
     std::optional<Kernel::RectT<double>> mediaBox;
     std::optional<Kernel::RectT<double>> cropBox;

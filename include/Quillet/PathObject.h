@@ -1,6 +1,5 @@
 #pragma once
 
-#include <Quillet/Fill.h>
 #include <Quillet/Object.h>
 
 #include <Geometry/CurveNode.h>
@@ -13,8 +12,6 @@
 #include <vector>
 
 namespace Quillet {
-
-class PaintState;
 
 /// A shape with a fill, a stroke or both.
 ///
@@ -32,18 +29,15 @@ public:
     Kernel::Counted<Renderer::FillDescriptor> penDescriptor;
     Kernel::Counted<Renderer::LineStyleDescriptor> lineStyleDescriptor;
     Renderer::FillBlendMode::BlendMode blendMode{};
-    /// Of the object as a whole, beside what its paints have.
+    /// Of the object as a whole, from 0 to 1, beside what its paints have.
     double opacity = 1.0;
     /// What the path is, if it is one curve, within 1/16 point on the page.
     bool isRectangle = false;
     bool isEllipse = false;
     bool isStraightLine = false;
 
-    /// A path painted with a graphics state, which gives paints, line style, alphas, blend mode and soft mask;
-    /// `newPath` is in the state's user space. Without a page, the object has no id.
-    PathObject(const Kernel::Counted<const Page>& page, const PaintState& state,
-               const Kernel::Counted<const Geometry::PolyCurveDbl>& newPath, Fill::Type type,
-               Geometry::WindingOrderMode newWinding);
+    /// Without a shape and paints so far. Takes an id from `page`, which may be null.
+    explicit PathObject(Kernel::NonCounted<const Page> page);
     /// A filled rectangle in page space.
     PathObject(const Kernel::Counted<const Page>& page, const Rect& rect,
                Kernel::Counted<Renderer::FillDescriptor> brush);

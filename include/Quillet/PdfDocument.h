@@ -6,7 +6,6 @@
 #include <Quillet/ErrorForwarder.h>
 #include <Quillet/FontInfo.h>
 #include <Quillet/PageClipArea.h>
-#include <Quillet/Ref.h>
 #include <Quillet/TextFidelity.h>
 
 #include <Kernel/Abortable.h>
@@ -19,7 +18,6 @@
 
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace Kernel {
@@ -34,17 +32,9 @@ class StyleSheet;
 
 namespace Quillet {
 
-namespace Guard {
-class Trail;
-}
-
-class ColourSpaceFactory;
-class Encrypt;
-class OCProperties;
 class Page;
-class PageBase;
 class PdfSource;
-class XRefs;
+struct DocumentState;
 
 /// One PDF document: the object that a host holds for as long as it uses any page or object of it.
 ///
@@ -58,31 +48,41 @@ public:
     ~PdfDocument() override;
 
     const bool* GetAbortPointer() const override { return abortPointer; }
-    /// Once the account of the document is used up, what else is missing is not told: it follows from that.
+    /// The handler is told by `OnErrorAt`, with what is known of the place. Once the account of the document is used
+    /// up, what else is missing is not told: it follows from that.
     void OnError(Error::Type type) const override;
+    void OnErrorAt(Error::Type type, const ErrorPlace& place) const override;
 
-    void SetTextFidelity(TextFidelity value) { textFidelity = value; }
-    void SetIsGroupTextLines(bool isOn) { isGroupTextLines = isOn; }
-    void SetPageClipArea(PageClipArea value) { pageClipArea = value; }
-    /// BCP 47 tag of imported text.
-    void SetLanguageId(const std::string& tag) { languageId = tag; }
+    void SetTextFidelity(TextFidelity value);
+    TextFidelity GetTextFidelity() const;
+    /// Whether lines of text become columns; false unless it is set.
+    void SetIsGroupTextLines(bool isOn);
+    bool IsGroupTextLines() const;
+    /// What a page is cut to; nothing unless it is set.
+    void SetPageClipArea(PageClipArea value);
+    PageClipArea GetPageClipArea() const;
+    /// BCP 47 tag of imported text; "zxx", text without a language, unless it is set.
+    void SetLanguageId(const std::string& tag);
+    const std::string& GetLanguageId() const;
     /// The colour model that the host would like bitmaps to have; `None` leaves it to the pages.
-    void SetRequestedColourSpace(Raster::ColourSpace model) { requestedColourSpace = model; }
+    void SetRequestedColourSpace(Raster::ColourSpace model);
+    Raster::ColourSpace GetRequestedColourSpace() const;
     /// The host's profiles for colours that come without one.
-    void SetDefaultProfiles(const Raster::ICCManager::ICCProfileSet& profiles) { defaultProfiles = profiles; }
+    void SetDefaultProfiles(const Raster::ICCManager::ICCProfileSet& profiles);
+    const Raster::ICCManager::ICCProfileSet& GetDefaultProfiles() const;
     /// Fixes the pixel format of the import, so that none is chosen page by page.
     void SetFormat(Raster::Format format, const Raster::ICCManager::ICCProfileSet& profiles);
     /// Before an open call the text is kept for it, up to the next `Close`; after, it is tried at once, and the
-    /// document's `decryptLevel` stays.
+    /// document's `GetDecryptLevel` stays.
     void SetPassword(const std::string& password);
     /// The account of what comes from here on: of all documents that a host opens from one file, one for each thread,
     /// say. Null gives the file that is open, and each that is opened, one by its size.
     void SetBudget(Kernel::Counted<const Budget> account);
     /// Null before a file is opened.
-    const Kernel::Counted<const Budget>& GetBudget() const { return budget; }
+    const Kernel::Counted<const Budget>& GetBudget() const;
     /// What this thread does from here to the end of the block is paid from the document's account. The library does so
     /// by itself; a host does it around a page that it builds and writes.
-    Budget::Scope OpenScope(Budget::Share share) const { return {budget, share, GetAbortPointer()}; }
+    Budget::Scope OpenScope(Budget::Share share) const;
 
     /// Whether the file has a header and an end of file marker. What lies between is not looked at.
     bool IsPdfFile(const std::string& path);
@@ -104,8 +104,8 @@ public:
     /// Drops what was opened, and the password. Settings stay.
     void Close();
 
+    /// The path, or the name that was given with a stream; empty if nothing is open.
     std::string GetDocName() const;
-    Kernel::Counted<PdfSource> GetSource() const;
     /// As "PDF-1.7", or the PDF/X version that the document claims.
     std::string GetVersionString() const;
     /// The number behind "PDF/X-"; 0 for none.
@@ -120,8 +120,10 @@ public:
     /// Split at every comma if there is one, else at every blank.
     std::vector<std::string> GetKeywords() const;
     /// The bytes of the catalog's metadata stream.
-    const std::string& GetXmpMetadata() const { return xmpMetadata; }
+    const std::string& GetXmpMetadata() const;
 
+    /// How far the file could be opened: by its encryption and the password at that time.
+    DecryptLevel GetDecryptLevel() const;
     bool HasUserPermissions() const;
     bool HasOwnerPermissions() const;
     bool HasPermissions(Permissions::Type mask) const;
@@ -142,7 +144,11 @@ public:
     /// By which profiles the colours of a page are meant, -1 being the whole document: that of the document's output
     /// intent for its model, then the host's defaults, then the machine's. So far all pages have the same.
     Raster::ICCManager::ICCProfileSet GetICCProfiles(int pageIndex) const;
-    int MakeObjectId() const { return nextObjectId++; }
+    /// The number that the next object of a tree gets; from 0 on, and again with each open call.
+    int GetNextObjectId() const;
+    /// For a host that numbers each page from a number of its own.
+    void SetNextObjectId(int id) const;
+    int MakeObjectId() const;
 
     /// What stands in for fonts that the machine lacks; null for a map without answers. Fonts read so far are read
     /// anew.
@@ -164,50 +170,14 @@ public:
     /// the place of %1. Empty for null.
     std::string MakeStyleName(const Kernel::Counted<const Story::Delta>& delta, const Kernel::LocalisedString& name);
 
-    /// Where the library is in this document now. Not for hosts.
-    Guard::Trail& GetTrail() const { return *trail; }
+    // Not for hosts.
 
-    // Members, which other classes of the library read.
-    Kernel::Counted<PdfSource> source;
-    TextFidelity textFidelity = TextFidelityExact;
-    std::string languageId = "zxx";
-    bool isGroupTextLines = false;
-    PageClipArea pageClipArea = PageClipNone;
-    std::unique_ptr<XRefs> xrefs;
-    float version = 0;
-    long long xrefPos = 0;
-    Raster::ICCManager::ICCProfileSet defaultProfiles;
-    DefaultErrorHandler defaultErrorHandler;
-    Ref trailer;
-    Ref root;
-    Ref encryptRef;
-    Ref info;
-    std::string xmpMetadata;
-    Kernel::Counted<const PageBase> pages;
-    std::unique_ptr<Encrypt> encrypt;
-    DecryptLevel decryptLevel = DecryptLevelNone;
-    std::vector<std::vector<char>> fileId;
-    mutable int nextObjectId = 0;
-    Kernel::Counted<ColourSpaceFactory> colourSpaceFactory;
-    /// Those seen while pages were built.
-    mutable std::vector<Kernel::Font> fonts;
-    /// Null for the default one.
-    Kernel::Counted<const Kernel::FontMap> fontMap;
-    Kernel::Counted<const OCProperties> ocProperties;
-    Raster::ColourSpace requestedColourSpace = Raster::ColourSpace::None;
-    Raster::Format rasterFormat = Raster::Format::None;
-    /// Page that the format was chosen for; -2 for none yet, -1 for a choice of the host.
-    int rasterFormatPage = -2;
-    Raster::ICCManager::ICCProfileSet rasterProfiles;
+    Kernel::Counted<PdfSource> GetSource() const;
+    DocumentState& GetState() const { return *state; }
 
 private:
+    const std::unique_ptr<DocumentState> state;
     Kernel::Counted<Story::StyleSheet> styleSheet;
-    /// Places in `fonts`.
-    mutable std::unordered_multimap<std::string, std::size_t> fontsByName;
-
-    Kernel::Counted<const Budget> budget;
-    bool isOwnBudget = true;
-    const std::unique_ptr<Guard::Trail> trail;
 
     bool Open(Kernel::Counted<PdfSource> newSource, const std::string& name);
     /// Lets go of the file and all that was read of it, but not of the password.
@@ -220,6 +190,8 @@ private:
     void ReadTrailer();
     void ReadEncrypt();
     void ReadCatalog();
+    /// Tells the handler, with what the document knows of the place.
+    void Raise(Error::Type type, ErrorPlace place) const;
     /// Raises `CutShort` if that is what happened in `scope`.
     bool CheckWhole(const Budget::Scope& scope) const;
     /// Whether nobody may read the content yet: locked, or without the right to extract.

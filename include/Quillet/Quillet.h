@@ -11,6 +11,7 @@
 #include <Quillet/Error.h>
 #include <Quillet/ErrorForwarder.h>
 #include <Quillet/ErrorHandler.h>
+#include <Quillet/ErrorPlace.h>
 #include <Quillet/Fill.h>
 #include <Quillet/FontInfo.h>
 #include <Quillet/GroupObject.h>
@@ -27,3 +28,12 @@
 #include <Quillet/TextLineObject.h>
 #include <Quillet/TreeWalk.h>
 #include <Quillet/Version.h>
+
+// What these take from hosts and give to them by pointer or reference.
+#include <Kernel/InStream.h>
+#include <Kernel/LocalisedString.h>
+#include <Raster/DynamicBitmap.h>
+#include <Story/Delta.h>
+#include <Story/GlyphSink.h>
+#include <Story/Story.h>
+#include <Story/StyleSheet.h>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Quillet/Error.h>
+#include <Quillet/ErrorPlace.h>
 #include <Quillet/RefCacheable.h>
 
 #include <Kernel/Counted.h>
@@ -52,8 +53,6 @@ public:
         QUILLET_API std::size_t operator()(const Place& place) const;
     };
     Place GetPlace() const;
-    /// Where the value is read from; null without a document.
-    Kernel::Counted<PdfSource> GetSource() const;
     /// Same position in the same source, and both whole objects or both not.
     friend QUILLET_API bool operator==(const Ref& a, const Ref& b);
     std::size_t GetHash() const;
@@ -62,10 +61,14 @@ public:
 
     bool IsEncrypted() const;
     void DecryptBuf(std::vector<char>& buf) const;
-    Encrypt* GetEncrypt() const;
+    /// The document; null without one.
     const ErrorHandler* GetErrorHandler() const;
-    Kernel::NonCounted<ColourSpaceFactory> GetColourSpaceFactory() const;
+    /// Raises `type` at this value. Without a document, nothing happens.
     void OnError(Error::Type type) const;
+    /// The object, and the position of the value in the file.
+    ErrorPlace GetErrorPlace() const { return GetErrorPlace(GetPos()); }
+    /// The object, and a position in what it is read from.
+    ErrorPlace GetErrorPlace(unsigned long long at) const;
 
     /// Keeps `value` with the object for the life of the document. The first value stays.
     void SetCache(Kernel::Counted<const RefCacheable> value) const;
@@ -76,6 +79,13 @@ public:
     {
         return Kernel::DynamicCast<const T>(GetCacheBase());
     }
+
+    // Not for hosts.
+
+    /// Where the value is read from; null without a document.
+    Kernel::Counted<PdfSource> GetSource() const;
+    Encrypt* GetEncrypt() const;
+    Kernel::NonCounted<ColourSpaceFactory> GetColourSpaceFactory() const;
 
     unsigned long long pos = 0;
     int number = -1;

@@ -22,6 +22,8 @@ enum class Step : unsigned char {
 /// `Level` is what a pass gathers on the way down, the clips so far for instance: a group begins with a copy of what
 /// the group above it has, and changes to it hold for what is below. `Group` is `GroupObject` for passes that change
 /// the tree.
+///
+/// All calls come on the thread that calls `WalkTree`, before it returns.
 template <typename Level = std::monostate, typename Group = const GroupObject>
 class TreePass
 {

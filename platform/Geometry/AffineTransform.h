@@ -34,6 +34,9 @@ struct QUILLET_API Params
                 outer.b * inner.c + outer.d * inner.d,           outer.b * inner.e + outer.d * inner.f + outer.f};
     }
 
+    /// `first + then` applies `first` first, as transforms are added one after the other.
+    friend constexpr Params operator+(const Params& first, const Params& then) { return then * first; }
+
     constexpr double GetDeterminant() const { return a * d - b * c; }
 
     /// All six values within `tolerance`.

@@ -20,6 +20,10 @@ struct FontReplacement
 };
 
 /// Answers what to use in place of fonts that are missing. A new map has no answers.
+///
+/// A document asks its map on the thread that works on the document, while it reads a font. A map that several
+/// documents share is asked on all of their threads at once: it is filled before, and an override keeps out of its own
+/// way.
 class QUILLET_API FontMap : public Countable
 {
 public:
@@ -29,8 +33,9 @@ public:
     /// metrics where the machine's configuration knows some. Shared.
     static Counted<const FontMap> GetDefault();
 
-    /// By PostScript name.
+    /// By PostScript name; a later answer takes the place of an earlier one.
     void Add(const std::string& postscriptName, const Font& replacement);
+    /// What is used for `font`, which the machine lacks.
     virtual FontReplacement GetReplacement(const Font& font) const;
 
 private:

@@ -4,7 +4,10 @@
 
 namespace Kernel {
 
-/// A stream of bytes that a host brings, read from its start to its end, on the thread that opens the document.
+/// A stream of bytes that a host brings, read once, from its start to its end.
+///
+/// A document reads as far as it needs, on the thread that works on it: while it is opened, and later while pages are
+/// read. The stream stays the host's.
 class QUILLET_API InStream
 {
 public:

@@ -49,13 +49,15 @@ struct RectT
     }
 
     /// The smallest rectangle around both; the empty one adds nothing.
-    constexpr RectT Union(const RectT& other) const
+    constexpr RectT UnionRectIgnoreEmpty(const RectT& other) const
     {
         if (IsEmpty()) return other;
         if (other.IsEmpty()) return *this;
         return {std::min(left, other.left), std::min(top, other.top), std::max(right, other.right),
                 std::max(bottom, other.bottom)};
     }
+
+    constexpr RectT Union(const RectT& other) const { return UnionRectIgnoreEmpty(other); }
 
     /// What both cover, or the rectangle of zeros if they are apart. Two that share an edge meet in that edge.
     constexpr RectT Intersection(const RectT& other) const

@@ -19,6 +19,7 @@ public:
     int join = JoinMitre;
     /// `DashNone` draws no line at all.
     int dashKind = DashSolid;
+    /// In points; above 0 where a line is drawn.
     double width = 1.0;
     /// The longest mitre, from its inner to its outer corner, as a multiple of the width; longer ones become bevels.
     double mitreLimit = 10.0;

@@ -27,10 +27,11 @@ constexpr std::size_t c_maxKeptContent = 4096;
 class KeptContentSource : public SequentialSource
 {
 public:
-    KeptContentSource(const std::vector<char>& content, const ErrorHandler* contentHandler)
-        : SequentialSource(contentHandler), bytes(content)
+    KeptContentSource(const std::vector<char>& content, const Ref& form)
+        : SequentialSource(form.GetErrorHandler()), bytes(content), ref(form)
     {}
 
+    ErrorPlace GetErrorPlace() const override { return ref.GetErrorPlace(); }
     bool AtEnd() const override { return position == bytes.size(); }
     unsigned long long GetEstimatedLength() const override { return bytes.size() - position; }
     using SequentialSource::Read;
@@ -44,6 +45,7 @@ public:
 
 private:
     const std::vector<char>& bytes;
+    const Ref ref;
     std::size_t position = 0;
 };
 
@@ -98,7 +100,7 @@ Kernel::Counted<SequentialSource> FormXObject::OpenContent() const
         if (Budget::IsSpent()) content = Content::Read;
     }
     if (content == Content::Kept) {
-        return Kernel::MakeCounted<KeptContentSource>(keptContent, streamRef.GetErrorHandler());
+        return Kernel::MakeCounted<KeptContentSource>(keptContent, streamRef);
     }
     if (content == Content::Unread) content = Content::Read;
     return Kernel::MakeCounted<ContentStream>(streamRef);

@@ -37,7 +37,7 @@ Kernel::Consolidated<Story::GlyphAtts> GraphicsState::MakeGlyphAtts(const Params
 {
     Budget::Spend(Limits::c_objectUnits);
     Kernel::Counted<Story::GlyphAtts> atts = Story::GlyphAtts::GetDefault()->Clone();
-    if (page && page->ref.document) atts->Set(Language, page->ref.document->languageId);
+    if (page && page->ref.document) atts->Set(Language, page->ref.document->GetLanguageId());
     if (font) font->AddTo(*atts);
     atts->Set(Size, fontSize * textTransform.y * (font ? font->GetSizeScale() : 1));
     atts->Set(Kerning, 0);

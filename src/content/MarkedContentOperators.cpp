@@ -5,6 +5,7 @@
 #include "document/OCProperties.h"
 #include "document/Resources.h"
 #include "document/Dictionary.h"
+#include "document/DocumentState.h"
 
 #include <Quillet/LayerObject.h>
 #include <Quillet/Page.h>
@@ -58,7 +59,8 @@ Kernel::Counted<LayerObject> ParseOptionalContentProperties(Dictionary& group, K
     layer->SetName(std::move(name));
     ApplyUsage(group, *layer);
     const Kernel::NonCounted<PdfDocument> document = page->ref.document;
-    if (document && document->ocProperties) ApplyConfiguration(*document->ocProperties, group.object, *layer);
+    const OCProperties* const properties = document ? document->GetState().ocProperties.Get() : nullptr;
+    if (properties) ApplyConfiguration(*properties, group.object, *layer);
     return layer;
 }
 

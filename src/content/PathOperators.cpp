@@ -3,9 +3,9 @@
 #include "document/ArgVec.h"
 #include "content/GraphicsStateStack.h"
 #include "document/Limits.h"
+#include "objects/PaintedObjects.h"
 
 #include <Quillet/Budget.h>
-#include <Quillet/PathObject.h>
 
 #include <Renderer/LineStyle.h>
 
@@ -148,7 +148,7 @@ void OpPaintPath::AddPathObject(Counted<PolyCurveDbl> path, Fill::Type type) con
 {
     if (!path) return;
     GraphicsState& state = GetState();
-    state.AddObject(Kernel::MakeCounted<PathObject>(stack->page, state, std::move(path), type, windingMode));
+    state.AddObject(MakePathObject(stack->page.Get(), state, std::move(path), type, windingMode));
 }
 
 void OpPaintPath::Clip(ClippingAction::Type action) const

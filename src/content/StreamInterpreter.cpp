@@ -3,6 +3,7 @@
 #include "content/ColourOperators.h"
 #include "colour/ColourSpaceFactory.h"
 #include "document/ArgVec.h"
+#include "document/DocumentState.h"
 #include "content/GraphicsStateOperators.h"
 #include "content/GraphicsStateStack.h"
 #include "content/MarkedContentOperators.h"
@@ -194,6 +195,7 @@ void StreamInterpreter::Run(Visit visit)
     const ErrorHandler* handler = stack->GetErrorHandler();
     if (!handler->Check(static_cast<bool>(descent), Error::General)) return;
 
+    const RunningContent running(*stack->page, *parser);
     const bool* abort = stack->GetAbortPointer();
     ArgVec args(handler);
     for (;;) {

@@ -77,7 +77,7 @@ Kernel::Counted<TextLineObject> TextHandler::MakeLine() const
 {
     auto newLine = Kernel::MakeCounted<TextLineObject>(-1);
     if (const auto document = stack && stack->page ? stack->page->ref.document : nullptr)
-        newLine->fidelity = document->textFidelity;
+        newLine->fidelity = document->GetTextFidelity();
     return newLine;
 }
 

@@ -45,6 +45,11 @@ void ErrorHandler::OnError(Error::Type type) const
     if (!IsRecoverable(type)) throw type;
 }
 
+void ErrorHandler::OnErrorAt(Error::Type type, const ErrorPlace&) const
+{
+    OnError(type);
+}
+
 bool ErrorHandler::IsRecoverable(Error::Type type)
 {
     return type == Error::MajorVersion || type == Error::Password || type >= Error::General;

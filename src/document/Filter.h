@@ -18,6 +18,8 @@ public:
     /// Gives decoded bytes, and pays for them; none once the budget is spent.
     int Read(char* buf, int size) final;
 
+    ErrorPlace GetErrorPlace() const override { return source ? source->GetErrorPlace() : ErrorPlace(); }
+
     /// Kind of image data that the filter could hand over undecoded; 0 for none.
     virtual int GetCompressedImageType() const { return 0; }
     /// Takes the parameters of the stream. A filter without parameters in its stream never gets this call.

@@ -1,5 +1,6 @@
 #include "document/Guard.h"
 
+#include "document/DocumentState.h"
 #include "document/Limits.h"
 
 #include <Quillet/PdfDocument.h>
@@ -15,7 +16,7 @@ thread_local int t_depth = 0;
 Trail& GetTrail(const Ref& ref)
 {
     thread_local Trail t_trail;
-    return ref.document ? ref.document->GetTrail() : t_trail;
+    return ref.document ? ref.document->GetState().trail : t_trail;
 }
 
 } // namespace

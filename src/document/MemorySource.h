@@ -18,6 +18,7 @@ public:
     void Open(const std::string& newName) override { name = newName; }
     unsigned long long GetBaseOffset() const override { return baseOffset; }
     void SetBaseOffset(unsigned long long offset) override { baseOffset = offset; }
+    unsigned long long GetPosInSource(unsigned long long pos) const override { return pos; }
     unsigned long long GetLength() const override { return size; }
     unsigned long long GetEstimatedLength() const override { return size; }
     bool AtEnd() const override { return false; }

@@ -46,6 +46,12 @@ const bool* PageBase::GetAbortPointer() const
     return ref.document ? ref.document->GetAbortPointer() : nullptr;
 }
 
+void PageBase::OnError(Error::Type type) const
+{
+    if (!handler) return ErrorForwarder::OnError(type);
+    handler->OnErrorAt(type, ref.GetErrorPlace());
+}
+
 const Kernel::RectT<double>* PageBase::FindBox(Box box) const
 {
     for (const PageBase* node = this; node; node = node->parent.Get()) {
@@ -91,7 +97,7 @@ const Kernel::RectT<double>& PageBase::GetArtBox() const
 
 Kernel::RectT<double> PageBase::GetClipBox() const
 {
-    switch (ref.document ? ref.document->pageClipArea : PageClipNone) {
+    switch (ref.document ? ref.document->GetPageClipArea() : PageClipNone) {
     case PageClipMedia:
         return GetMediaBox();
     case PageClipCrop:

@@ -90,6 +90,12 @@ void Parser::Overflow()
     if (AtEnd()) buffer[0] = 0;
 }
 
+ErrorPlace Parser::GetErrorPlace() const
+{
+    if (isPlainSource) return source ? source->GetErrorPlace() : ErrorPlace();
+    return object.GetErrorPlace(GetPosition());
+}
+
 unsigned long long Parser::GetEstimatedLength() const
 {
     return (source ? source->GetEstimatedLength() : 0) + static_cast<unsigned long long>(bufferEnd - cursor);

@@ -42,6 +42,8 @@ public:
     /// First data byte of the stream object that this parser reads; 0 if it is none. Raises `StreamLineEnd` for a
     /// stream keyword without a proper line end.
     unsigned long long GetStreamPos();
+    /// Of content, where its source has it.
+    ErrorPlace GetErrorPlace() const override;
     bool AtEnd() const override { return cursor == bufferEnd; }
     unsigned long long GetEstimatedLength() const override;
     /// Takes raw bytes from the present position on.

@@ -1,16 +1,14 @@
 #include <Quillet/PdfDocument.h>
 
 #include "colour/ColourSpaceFactory.h"
-#include "document/OCProperties.h"
 #include "document/Dictionary.h"
-#include "document/Encrypt.h"
+#include "document/DocumentState.h"
 #include "document/FileSource.h"
-#include "document/Guard.h"
 #include "document/InStreamSource.h"
 #include "document/Limits.h"
 #include "document/MemorySource.h"
+#include "document/OCProperties.h"
 #include "document/Pages.h"
-#include "document/XRefs.h"
 #include "filters/Stream.h"
 
 #include <Quillet/Page.h>
@@ -32,12 +30,17 @@ constexpr double c_highestVersion = 1e6;
 
 } // namespace
 
-PdfDocument::PdfDocument()
-    : ErrorForwarder(&defaultErrorHandler), xrefs(std::make_unique<XRefs>(this, this)),
-      encrypt(std::make_unique<Encrypt>(this)), colourSpaceFactory(Kernel::MakeCounted<ColourSpaceFactory>(this)),
-      trail(std::make_unique<Guard::Trail>())
+DocumentState::DocumentState(PdfDocument& document)
+    : xrefs(&document, &document), encrypt(&document),
+      colourSpaceFactory(Kernel::MakeCounted<ColourSpaceFactory>(&document))
+{}
+
+DocumentState::~DocumentState() = default;
+
+PdfDocument::PdfDocument() : state(std::make_unique<DocumentState>(*this))
 {
-    defaultErrorHandler.SetAbortPointer(abortPointer);
+    SetErrorHandler(&state->defaultErrorHandler);
+    state->defaultErrorHandler.SetAbortPointer(abortPointer);
 }
 
 PdfDocument::~PdfDocument()
@@ -45,32 +48,31 @@ PdfDocument::~PdfDocument()
     Close();
 }
 
-void PdfDocument::SetFormat(Raster::Format format, const Raster::ICCManager::ICCProfileSet& profiles)
-{
-    rasterFormat = format;
-    rasterProfiles = profiles;
-    rasterFormatPage = -1;
-}
-
-void PdfDocument::SetPassword(const std::string& password)
-{
-    encrypt->SetPassword(password);
-}
-
-void PdfDocument::SetBudget(Kernel::Counted<const Budget> account)
-{
-    isOwnBudget = !account;
-    budget = isOwnBudget && source ? Kernel::Counted<const Budget>(Budget::ForFile(source->GetLength()))
-                                   : std::move(account);
-}
-
 void PdfDocument::OnError(Error::Type type) const
 {
-    if (type == Error::CutShort || !Budget::IsSpent()) return ErrorForwarder::OnError(type);
+    OnErrorAt(type, {});
+}
+
+void PdfDocument::OnErrorAt(Error::Type type, const ErrorPlace& place) const
+{
+    if (type == Error::CutShort || !Budget::IsSpent()) return Raise(type, place);
     if (IsRecoverable(type)) return;
     if (Kernel::IsAborted(abortPointer)) throw type;
-    ErrorForwarder::OnError(Error::CutShort);
+    Raise(Error::CutShort, place);
     throw Error::CutShort;
+}
+
+void PdfDocument::Raise(Error::Type type, ErrorPlace place) const
+{
+    if (!handler) return ErrorForwarder::OnError(type);
+    if (const RunningContent* running = state->running) {
+        const ErrorPlace content = running->GetErrorPlace();
+        const int page = content.page;
+        if (place.objectNumber < 0) place = content;
+        if (place.page < 0) place.page = page;
+    }
+    if (place.page < 0) place.page = std::max(GetErrorPage(), -1);
+    handler->OnErrorAt(type, place);
 }
 
 bool PdfDocument::CheckWhole(const Budget::Scope& scope) const
@@ -82,9 +84,9 @@ bool PdfDocument::IsPdfFile(const std::string& path)
 {
     try {
         DropFile();
-        source = Kernel::MakeCounted<FileSource>(this);
-        source->Open(path);
-        const Budget::Scope scope(Budget::ForFile(source->GetLength()), Budget::Share::All, GetAbortPointer());
+        state->source = Kernel::MakeCounted<FileSource>(this);
+        state->source->Open(path);
+        const Budget::Scope scope(Budget::ForFile(state->source->GetLength()), Budget::Share::All, GetAbortPointer());
         ReadHeader();
         ReadXRefPos();
         Close();
@@ -112,7 +114,7 @@ bool PdfDocument::IsCorrectPassword(const std::string& path, const std::string& 
     const auto document = Kernel::MakeCounted<PdfDocument>();
     document->SetPassword(password);
     if (!document->OpenFile(path)) return true;
-    return document->defaultErrorHandler.lastError != Error::Password && document->HasOwnerPermissions();
+    return document->state->defaultErrorHandler.lastError != Error::Password && document->HasOwnerPermissions();
 }
 
 bool PdfDocument::IsCorrectPassword(const char* data, unsigned long size, const std::string& password)
@@ -121,7 +123,7 @@ bool PdfDocument::IsCorrectPassword(const char* data, unsigned long size, const 
     const auto document = Kernel::MakeCounted<PdfDocument>();
     document->SetPassword(password);
     if (!document->OpenMemory(data, size)) return true;
-    return document->defaultErrorHandler.lastError != Error::Password;
+    return document->state->defaultErrorHandler.lastError != Error::Password;
 }
 
 bool PdfDocument::OpenFile(const std::string& path)
@@ -145,9 +147,9 @@ bool PdfDocument::Open(Kernel::Counted<PdfSource> newSource, const std::string& 
     try {
         StartDocument(name);
         DropFile();
-        source = std::move(newSource);
-        source->Open(name);
-        if (isOwnBudget) budget = Budget::ForFile(source->GetLength());
+        state->source = std::move(newSource);
+        state->source->Open(name);
+        if (state->isOwnBudget) state->budget = Budget::ForFile(state->source->GetLength());
         const Budget::Scope scope = OpenScope(Budget::Share::All);
         OnOpen();
         if (CheckWhole(scope) && !Budget::IsSpent()) return true;
@@ -164,18 +166,18 @@ bool PdfDocument::Open(Kernel::Counted<PdfSource> newSource, const std::string& 
 void PdfDocument::Close()
 {
     DropFile();
-    encrypt->Close();
+    state->encrypt.Close();
 }
 
 void PdfDocument::DropFile()
 {
-    fileId.clear();
-    pages = nullptr;
-    xrefs->Close();
-    encrypt->DropKeys();
-    source = nullptr;
+    state->fileId.clear();
+    state->pages = nullptr;
+    state->xrefs.Close();
+    state->encrypt.DropKeys();
+    state->source = nullptr;
     styleSheet = nullptr;
-    version = 0;
+    state->version = 0;
 }
 
 std::string PdfDocument::MakeStyleName(const Kernel::Counted<const Story::Delta>& delta,
@@ -196,7 +198,7 @@ std::string PdfDocument::MakeStyleName(const Kernel::Counted<const Story::Delta>
 
 void PdfDocument::OnOpen()
 {
-    nextObjectId = 0;
+    state->nextObjectId = 0;
     ReadHeader();
     ReadXRefPos();
     ReadXRefs();
@@ -208,7 +210,7 @@ void PdfDocument::OnOpen()
 void PdfDocument::ReadHeader()
 {
     char buffer[1024];
-    const int count = std::max(source->Read(0, buffer, sizeof buffer), 0);
+    const int count = std::max(state->source->Read(0, buffer, sizeof buffer), 0);
     const std::string_view text(buffer, static_cast<std::size_t>(count));
     constexpr std::string_view c_mark = "%PDF-";
 
@@ -217,8 +219,8 @@ void PdfDocument::ReadHeader()
         if (!candidate.starts_with(c_mark)) continue;
         const auto number = Kernel::NumberText::ParseReal(candidate.substr(c_mark.size()));
         if (!number) continue;
-        version = static_cast<float>(std::min(number.value, c_highestVersion));
-        source->SetBaseOffset(pos);
+        state->version = static_cast<float>(std::min(number.value, c_highestVersion));
+        state->source->SetBaseOffset(pos);
         CheckVersion();
         return;
     }
@@ -227,17 +229,17 @@ void PdfDocument::ReadHeader()
 
 void PdfDocument::CheckVersion() const
 {
-    Check(version >= 1 && version < 3, Error::MajorVersion);
+    Check(state->version >= 1 && state->version < 3, Error::MajorVersion);
 }
 
 void PdfDocument::ReadXRefPos()
 {
-    const unsigned long long length = source->GetLength();
+    const unsigned long long length = state->source->GetLength();
     const auto size = static_cast<int>(std::min(length, 1024ull));
     std::string buffer(static_cast<std::size_t>(size), '\0');
     unsigned long long pos = length - static_cast<unsigned long long>(size);
     for (;;) {
-        if (!Check(source->Read(pos, buffer.data(), size) == size, Error::PdfTrailer)) return;
+        if (!Check(state->source->Read(pos, buffer.data(), size) == size, Error::PdfTrailer)) return;
         const auto last = buffer.find_last_not_of('\0');
         const std::size_t zeros = last == buffer.npos ? buffer.size() : buffer.size() - 1 - last;
         if (zeros == 0) break;
@@ -253,35 +255,36 @@ void PdfDocument::ReadXRefPos()
     constexpr std::string_view c_keyword = "startxref";
     if (!Check(text.starts_with(c_keyword), Error::PdfTrailer)) return;
     const auto number = Kernel::NumberText::ParseInteger(text.substr(c_keyword.size()));
-    xrefPos = number.value;
-    Check(number && xrefPos >= 0 && static_cast<unsigned long long>(xrefPos) <= length, Error::PdfTrailer);
+    state->xrefPos = number.value;
+    Check(number && state->xrefPos >= 0 && static_cast<unsigned long long>(state->xrefPos) <= length,
+          Error::PdfTrailer);
 }
 
 void PdfDocument::ReadXRefs()
 {
     Ref document;
     document.document = this;
-    xrefs->Read(Ref::FromPosition(document, static_cast<unsigned long long>(xrefPos)));
-    trailer = xrefs->finalTrailer;
+    state->xrefs.Read(Ref::FromPosition(document, static_cast<unsigned long long>(state->xrefPos)));
+    state->trailer = state->xrefs.finalTrailer;
 }
 
 void PdfDocument::ReadTrailer()
 {
-    Dictionary dictionary(trailer, nullptr, Error::PdfTrailer);
-    root = dictionary.GetRef("Root");
-    Check(!root.IsNull(), Error::Catalog);
-    info = dictionary.GetRef("Info");
-    encryptRef = dictionary.GetRef("Encrypt");
-    dictionary.GetStringBufVec("ID", fileId);
-    if (fileId.empty()) fileId.resize(2);
+    Dictionary dictionary(state->trailer, nullptr, Error::PdfTrailer);
+    state->root = dictionary.GetRef("Root");
+    Check(!state->root.IsNull(), Error::Catalog);
+    state->info = dictionary.GetRef("Info");
+    state->encryptRef = dictionary.GetRef("Encrypt");
+    dictionary.GetStringBufVec("ID", state->fileId);
+    if (state->fileId.empty()) state->fileId.resize(2);
 }
 
 void PdfDocument::ReadEncrypt()
 {
-    encrypt->Read(encryptRef, fileId.front());
-    decryptLevel = encrypt->level;
-    if (decryptLevel == DecryptLevelLocked) OnError(Error::Password);
-    if (decryptLevel < DecryptLevelLocked) OnError(Error::UnimplementedEncryption);
+    state->encrypt.Read(state->encryptRef, state->fileId.front());
+    state->decryptLevel = state->encrypt.level;
+    if (state->decryptLevel == DecryptLevelLocked) OnError(Error::Password);
+    if (state->decryptLevel < DecryptLevelLocked) OnError(Error::UnimplementedEncryption);
 }
 
 bool PdfDocument::IsBlocked() const
@@ -291,22 +294,22 @@ bool PdfDocument::IsBlocked() const
 
 void PdfDocument::ReadCatalog()
 {
-    Dictionary catalog(root, "Catalog", Error::Catalog);
+    Dictionary catalog(state->root, "Catalog", Error::Catalog);
     if (catalog.Has("Version")) {
         const std::string text = catalog.GetName("Version");
         const auto number = Kernel::NumberText::ParseReal(text);
         const auto claimed = static_cast<float>(std::min(number.value, c_highestVersion));
-        if (number && claimed > version) {
-            version = claimed;
+        if (number && claimed > state->version) {
+            state->version = claimed;
             CheckVersion();
         }
     }
 
-    if (!IsBlocked() || !encrypt->encryptMetadata) {
+    if (!IsBlocked() || !state->encrypt.encryptMetadata) {
         if (const Ref metadata = catalog.GetRef("Metadata"); !metadata.IsNull()) {
             std::vector<char> bytes;
             Stream(metadata).ReadBlock(bytes);
-            xmpMetadata.assign(bytes.begin(), bytes.end());
+            state->xmpMetadata.assign(bytes.begin(), bytes.end());
         }
     }
 
@@ -314,21 +317,16 @@ void PdfDocument::ReadCatalog()
     Check(!pagesRef.IsNull(), Error::PageTree);
     // Object streams cannot be read without the key.
     if (!IsBlocked() || !pagesRef.isInStream) {
-        pages = Pages::GetPageTree(pagesRef, 0, nullptr);
-        Check(static_cast<bool>(pages), Error::PageTree);
+        state->pages = Pages::GetPageTree(pagesRef, 0, nullptr);
+        Check(static_cast<bool>(state->pages), Error::PageTree);
     }
-    colourSpaceFactory->ReadOutputIntents(catalog.GetRef("OutputIntents"));
-    ocProperties = Kernel::MakeCounted<OCProperties>(catalog.GetRef("OCProperties"));
+    state->colourSpaceFactory->ReadOutputIntents(catalog.GetRef("OutputIntents"));
+    state->ocProperties = Kernel::MakeCounted<OCProperties>(catalog.GetRef("OCProperties"));
 }
 
 std::string PdfDocument::GetDocName() const
 {
-    return source ? source->GetDocName() : std::string();
-}
-
-Kernel::Counted<PdfSource> PdfDocument::GetSource() const
-{
-    return source;
+    return state->source ? state->source->GetDocName() : std::string();
 }
 
 std::string PdfDocument::GetInfo(const char* key) const
@@ -336,7 +334,7 @@ std::string PdfDocument::GetInfo(const char* key) const
     const Budget::Scope scope = OpenScope(Budget::Share::All);
     std::string text;
     try {
-        text = Dictionary(info).GetString(key);
+        text = Dictionary(state->info).GetString(key);
     } catch (Error::Type) {
         // The handler knows it. What a document says of itself is not needed for its pages.
     }
@@ -348,7 +346,7 @@ std::string PdfDocument::GetVersionString() const
 {
     const std::string exchange = GetInfo("GTS_PDFXVersion");
     if (!exchange.empty()) return exchange;
-    std::string number = Kernel::FormatString("%1", version);
+    std::string number = Kernel::FormatString("%1", state->version);
     if (number.find('.') == number.npos) number += ".0";
     return Kernel::FormatString("PDF-%1", number);
 }
@@ -380,32 +378,33 @@ std::vector<std::string> PdfDocument::GetKeywords() const
 
 bool PdfDocument::HasUserPermissions() const
 {
-    return Encrypt::HasUserPermissions(decryptLevel) && encrypt->HasPermissions(Permissions::ExtractForAccessibility);
+    return Encrypt::HasUserPermissions(state->decryptLevel) &&
+           state->encrypt.HasPermissions(Permissions::ExtractForAccessibility);
 }
 
 bool PdfDocument::HasOwnerPermissions() const
 {
-    return Encrypt::HasOwnerPermissions(decryptLevel);
+    return Encrypt::HasOwnerPermissions(state->decryptLevel);
 }
 
 bool PdfDocument::HasPermissions(Permissions::Type mask) const
 {
-    return encrypt->HasPermissions(mask);
+    return state->encrypt.HasPermissions(mask);
 }
 
 bool PdfDocument::IsRestricted() const
 {
-    return !encrypt->HasPermissions(Permissions::All);
+    return !state->encrypt.HasPermissions(Permissions::All);
 }
 
 std::string PdfDocument::GetEncryptionMethod() const
 {
-    return encrypt->GetMethodName();
+    return state->encrypt.GetMethodName();
 }
 
 int PdfDocument::GetPageCount() const
 {
-    return pages ? pages->GetPageCount() : 0;
+    return state->pages ? state->pages->GetPageCount() : 0;
 }
 
 Kernel::Counted<const Page> PdfDocument::GetPage(int index) const
@@ -413,9 +412,9 @@ Kernel::Counted<const Page> PdfDocument::GetPage(int index) const
     // The nodes on the way serve other pages as well.
     const Budget::Scope scope = OpenScope(Budget::Share::All);
     // A document that is locked, or that is not open, has none.
-    if (!Check(static_cast<bool>(pages), Error::PageTree)) return nullptr;
+    if (!Check(static_cast<bool>(state->pages), Error::PageTree)) return nullptr;
     try {
-        Kernel::Counted<const Page> page = pages->GetPage(index);
+        Kernel::Counted<const Page> page = state->pages->GetPage(index);
         CheckWhole(scope);
         return page;
     } catch (Error::Type) {
@@ -441,8 +440,8 @@ int PdfDocument::GetPageIndex(Kernel::NonCounted<const Page> page) const
 
 Raster::ICCManager::ICCProfileSet PdfDocument::GetICCProfiles(int) const
 {
-    Raster::ICCManager::ICCProfileSet profiles = defaultProfiles;
-    if (const auto output = colourSpaceFactory->GetOutputProfile())
+    Raster::ICCManager::ICCProfileSet profiles = state->defaultProfiles;
+    if (const auto output = state->colourSpaceFactory->GetOutputProfile())
         profiles.SetProfile(output->GetColourSpace(), output);
     for (int i = 1; i < Raster::c_colourSpaceCount; ++i) {
         const auto model = static_cast<Raster::ColourSpace>(i);

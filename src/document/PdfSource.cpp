@@ -2,6 +2,12 @@
 
 namespace Quillet {
 
+void PdfSource::OnError(Error::Type type) const
+{
+    if (!handler) return ErrorForwarder::OnError(type);
+    handler->OnErrorAt(type, GetErrorPlace());
+}
+
 const std::string& PdfSource::GetDocName() const
 {
     static const std::string c_unknown = "Unknown";

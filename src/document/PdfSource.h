@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Quillet/ErrorForwarder.h>
+#include <Quillet/ErrorPlace.h>
 
 #include <Kernel/Countable.h>
 
@@ -15,11 +16,18 @@ public:
     explicit PdfSource(const ErrorHandler* errorHandler = nullptr) : ErrorForwarder(errorHandler) {}
     ~PdfSource() override = default;
 
+    /// Raises `type` where `GetErrorPlace` says.
+    void OnError(Error::Type type) const override;
+    /// Where in the file the bytes come from that are read now, as far as the source knows.
+    virtual ErrorPlace GetErrorPlace() const { return {}; }
+
     virtual const std::string& GetDocName() const;
     virtual void Open(const std::string& name);
     /// Distance of the document's first byte from the start of the source.
     virtual unsigned long long GetBaseOffset() const { return 0; }
     virtual void SetBaseOffset(unsigned long long offset);
+    /// Where a position lies, from the start of the source on.
+    virtual unsigned long long GetPosInSource(unsigned long long pos) const { return GetBaseOffset() + pos; }
     /// Bytes from the base offset on.
     virtual unsigned long long GetLength() const { return 0; }
     virtual bool AtEnd() const = 0;

@@ -1,8 +1,7 @@
 #include <Quillet/Ref.h>
 
-#include "document/Encrypt.h"
+#include "document/DocumentState.h"
 #include "document/PdfSource.h"
-#include "document/XRefs.h"
 
 #include <Quillet/PdfDocument.h>
 
@@ -13,7 +12,7 @@ namespace Quillet {
 
 Ref::Ref(Kernel::NonCounted<PdfDocument> owner, int objectNumber, int objectGeneration)
     : number(objectNumber), generation(objectGeneration), isIndirect(true),
-      isInStream(owner && owner->xrefs->IsInStream(objectNumber, objectGeneration)), document(owner)
+      isInStream(owner && owner->GetState().xrefs.IsInStream(objectNumber, objectGeneration)), document(owner)
 {}
 
 Ref::Ref(const Ref& like, int objectNumber, int objectGeneration, unsigned long long objectPos)
@@ -31,7 +30,7 @@ Ref Ref::FromPosition(const Ref& enclosing, unsigned long long pos)
 unsigned long long Ref::GetPos() const
 {
     if (!isIndirect || !document) return pos;
-    const unsigned long long listed = document->xrefs->GetPos(number, generation);
+    const unsigned long long listed = document->GetState().xrefs.GetPos(number, generation);
     return listed != 0 ? listed : pos;
 }
 
@@ -41,7 +40,7 @@ Ref::Place Ref::GetPlace() const
     place.pos = GetPos();
     place.isIndirect = isIndirect;
     if (isInStream && document) {
-        if (const XRefs::XRef* entry = document->xrefs->GetXRef(number, generation)) {
+        if (const XRefs::XRef* entry = document->GetState().xrefs.GetXRef(number, generation)) {
             place.streamNumber = entry->streamNumber;
             place.streamIndex = entry->streamIndex;
         }
@@ -62,9 +61,9 @@ Kernel::Counted<PdfSource> Ref::GetSource() const
 {
     if (!document) return nullptr;
     if (isInStream) {
-        if (Kernel::Counted<PdfSource> source = document->xrefs->GetSource(number, generation)) return source;
+        if (Kernel::Counted<PdfSource> source = document->GetState().xrefs.GetSource(number, generation)) return source;
     }
-    return document->source;
+    return document->GetState().source;
 }
 
 bool operator==(const Ref& a, const Ref& b)
@@ -95,17 +94,17 @@ std::string Ref::GetName() const
 
 bool Ref::IsEncrypted() const
 {
-    return document && document->encrypt->IsEncrypted(*this);
+    return document && document->GetState().encrypt.IsEncrypted(*this);
 }
 
 void Ref::DecryptBuf(std::vector<char>& buf) const
 {
-    if (document) document->encrypt->DecryptBuf(*this, buf);
+    if (document) document->GetState().encrypt.DecryptBuf(*this, buf);
 }
 
 Encrypt* Ref::GetEncrypt() const
 {
-    return document ? document->encrypt.get() : nullptr;
+    return document ? &document->GetState().encrypt : nullptr;
 }
 
 const ErrorHandler* Ref::GetErrorHandler() const
@@ -116,22 +115,32 @@ const ErrorHandler* Ref::GetErrorHandler() const
 Kernel::NonCounted<ColourSpaceFactory> Ref::GetColourSpaceFactory() const
 {
     if (!document) return nullptr;
-    return document->colourSpaceFactory.Get();
+    return document->GetState().colourSpaceFactory.Get();
 }
 
 void Ref::OnError(Error::Type type) const
 {
-    if (document) document->OnError(type);
+    if (document) document->OnErrorAt(type, GetErrorPlace());
+}
+
+ErrorPlace Ref::GetErrorPlace(unsigned long long at) const
+{
+    ErrorPlace place;
+    place.objectNumber = number;
+    place.objectGeneration = generation;
+    const PdfSource* const file = document ? document->GetState().source.Get() : nullptr;
+    if (file && at != 0 && !isInStream) place.position = static_cast<long long>(file->GetPosInSource(at));
+    return place;
 }
 
 void Ref::SetCache(Kernel::Counted<const RefCacheable> value) const
 {
-    if (value && document) document->xrefs->SetCache(number, generation, GetCacheKey(), std::move(value));
+    if (value && document) document->GetState().xrefs.SetCache(number, generation, GetCacheKey(), std::move(value));
 }
 
 Kernel::Counted<const RefCacheable> Ref::GetCacheBase() const
 {
-    return document ? document->xrefs->GetCache(number, generation, GetCacheKey()) : nullptr;
+    return document ? document->GetState().xrefs.GetCache(number, generation, GetCacheKey()) : nullptr;
 }
 
 } // namespace Quillet

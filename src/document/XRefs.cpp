@@ -1,5 +1,6 @@
 #include "document/XRefs.h"
 
+#include "document/DocumentState.h"
 #include "document/Guard.h"
 #include "document/Limits.h"
 #include "document/ObjectSource.h"
@@ -77,7 +78,7 @@ bool XRefs::IsInStream(int number, int generation)
 Kernel::Counted<PdfSource> XRefs::GetSource(int number, int generation)
 {
     const XRef* entry = GetXRef(number, generation);
-    if (!entry || !entry->isInStreamEntry) return document->source;
+    if (!entry || !entry->isInStreamEntry) return document->GetState().source;
 
     XRef* container = GetXRef(entry->streamNumber, 0);
     if (!container) return nullptr;

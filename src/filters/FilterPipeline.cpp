@@ -38,6 +38,12 @@ constexpr FilterMaker c_filterMakers[] = {
 
 } // namespace
 
+void FilterPipeline::OnError(Error::Type type) const
+{
+    if (!handler) return ErrorForwarder::OnError(type);
+    handler->OnErrorAt(type, GetErrorPlace());
+}
+
 void FilterPipeline::AddFilters(const std::vector<std::string>& names,
                                 const std::vector<Kernel::Counted<const DecodeParams>>& params)
 {

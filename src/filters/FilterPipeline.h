@@ -13,6 +13,9 @@ class QUILLET_API FilterPipeline : public Kernel::Countable, public ErrorForward
 public:
     using ErrorForwarder::ErrorForwarder;
 
+    /// Raises `type` where `GetErrorPlace` says.
+    void OnError(Error::Type type) const override;
+
     /// Appends the filters by name. At one that is not known the rest is left off and `hasUnknownFilter` is set.
     void AddFilters(const std::vector<std::string>& names,
                     const std::vector<Kernel::Counted<const DecodeParams>>& params);
@@ -23,6 +26,8 @@ public:
     /// Passes the flag to every filter that is in the chain now.
     void SetIsUnbuffered(bool isOn);
 
+    /// That of its first filter.
+    ErrorPlace GetErrorPlace() const { return filters.empty() ? ErrorPlace() : filters.front()->GetErrorPlace(); }
     int Read(char* buf, int size);
     void ReadAll(std::vector<char>& out);
     bool AtEnd() const;

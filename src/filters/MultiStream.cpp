@@ -23,7 +23,10 @@ int MultiStream::Read(char* buf, int size)
 {
     int count = 0;
     while (count < size && !AtEnd() && !Budget::IsSpent()) {
-        if (!stream) stream = Kernel::MakeCounted<ContentStream>(refs[current]);
+        if (!stream) {
+            stream = Kernel::MakeCounted<ContentStream>(refs[current]);
+            errorPlace = stream->GetErrorPlace();
+        }
         const int got = stream->Read(buf + count, size - count);
         if (got > 0) {
             count += got;

@@ -16,6 +16,8 @@ public:
     /// A plain stream for exactly one reference, else a joined one.
     static Kernel::Counted<SequentialSource> Make(const ErrorHandler* handler, const std::vector<Ref>& refs);
 
+    /// That of the stream that was opened last.
+    ErrorPlace GetErrorPlace() const override { return errorPlace; }
     bool AtEnd() const override { return current >= refs.size(); }
     /// What is left of the stream that is being read: the others are not known yet.
     unsigned long long GetEstimatedLength() const override;
@@ -26,6 +28,9 @@ public:
     unsigned long long current = 0;
     /// Null between two.
     Kernel::Counted<Stream> stream;
+
+private:
+    ErrorPlace errorPlace;
 };
 
 } // namespace Quillet

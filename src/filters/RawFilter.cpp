@@ -8,8 +8,9 @@
 
 namespace Quillet {
 
-RawFilter::RawFilter(Kernel::Counted<PdfSource> file, unsigned long long start, unsigned long long length)
-    : rawSource(std::move(file)), pos(start), remaining(rawSource ? length : 0)
+RawFilter::RawFilter(Kernel::Counted<PdfSource> file, unsigned long long start, unsigned long long length,
+                     const ErrorPlace& place)
+    : rawSource(std::move(file)), pos(start), remaining(rawSource ? length : 0), errorPlace(place)
 {}
 
 int RawFilter::Decode(char* buf, int size)

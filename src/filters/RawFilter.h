@@ -8,8 +8,11 @@ namespace Quillet {
 class QUILLET_API RawFilter : public Filter
 {
 public:
-    /// `file` may be null: then there are no bytes.
-    RawFilter(Kernel::Counted<PdfSource> file, unsigned long long start, unsigned long long length);
+    /// `file` may be null: then there are no bytes. `place` is told with faults.
+    RawFilter(Kernel::Counted<PdfSource> file, unsigned long long start, unsigned long long length,
+              const ErrorPlace& place);
+
+    ErrorPlace GetErrorPlace() const override { return errorPlace; }
 
     int Decode(char* buf, int size) override;
     void ReadAll(std::vector<char>& out) override;
@@ -21,6 +24,9 @@ public:
     Kernel::Counted<PdfSource> rawSource;
     unsigned long long pos;
     unsigned long long remaining;
+
+private:
+    ErrorPlace errorPlace;
 };
 
 } // namespace Quillet

@@ -29,8 +29,8 @@ void Stream::AddStreamFilters(Kernel::Counted<Dictionary> dictionary)
 {
     const unsigned long long start = dictionary->GetStreamPos();
     const int length = std::max(dictionary->GetInt("Length", 0), 0);
-    pipeline->AddFilter(
-        Kernel::MakeCounted<RawFilter>(dictionary->source, start, static_cast<unsigned long long>(length)));
+    pipeline->AddFilter(Kernel::MakeCounted<RawFilter>(
+        dictionary->source, start, static_cast<unsigned long long>(length), dictionary->object.GetErrorPlace(start)));
 
     std::vector<std::string> names;
     dictionary->GetNameVec("Filter", names);

@@ -17,6 +17,7 @@ public:
     int Read(char* buf, int size) override { return pipeline->Read(buf, size); }
     using SequentialSource::Read;
     void ReadAll(std::vector<char>& out) override { pipeline->ReadAll(out); }
+    ErrorPlace GetErrorPlace() const override { return pipeline->GetErrorPlace(); }
     bool AtEnd() const override { return pipeline->AtEnd(); }
     unsigned long long GetEstimatedLength() const override { return pipeline->GetEstimatedLength(); }
     int GetCompressedImageType() const { return pipeline->GetCompressedImageType(); }

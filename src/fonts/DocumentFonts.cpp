@@ -4,8 +4,8 @@
 
 #include "document/Resources.h"
 #include "document/Dictionary.h"
+#include "document/DocumentState.h"
 #include "document/Limits.h"
-#include "document/XRefs.h"
 #include "fonts/Font.h"
 
 #include <Quillet/Page.h>
@@ -114,14 +114,15 @@ void VisitPages(const PdfDocument& document, Visit visit)
 
 void PdfDocument::SetFontMap(Kernel::Counted<const Kernel::FontMap> map)
 {
-    fontMap = map ? std::move(map) : Kernel::Counted<const Kernel::FontMap>(Kernel::MakeCounted<Kernel::FontMap>());
-    xrefs->ClearCaches();
+    state->fontMap =
+        map ? std::move(map) : Kernel::Counted<const Kernel::FontMap>(Kernel::MakeCounted<Kernel::FontMap>());
+    state->xrefs.ClearCaches();
 }
 
 const Kernel::Counted<const Kernel::FontMap>& PdfDocument::GetFontMap() const
 {
     static const auto& standard = *new Kernel::Counted<const Kernel::FontMap>(Kernel::FontMap::GetDefault());
-    return fontMap ? fontMap : standard;
+    return state->fontMap ? state->fontMap : standard;
 }
 
 std::vector<FontInfo> PdfDocument::GetFontInfos() const
@@ -145,22 +146,22 @@ std::vector<Kernel::Font> PdfDocument::GetFonts() const
 
 void PdfDocument::AddFont(const Kernel::Font& font) const
 {
-    if (fonts.size() >= Limits::c_maxFonts || ContainsFont(font)) return;
-    fontsByName.emplace(font.postscriptName, fonts.size());
-    fonts.push_back(font);
+    if (state->fonts.size() >= Limits::c_maxFonts || ContainsFont(font)) return;
+    state->fontsByName.emplace(font.postscriptName, state->fonts.size());
+    state->fonts.push_back(font);
 }
 
 bool PdfDocument::ContainsFont(const Kernel::Font& font) const
 {
-    const auto [first, last] = fontsByName.equal_range(font.postscriptName);
+    const auto [first, last] = state->fontsByName.equal_range(font.postscriptName);
     return std::any_of(first, last, [&](const auto& entry) {
-        return !Budget::Spend(Limits::c_entryUnits) || fonts[entry.second] == font;
+        return !Budget::Spend(Limits::c_entryUnits) || state->fonts[entry.second] == font;
     });
 }
 
 bool PdfDocument::IsFontPostscriptNameUnique(const std::string& name) const
 {
-    return !fontsByName.contains(name);
+    return !state->fontsByName.contains(name);
 }
 
 } // namespace Quillet

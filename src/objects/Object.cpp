@@ -135,13 +135,13 @@ int Object::GetPageIndex() const
 TextFidelity Object::GetTextFidelity() const
 {
     const Kernel::NonCounted<PdfDocument> document = GetDocument();
-    return document ? document->textFidelity : TextFidelityExact;
+    return document ? document->GetTextFidelity() : TextFidelityExact;
 }
 
 bool Object::IsGroupTextLines() const
 {
     const Kernel::NonCounted<PdfDocument> document = GetDocument();
-    return document ? document->isGroupTextLines : true;
+    return document ? document->IsGroupTextLines() : true;
 }
 
 bool Object::IsContainedIn(const Rect& rect, double tolerance) const

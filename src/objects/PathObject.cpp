@@ -1,7 +1,6 @@
 #include <Quillet/Page.h>
 #include <Quillet/PathObject.h>
 
-#include "objects/PaintState.h"
 #include "objects/SoftMask.h"
 
 #include <algorithm>
@@ -20,30 +19,8 @@ using Descriptor = Kernel::Counted<Renderer::FillDescriptor>;
 constexpr double c_rotationTolerance = 1e-6;
 /// How far, in points of the page, a path may be off the shape that it is taken for.
 constexpr double c_shapeTolerance = 0.0625;
-/// A fill counts as no more opaque than the stroke up to this.
-constexpr double c_alphaTolerance = 0.0001;
 constexpr double c_nodeTolerance = 0.001;
 constexpr double c_smallestDeterminant = 1e-128;
-
-/// What the two alphas of a graphics state become: one for the object as a whole, one for each paint.
-struct Alphas
-{
-    double object = 1;
-    double fill;
-    double stroke;
-};
-
-/// A bitmap fill has no alpha of its own, so the object takes it over. Else the object takes what fill and stroke have
-/// in common, so that the stroke does not show the edge of the fill below it.
-Alphas SplitAlphas(const PaintState& state, Fill::Type type)
-{
-    const double fill = state.fillAlpha;
-    const double stroke = state.strokeAlpha;
-    if ((type & Fill::Fill) && state.FillRequiresOpacity(false)) return {fill, 1, stroke};
-    if ((type & Fill::Stroke) && state.FillRequiresOpacity(true)) return {stroke, fill, 1};
-    if (type == Fill::FillAndStroke && stroke >= fill - c_alphaTolerance) return {stroke, fill / stroke, 1};
-    return {1, fill, stroke};
-}
 
 /// A turn about `centre`.
 Params MakeRotation(double cosine, double sine, Kernel::PointT<double> centre)
@@ -80,24 +57,9 @@ bool DoRangesMeet(double a0, double a1, double b0, double b1)
 
 } // namespace
 
-PathObject::PathObject(const Kernel::Counted<const Page>& page, const PaintState& state,
-                       const Kernel::Counted<const Geometry::PolyCurveDbl>& newPath, Fill::Type type,
-                       Geometry::WindingOrderMode newWinding)
-    : Object(Kind::Path), blendMode(state.blendMode)
+PathObject::PathObject(Kernel::NonCounted<const Page> page) : Object(Kind::Path)
 {
     if (page) id = page->MakeObjectId();
-    softMask = state.softMask;
-    SetTransform(state.ltCurrent);
-
-    const Alphas alphas = SplitAlphas(state, type);
-    opacity = alphas.object;
-    const Params userToOwn = transform.GetInverse() * state.ltCurrent;
-    if (type & Fill::Fill) brushDescriptor = state.MakeFillDescriptorWithAlpha(false, alphas.fill, userToOwn);
-    if (type & Fill::Stroke) {
-        lineStyleDescriptor = state.MakeLineStyleDescriptor(state.ltCurrent);
-        penDescriptor = state.MakeFillDescriptorWithAlpha(true, alphas.stroke, userToOwn);
-    }
-    SetPath(newPath, newWinding, false);
 }
 
 PathObject::PathObject(const Kernel::Counted<const Page>& page, const Rect& rect, Descriptor brush)

@@ -19,6 +19,8 @@ TEST(AffineTransform, AppliesTheRightOperandFirst)
 {
     const Params product = Params::Scale(2, 3) * Params::Translation(10, 20);
     EXPECT_EQ(product.ApplyTo(Point{1, 1}), (Point{22, 63}));
+    const Params sum = Params::Scale(2, 3) + Params::Translation(10, 20);
+    EXPECT_EQ(sum.ApplyTo(Point{1, 1}), (Point{12, 23}));
     EXPECT_EQ(Params::FromPdf(1, 2, 3, 4, 5, 6).ApplyTo(Point{10, 100}), (Point{315, 426}));
 }
 

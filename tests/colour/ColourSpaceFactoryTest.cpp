@@ -7,6 +7,7 @@
 #include "colour/IndexedColourSpace.h"
 #include "colour/PatternColourSpace.h"
 #include "colour/TestProfile.h"
+#include "document/DocumentState.h"
 #include "document/Resources.h"
 #include "document/Dictionary.h"
 #include "document/Limits.h"
@@ -29,7 +30,7 @@ struct Spaces
 {
     explicit Spaces(const std::string& spaces, std::vector<std::string> objects = {})
         : document(MakePagePdf("", {.resources = "/ColorSpace << " + spaces + " >>", .objects = std::move(objects)})),
-          resources(document->GetPage(0)->GetResources()), factory(*document->colourSpaceFactory)
+          resources(document->GetPage(0)->GetResources()), factory(*document->GetState().colourSpaceFactory)
     {}
 
     Kernel::Counted<const ColourSpace> Get(const std::string& name) { return resources->GetColourSpace(name); }

@@ -1,6 +1,7 @@
 #include "colour/IndexedColourSpace.h"
 
 #include "colour/ColourSpaceFactory.h"
+#include "document/DocumentState.h"
 #include "document/Resources.h"
 #include "document/Parser.h"
 #include "support/PdfBuilder.h"
@@ -24,7 +25,8 @@ struct Palette
     explicit Palette(const std::string& parameters, const std::vector<std::string>& objects = {})
         : document(MakeFile(parameters, objects)),
           space(Kernel::MakeCounted<const IndexedColourSpace>(
-              MakeParser(document), nullptr, Kernel::Counted<const ColourSpaceFactory>(document->colourSpaceFactory)))
+              MakeParser(document), nullptr,
+              Kernel::Counted<const ColourSpaceFactory>(document->GetState().colourSpaceFactory)))
     {}
 
     static std::string MakeFile(const std::string& parameters, std::vector<std::string> objects)

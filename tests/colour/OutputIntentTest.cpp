@@ -3,6 +3,7 @@
 #include "colour/DeviceGrayColourSpace.h"
 #include "colour/DeviceRgbColourSpace.h"
 #include "colour/TestProfile.h"
+#include "document/DocumentState.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
 
@@ -15,7 +16,7 @@ struct Intents
 {
     Intents(const std::string& intents, std::vector<std::string> objects)
         : document(MakePagePdf("", {.objects = std::move(objects), .catalog = "/OutputIntents " + intents})),
-          factory(*document->colourSpaceFactory)
+          factory(*document->GetState().colourSpaceFactory)
     {}
 
     TestDocument document;

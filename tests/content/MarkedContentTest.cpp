@@ -1,3 +1,4 @@
+#include "document/DocumentState.h"
 #include "document/OCProperties.h"
 
 #include "TreeText.h"
@@ -204,8 +205,8 @@ TEST(MarkedContentTest, ReadsPrivateLayers)
 TEST(OCPropertiesTest, WithoutAConfigurationHidesNothing)
 {
     TestDocument document(MakePagePdf("", {.catalog = "/OCProperties << /OCGs [5 0 R] >>"}));
-    ASSERT_TRUE(document->ocProperties);
-    EXPECT_FALSE(document->ocProperties->IsHidden(document.GetRef(5)));
+    ASSERT_TRUE(document->GetState().ocProperties);
+    EXPECT_FALSE(document->GetState().ocProperties->IsHidden(document.GetRef(5)));
     EXPECT_FALSE(OCProperties(Ref()).IsLocked(document.GetRef(5)));
     EXPECT_THAT(document.GetErrors(), IsEmpty());
 }
@@ -216,7 +217,7 @@ TEST(OCPropertiesTest, KeepsItsAnswersApart)
     parts.objects = {"<< >>", "<< >>", "<< >>"};
     parts.catalog = "/OCProperties << /D << /OFF [5 0 R 6 0 R] /Locked [6 0 R] >> >>";
     TestDocument document(MakePagePdf("", parts));
-    const OCProperties& properties = *document->ocProperties;
+    const OCProperties& properties = *document->GetState().ocProperties;
     for (int round = 0; round < 2; ++round) {
         EXPECT_TRUE(properties.IsHidden(document.GetRef(5)));
         EXPECT_FALSE(properties.IsLocked(document.GetRef(5)));

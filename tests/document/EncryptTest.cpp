@@ -1,3 +1,4 @@
+#include "document/DocumentState.h"
 #include "document/Encrypt.h"
 
 #include "document/Dictionary.h"
@@ -91,14 +92,14 @@ TEST(EncryptTest, TellsWhatItDoesNotRead)
             TestDocument document(MakeProtected(row.entries));
             EXPECT_THAT(document.GetErrors(), testing::Contains(row.error)) << row.entries;
             EXPECT_EQ(document.isOpen, row.error == Error::Password) << row.entries;
-            document->encrypt->Read(Ref(), {});
-            document->encrypt->password = password;
+            document->GetState().encrypt.Read(Ref(), {});
+            document->GetState().encrypt.password = password;
             try {
-                document->encrypt->Read(document.GetRef(5), {});
+                document->GetState().encrypt.Read(document.GetRef(5), {});
             } catch (Error::Type) {
             }
             if (document.isOpen) {
-                EXPECT_EQ(document->encrypt->level, row.level) << row.entries;
+                EXPECT_EQ(document->GetState().encrypt.level, row.level) << row.entries;
             }
         }
     }
@@ -107,7 +108,7 @@ TEST(EncryptTest, TellsWhatItDoesNotRead)
 TEST(EncryptTest, IdentityLeavesEverythingAsItIs)
 {
     TestDocument document(MakeProtected(c_revision4 + c_user + c_identity));
-    EXPECT_EQ(document->decryptLevel, DecryptLevelUser);
+    EXPECT_EQ(document->GetDecryptLevel(), DecryptLevelUser);
     EXPECT_TRUE(document->HasUserPermissions());
     EXPECT_FALSE(document->HasOwnerPermissions());
     EXPECT_EQ(document->GetTitle(), "plain");
@@ -155,7 +156,7 @@ TEST(EncryptTest, KeepsMetadataInClearReadable)
         std::string entries = c_revision4;
         entries.append(isOpen ? c_clearUser : c_user).append(filters).append("/EncryptMetadata false");
         TestDocument document(MakeProtected(entries));
-        EXPECT_EQ(document->decryptLevel, isOpen ? DecryptLevelUser : DecryptLevelLocked);
+        EXPECT_EQ(document->GetDecryptLevel(), isOpen ? DecryptLevelUser : DecryptLevelLocked);
         // The stream does not say itself that it is clear, so that a key is used on it; without one it is just read.
         EXPECT_EQ(document->GetXmpMetadata(), isOpen ? "" : "<xmp>");
     }
@@ -172,22 +173,22 @@ TEST(EncryptTest, OldPermissionsImplyNewOnes)
     } rows[] = {{20, 20 | 2048 | 512}, {16 | 2048, 16 | 512}, {4 | 512, 4 | 2048}, {512 | 2048 | 8, 8}};
     for (const auto& row : rows) {
         TestDocument document(MakeProtected("/Filter /Standard /V 1 /R 2 /P " + std::to_string(row.permissions)));
-        EXPECT_EQ(document->encrypt->effectivePermissions, row.effective);
+        EXPECT_EQ(document->GetState().encrypt.effectivePermissions, row.effective);
         EXPECT_FALSE(document->HasPermissions(Permissions::Print));
     }
     TestDocument later(MakeProtected("/Filter /Standard /V 2 /R 3 /P 20"));
-    EXPECT_EQ(later->encrypt->effectivePermissions, 20);
-    later->encrypt->level = DecryptLevelUser;
+    EXPECT_EQ(later->GetState().encrypt.effectivePermissions, 20);
+    later->GetState().encrypt.level = DecryptLevelUser;
     EXPECT_TRUE(later->HasPermissions(Permissions::Print));
     EXPECT_FALSE(later->HasPermissions(static_cast<Permissions::Type>(Permissions::Print | Permissions::Modify)));
-    later->encrypt->level = DecryptLevelOwner;
+    later->GetState().encrypt.level = DecryptLevelOwner;
     EXPECT_FALSE(later->IsRestricted());
 }
 
 TEST(EncryptTest, CryptorsTakeAnyLengthAndKey)
 {
     TestDocument document(MakePagePdf(""));
-    Encrypt& encrypt = *document->encrypt;
+    Encrypt& encrypt = document->GetState().encrypt;
     encrypt.level = DecryptLevelUser;
     const Ref object = document.GetRef(4);
     for (const auto kind : {Encrypt::Filter::Rc4, Encrypt::Filter::AesV2, Encrypt::Filter::AesV3}) {
@@ -248,25 +249,25 @@ TEST(EncryptTest, APasswordComesBeforeOrAfterOpening)
     EXPECT_EQ(document->GetPageCount(), 0);
 
     document->SetPassword("user");
-    EXPECT_EQ(document->encrypt->level, DecryptLevelUser);
-    EXPECT_EQ(document->decryptLevel, DecryptLevelLocked);
+    EXPECT_EQ(document->GetState().encrypt.level, DecryptLevelUser);
+    EXPECT_EQ(document->GetDecryptLevel(), DecryptLevelLocked);
     EXPECT_TRUE(document->OpenMemory(file.data(), file.size()));
-    EXPECT_EQ(document->decryptLevel, DecryptLevelUser);
+    EXPECT_EQ(document->GetDecryptLevel(), DecryptLevelUser);
     EXPECT_EQ(document->GetPageCount(), 1);
     document->SetPassword("owner");
-    EXPECT_EQ(document->encrypt->level, DecryptLevelOwner);
+    EXPECT_EQ(document->GetState().encrypt.level, DecryptLevelOwner);
     document->SetPassword("wrong");
-    EXPECT_EQ(document->encrypt->level, DecryptLevelLocked);
+    EXPECT_EQ(document->GetState().encrypt.level, DecryptLevelLocked);
 
     document->Close();
-    EXPECT_EQ(document->encrypt->level, DecryptLevelNone);
-    EXPECT_EQ(document->encrypt->password, "");
-    EXPECT_EQ(document->encrypt->fileKey.size(), 0u);
+    EXPECT_EQ(document->GetState().encrypt.level, DecryptLevelNone);
+    EXPECT_EQ(document->GetState().encrypt.password, "");
+    EXPECT_EQ(document->GetState().encrypt.fileKey.size(), 0u);
     EXPECT_TRUE(document->OpenMemory(file.data(), file.size()));
-    EXPECT_EQ(document->decryptLevel, DecryptLevelLocked);
+    EXPECT_EQ(document->GetDecryptLevel(), DecryptLevelLocked);
     const std::string open = MakePagePdf("");
     EXPECT_TRUE(document->OpenMemory(open.data(), open.size()));
-    EXPECT_EQ(document->decryptLevel, DecryptLevelOpen);
+    EXPECT_EQ(document->GetDecryptLevel(), DecryptLevelOpen);
 
     for (const auto& [password, isCorrect] : {std::pair{"user", true}, {"owner", true}, {"wrong", false}, {"", false}})
         EXPECT_EQ(PdfDocument::IsCorrectPassword(file.data(), file.size(), password), isCorrect) << password;

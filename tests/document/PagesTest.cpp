@@ -1,3 +1,4 @@
+#include "document/DocumentState.h"
 #include "document/Pages.h"
 
 #include "document/Resources.h"
@@ -35,7 +36,7 @@ TEST(PagesTest, InheritsFromTheNearestNode)
     EXPECT_EQ(first->GetMediaBox(), (Rect{0, 0, 10, 20}));
     EXPECT_EQ(first->GetTrimBox(), (Rect{1, 1, 9, 9}));
     EXPECT_EQ(first->GetRotate(), 90);
-    EXPECT_EQ(first->GetResources().Get(), document->pages->GetResources().Get());
+    EXPECT_EQ(first->GetResources().Get(), document->GetState().pages->GetResources().Get());
 
     const auto second = document->GetPage(1);
     EXPECT_EQ(second->GetMediaBox(), (Rect{0, 0, 5, 5}));
@@ -43,7 +44,7 @@ TEST(PagesTest, InheritsFromTheNearestNode)
     EXPECT_EQ(second->GetArtBox(), (Rect{1, 1, 9, 9}));
     EXPECT_EQ(second->GetTrimBox(), (Rect{2, 2, 3, 3}));
     EXPECT_EQ(second->GetRotate(), 0);
-    EXPECT_NE(second->GetResources().Get(), document->pages->GetResources().Get());
+    EXPECT_NE(second->GetResources().Get(), document->GetState().pages->GetResources().Get());
     EXPECT_EQ(document->GetPageIndex(second), 1);
 
     EXPECT_TRUE(second->GetClipBox().IsEmpty());

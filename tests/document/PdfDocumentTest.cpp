@@ -1,3 +1,5 @@
+#include "document/DocumentState.h"
+
 #include <Quillet/PdfDocument.h>
 
 #include "support/PdfBuilder.h"
@@ -103,7 +105,7 @@ TEST(PdfDocumentTest, RubbishAheadShiftsFilesButNotMemory)
     EXPECT_TRUE(document->OpenFile(path.string()));
     EXPECT_EQ(document->GetDocName(), path.string());
     EXPECT_FALSE(document->OpenMemory(file.data(), file.size()));
-    EXPECT_EQ(document->defaultErrorHandler.lastError, Error::XRefTable);
+    EXPECT_EQ(document->GetDefaultErrorHandler()->lastError, Error::XRefTable);
     std::filesystem::remove(path);
     EXPECT_FALSE(document->OpenFile(path.string()));
     EXPECT_FALSE(document->IsPdfFile(path.string()));
@@ -160,7 +162,7 @@ TEST(PdfDocumentTest, AnswersMetadata)
     EXPECT_EQ(document->GetVersionString(), "PDF/X-4");
     EXPECT_EQ(document->GetXVersion(), 4);
     EXPECT_EQ(document->GetXmpMetadata(), "<xmp/>");
-    EXPECT_EQ(document->fileId.size(), 2u);
+    EXPECT_EQ(document->GetState().fileId.size(), 2u);
     EXPECT_TRUE(document->HasOwnerPermissions());
     EXPECT_FALSE(document->IsRestricted());
 }

@@ -1,3 +1,4 @@
+#include "document/DocumentState.h"
 #include "document/XRefs.h"
 
 #include "document/Dictionary.h"
@@ -127,7 +128,7 @@ TEST(XRefsTest, HybridFilesReadTheStreamAfterTheirTable)
     TestDocument document(AppendUpdate(base, object + stream, "0 0\n", " /XRefStm " + std::to_string(streamPos)));
     ASSERT_TRUE(document.isOpen);
     EXPECT_EQ(Dictionary(document.GetRef(5)).GetInt("Value", 0), 5);
-    EXPECT_EQ(document->xrefs->GetPos(3, 0), base.size());
+    EXPECT_EQ(document->GetState().xrefs.GetPos(3, 0), base.size());
 }
 
 TEST(XRefsTest, BrokenChainsAreFatal)
@@ -210,7 +211,7 @@ TEST(XRefsTest, CachesPerValue)
     EXPECT_EQ(ref.GetCache<Cached>(), first);
     const Ref inside = Ref::FromPosition(ref, ref.GetPos() + 9);
     EXPECT_FALSE(inside.GetCacheBase());
-    document->xrefs->ClearCaches();
+    document->GetState().xrefs.ClearCaches();
     EXPECT_FALSE(ref.GetCacheBase());
     document.GetRef(99).SetCache(first);
     EXPECT_FALSE(document.GetRef(99).GetCacheBase());
@@ -235,7 +236,7 @@ TEST(XRefsTest, CachesNoMoreThanItMayOfWhatCanBeReadAgain)
     EXPECT_TRUE(keeps(2, Kernel::MakeCounted<Large>()));
     EXPECT_FALSE(keeps(3, Kernel::MakeCounted<Large>()));
     EXPECT_TRUE(keeps(3, Kernel::MakeCounted<Needed>()));
-    document->xrefs->ClearCaches();
+    document->GetState().xrefs.ClearCaches();
     {
         const Budget::Scope budget(Kernel::MakeCounted<Budget>(-1), Budget::Share::All, nullptr);
         EXPECT_FALSE(keeps(1, Kernel::MakeCounted<Large>()));

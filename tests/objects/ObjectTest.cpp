@@ -6,6 +6,7 @@
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
 #include "content/TextHandler.h"
+#include "objects/PaintedObjects.h"
 
 #include <Raster/DynamicBitmap.h>
 
@@ -110,13 +111,16 @@ TEST(BitmapObject, StandsOnTheUnitSquareWithItsFirstRowAtTheTop)
     TextHandler textHandler(nullptr);
     GraphicsState state(nullptr, textHandler);
     state.SetLtCurrent(Params::FromPdf(200, 0, 0, -100, 10, 500));
-    BitmapObject object(nullptr, state, Kernel::MakeCounted<Raster::DynamicBitmap>(40, 50), BitmapObject::c_forPage);
+    const auto made =
+        MakeBitmapObject(nullptr, state, Kernel::MakeCounted<Raster::DynamicBitmap>(40, 50), BitmapContext::Page);
+    BitmapObject& object = *made;
     EXPECT_EQ(object.bbox, (Rect{0, 0, 40, 50}));
     EXPECT_TRUE(object.transform.IsEqual(Params::FromPdf(5, 0, 0, 2, 10, 400), 1e-12));
     EXPECT_EQ(object.transformedBBox, (Rect{10, 400, 210, 500}));
 
-    const BitmapObject flat(nullptr, state, Kernel::MakeCounted<Raster::DynamicBitmap>(40, 0), BitmapObject::c_forPage);
-    EXPECT_EQ(flat.transform, state.ltCurrent);
+    const auto flat =
+        MakeBitmapObject(nullptr, state, Kernel::MakeCounted<Raster::DynamicBitmap>(40, 0), BitmapContext::Page);
+    EXPECT_EQ(flat->transform, state.ltCurrent);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "content/GraphicsState.h"
 #include "content/TextHandler.h"
+#include "objects/PaintedObjects.h"
 
 #include <gtest/gtest.h>
 
@@ -71,10 +72,11 @@ TEST_F(StatePath, SplitsAlphasBetweenObjectAndPaints)
         state.strokeAlpha = row.stroke;
         state.fillDescriptor = row.isBitmapFill ? MakeBitmapPaint() : MakePaint();
         state.strokeDescriptor = row.isBitmapStroke ? MakeBitmapPaint() : MakePaint();
-        const PathObject object(nullptr, state, MakeRectangle({0, 0, 10, 10}), row.type, WindingOrderMode::NonZero);
-        EXPECT_EQ(object.opacity, row.expectedObject);
-        EXPECT_NEAR(GetAlpha(object.brushDescriptor), row.expectedFill, 1e-3);
-        EXPECT_NEAR(GetAlpha(object.penDescriptor), row.expectedStroke, 1e-3);
+        const auto object =
+            MakePathObject(nullptr, state, MakeRectangle({0, 0, 10, 10}), row.type, WindingOrderMode::NonZero);
+        EXPECT_EQ(object->opacity, row.expectedObject);
+        EXPECT_NEAR(GetAlpha(object->brushDescriptor), row.expectedFill, 1e-3);
+        EXPECT_NEAR(GetAlpha(object->penDescriptor), row.expectedStroke, 1e-3);
     }
 }
 
@@ -83,7 +85,9 @@ TEST_F(StatePath, TurnsWithItsPaintsAndStaysOnThePage)
     state.SetLtCurrent(Params::FromPdf(2, 0, 0, -2, 100, 700));
     const Params placement = Params::FromPdf(10, 0, 0, 20, 5, 5);
     state.fillDescriptor = MakeBitmapPaint(placement);
-    const PathObject object(nullptr, state, MakeRectangle({0, 0, 10, 30}), Fill::Fill, WindingOrderMode::EvenOdd);
+    const auto made =
+        MakePathObject(nullptr, state, MakeRectangle({0, 0, 10, 30}), Fill::Fill, WindingOrderMode::EvenOdd);
+    const PathObject& object = *made;
 
     EXPECT_TRUE(object.transform.IsEqual(Params::FromPdf(2, 0, 0, 2, 100, 640), 1e-9));
     EXPECT_EQ(object.transformedBBox, (Rect{100, 640, 120, 700}));

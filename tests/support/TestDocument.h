@@ -3,6 +3,7 @@
 #include "support/ErrorRecorder.h"
 
 #include <Quillet/PdfDocument.h>
+#include <Quillet/Ref.h>
 
 #include <Kernel/Counted.h>
 
