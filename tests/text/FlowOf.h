@@ -75,7 +75,8 @@ public:
         std::string text;
         for (std::size_t i = 0; i < columns.size(); ++i) {
             text += '[';
-            for (const Story::Story::Paragraph& paragraph : GetStory(i).GetParagraphs()) {
+            const Story::Story story = GetStory(i);
+            for (const Story::Story::Paragraph& paragraph : story.GetParagraphs()) {
                 if (text.back() != '[') text += " | ";
                 text += std::string("LCRJ").at(static_cast<std::size_t>(paragraph.atts->GetAlignment()));
                 for (const char c : ' ' + ToUtf8(paragraph.GetText()))
