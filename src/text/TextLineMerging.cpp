@@ -48,7 +48,7 @@ std::optional<Span> GetInk(double pen, const Char& c)
     const auto box = c.GetGlyphMetrics().box;
     if (box.IsEmpty()) return std::nullopt;
     const double scale = c.GetSize() * c.atts->Get(HorizontalScale);
-    const auto [left, right] = std::minmax(box.left * scale, box.right * scale);
+    const auto [left, right] = std::minmax({box.left * scale, box.right * scale});
     return Span{pen + left, pen + right};
 }
 
