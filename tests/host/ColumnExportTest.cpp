@@ -155,7 +155,7 @@ Json MakeJson(const ColumnObject& column)
     LongText text;
     JsonWriter json(text);
     json.BeginObject();
-    AddColumn(json, column);
+    AddColumn(json, column, {});
     json.EndObject();
     return Json::parse(text.Join());
 }
@@ -287,11 +287,11 @@ TEST(ColumnExport, GivesTabsOfHtmlTheWidthOfTheirStops)
     EXPECT_THAT(Select(html, "//span[@class='fill dots']", ""), ElementsAre(""));
 }
 
-ColumnMaker MakeDropCap()
+ColumnMaker MakeDropCap(bool hasSize)
 {
     const auto look = Kernel::MakeCounted<Story::Delta>();
-    look->doubles[Story::GlyphAtt::Size] = 30;
-    look->doubles[Story::GlyphAtt::BaselineShift] = 12;
+    look->doubles[Story::GlyphAtt::HorizontalScale] = 1;
+    if (hasSize) look->doubles[Story::GlyphAtt::Size] = 30;
     const auto cap = Kernel::MakeCounted<Story::DropCapAtt>();
     cap->SetIsEnabled(true);
     cap->SetHeightInLines(2);
@@ -306,7 +306,7 @@ ColumnMaker MakeDropCap()
 
 TEST(ColumnExport, ShowsDropCapsAsLargeAsThePage)
 {
-    ColumnMaker maker = MakeDropCap();
+    ColumnMaker maker = MakeDropCap(true);
     const auto svg = MakeSvg(maker.Get());
     ASSERT_THAT(Select(svg, "/svg/text", ""), ElementsAre("\"Once upona time"));
     EXPECT_STREQ(svg.select_node("/svg/text").node().attribute("font-size").value(), "30");
@@ -320,6 +320,12 @@ TEST(ColumnExport, ShowsDropCapsAsLargeAsThePage)
     EXPECT_THAT(Select(html, "//span[@class='cap']", ""), ElementsAre("\"O"));
     EXPECT_THAT(Select(html, "//span[@class='cap']", "style")[0], HasSubstr("font-size:30pt"));
     EXPECT_THAT(Select(html, "//span[@class='cap']", "style")[0], Not(HasSubstr("top:")));
+
+    // Without a size of its own it is as much larger as the second line is lower, by the height of an O.
+    ColumnMaker plain = MakeDropCap(false);
+    const auto plainSvg = MakeSvg(plain.Get());
+    const double height = -MakeAtts()->GetFontMetrics()->GetGlyphMetrics(U'O').box.top;
+    EXPECT_NEAR(plainSvg.select_node("/svg/text").node().attribute("font-size").as_double(), 10 + 12 / height, 1e-3);
 
     EXPECT_EQ(MakeJson(maker.Get())["paragraphs"][0]["dropCap"],
               Json({{"lines", 2}, {"distance", 3}, {"style", "Cap"}}));
@@ -340,9 +346,10 @@ TEST(ColumnExport, ShowsDecorations)
     EXPECT_THAT(Select(svg, "/svg/rect", "x"), ElementsAre("40"));
     EXPECT_THAT(Select(svg, "/svg/rect", "width"), ElementsAre("30"));
     EXPECT_THAT(Select(svg, "/svg/rect", "fill"), ElementsAre("#ff0000"));
-    EXPECT_THAT(Select(svg, "//tspan[@style]", "style"),
-                ElementsAre("text-decoration:underline", "text-decoration:line-through"));
-    EXPECT_THAT(Select(svg, "//tspan[@style]", ""), ElementsAre("marked", " struck"));
+    EXPECT_THAT(
+        Select(svg, "//tspan[@style]", "style"),
+        ElementsAre("text-decoration:underline", "text-decoration:line-through", "text-decoration:line-through"));
+    EXPECT_THAT(Select(svg, "//tspan[@style]", ""), ElementsAre("marked", " ", "struck"));
 
     const auto html = MakeHtml(maker.Get());
     EXPECT_THAT(Select(html, "/div/p/span", ""), ElementsAre("marked", " struck"));
