@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Kernel/Export.h>
 #include <Kernel/RectT.h>
 
 #include <compare>
@@ -16,7 +17,7 @@ namespace Quillet {
 ///
 /// A box lies in a cell of a grid whose cells have its own width and height, rounded up to powers of two: so whatever
 /// is found is of a size with the cells that were looked at. What is looked at is paid for.
-class BoxIndex
+class QUILLET_API BoxIndex
 {
 public:
     using Box = Kernel::RectT<double>;

@@ -3,6 +3,7 @@
 #include "Guarded.h"
 #include "OpenDocument.h"
 #include "PageQueue.h"
+#include "exporters/Format.h"
 #include "exporters/JsonExporter.h"
 #include "exporters/JsonWriter.h"
 #include "exporters/SvgExporter.h"
@@ -73,15 +74,17 @@ public:
     {
         problems = {{Error::General, 2}};
         const Budget::Scope scope(Kernel::MakeCounted<Budget>(units), Budget::Share::All, nullptr);
-        const LongText text =
-            isSvg ? MakeSvg(*page, *root, "A <title>", profiles, problems) : MakePageJson(*page, 0, *root, problems, 0);
-        return text.Join();
+        const PageView view = GetView(*root);
+        return (isSvg ? MakeSvg(view) : MakePageJson(view)).Join();
     }
+
+    PageView GetView(const GroupObject& tree) { return {*page, 0, tree, problems, 0, title, profiles}; }
 
     TestDocument document;
     Kernel::Counted<GroupObject> root;
     Kernel::Counted<const Page> page;
     Raster::ICCManager::ICCProfileSet profiles;
+    std::string title = "A <title>";
     Problems problems;
 };
 
@@ -138,12 +141,11 @@ TEST(CostTest, ANestCostsWhatARowOfItsLengthDoes)
         return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     };
     PageWriter writer(MakePagePdf(""));
-    Problems problems;
     const std::pair<const char*, std::function<void(GroupObject&)>> rows[] = {
         {"boxes", [](GroupObject& root) { root.UpdateBBoxes(); }},
         {"search", [](GroupObject& root) { EXPECT_FALSE(root.HasText()); }},
-        {"JSON", [&](GroupObject& root) { MakePageJson(*writer.page, 0, root, problems, 0); }},
-        {"SVG", [&](GroupObject& root) { MakeSvg(*writer.page, root, "", writer.profiles, problems); }},
+        {"JSON", [&](GroupObject& root) { MakePageJson(writer.GetView(root)); }},
+        {"SVG", [&](GroupObject& root) { MakeSvg(writer.GetView(root)); }},
     };
     for (const auto& [name, pass] : rows)
         EXPECT_LT(measure(writer, pass, true), 10 * measure(writer, pass, false) + 0.1) << name;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Kernel/Export.h>
 #include <Kernel/RectT.h>
 
 #include <cstddef>
@@ -8,7 +9,7 @@
 namespace Quillet {
 
 /// Boxes that do not change, to find those around a point without looking at all.
-class BoxTree
+class QUILLET_API BoxTree
 {
 public:
     using Rect = Kernel::RectT<double>;
