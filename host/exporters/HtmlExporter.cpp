@@ -228,7 +228,9 @@ LongText MakeHtmlHead(const PdfDocument& document)
 {
     LongText html("<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>");
     const std::string title = document.GetTitle();
-    html.Append(MakeHtmlText(title.empty() ? document.GetDocName() : title));
+    // Where the file lies is nobody's business.
+    const std::string name = document.GetDocName();
+    html.Append(MakeHtmlText(title.empty() ? name.substr(name.rfind('/') + 1) : title));
     html.Append("</title>\n<style>");
     html.Append(c_css);
     html.Append("</style>\n</head>\n<body>\n");
