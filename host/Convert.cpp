@@ -8,6 +8,7 @@
 #include "PageQueue.h"
 #include "PageRange.h"
 #include "Progress.h"
+#include "StyleNames.h"
 #include "WriteAll.h"
 #include "exporters/Costs.h"
 #include "exporters/Format.h"
@@ -142,8 +143,12 @@ private:
         result.isFound = tree.page != nullptr;
         result.problems = opened.counter.Take();
         long long firstId = 0;
-        idTurns.InTurn(place, [&] { firstId = std::exchange(nextId, nextId + document.GetNextObjectId()); });
-        if (tree.root && !Interrupt::IsSet()) MakeText(result, tree, index, firstId);
+        StyleNames::Names styleNames;
+        idTurns.InTurn(place, [&] {
+            firstId = std::exchange(nextId, nextId + document.GetNextObjectId());
+            if (tree.root) styleNames = styles.Add(*tree.root);
+        });
+        if (tree.root && !Interrupt::IsSet()) MakeText(result, tree, {index, firstId, styleNames});
         return result;
     }
 
@@ -156,11 +161,19 @@ private:
         return tree;
     }
 
-    void MakeText(PageResult& result, const PageTree& tree, int index, long long firstId) const
+    /// What a page, and what is on it, is called by in the file.
+    struct PageNumbers
+    {
+        int index;
+        long long firstId;
+        const StyleNames::Names& styleNames;
+    };
+
+    void MakeText(PageResult& result, const PageTree& tree, const PageNumbers& numbers) const
     {
         const Outcome outcome = Guarded([&] {
-            result.text =
-                options.format->makePage({*tree.page, index, *tree.root, result.problems, firstId, title, profiles});
+            result.text = options.format->makePage({*tree.page, numbers.index, *tree.root, result.problems,
+                                                    numbers.firstId, numbers.styleNames, title, profiles});
         });
         if (outcome.IsDone()) return;
         result.text = std::nullopt;
@@ -170,7 +183,7 @@ private:
     LongText MakeTail(const PdfDocument& document) const
     {
         const Budget::Scope scope = document.OpenScope(Budget::Share::All);
-        return options.format->makeTail(document.GetStyleSheet().Get());
+        return options.format->makeTail(styles.GetSheet());
     }
 
     /// In the order of the pages, one at a time.
@@ -267,6 +280,7 @@ private:
     /// The file that all pages go to, if there is one.
     std::unique_ptr<OutputFile> whole;
     long long nextId = 0;
+    StyleNames styles;
     std::atomic<bool> isStopped = false;
     bool isFirst = true;
     bool isCutShort = false;

@@ -16,6 +16,8 @@ inline constexpr unsigned long long c_jsonEntry = 200;
 inline constexpr unsigned long long c_jsonTextByte = 7;
 /// A paragraph as JSON has so many values of its own.
 inline constexpr unsigned long long c_jsonParagraph = 600;
+/// A line that is asked for its styles.
+inline constexpr unsigned long long c_styleLine = 20;
 
 /// A line and a character of a story, which a host's text is read from.
 inline constexpr unsigned long long c_storyLine = 300;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Problems.h"
+#include "StyleNames.h"
 #include "exporters/LongText.h"
 
 #include <Raster/ICCManager.h>
@@ -13,10 +14,6 @@ class GroupObject;
 class Page;
 class PdfDocument;
 } // namespace Quillet
-
-namespace Story {
-class StyleSheet;
-}
 
 namespace Host {
 
@@ -31,6 +28,8 @@ struct PageView
     Problems& problems;
     /// Ids count from here, where those of the page's objects counted from 0.
     long long firstId;
+    /// For the styles of the page, how the file calls them.
+    const StyleNames::Names& styleNames;
     /// Of the document.
     const std::string& title;
     /// By which colours become sRGB.
@@ -48,7 +47,7 @@ struct Format
     /// Of one file: what stands before the pages, between two, and behind them. Null for nothing.
     LongText (*makeHead)(const Quillet::PdfDocument& document);
     std::string_view separator;
-    LongText (*makeTail)(const Story::StyleSheet* styles);
+    LongText (*makeTail)(const Story::StyleSheet& styles);
 };
 
 /// Null for a name that is none; capitals do not matter.

@@ -28,18 +28,19 @@ namespace {
 
 using namespace Quillet;
 
-/// Spans have no height of their own, so that lines keep the leading of their paragraph. The marker of an item is a
-/// box, since a browser places its own markers as it likes.
+/// Only paragraphs keep their spaces: those between paragraphs are the file's. Spans have no height of their own, so
+/// that lines keep the leading of their paragraph. The marker of an item is a box, since a browser places its own
+/// markers as it likes.
 constexpr const char* c_css = R"(
 body{margin:0;background:#999}
 .page{position:relative;overflow:hidden;background:#fff;margin:12pt auto;isolation:isolate;break-after:page}
 .group,.page>svg,.group>svg{position:absolute;left:0;top:0;width:100%;height:100%;pointer-events:none}
-.frame{position:absolute;transform-origin:0 0;pointer-events:auto;white-space:pre-wrap;overflow-wrap:break-word;text-rendering:geometricPrecision}
+.frame{position:absolute;transform-origin:0 0;pointer-events:auto;overflow-wrap:break-word;text-rendering:geometricPrecision}
 .frame:focus{outline:1px dashed #36c}
-.art{white-space:pre}
 .frame p,.frame li,.frame ol,.frame ul{margin:0;padding:0}
-.frame ol,.frame ul{list-style:none;white-space:normal}
-.frame li{display:block;white-space:pre-wrap}
+.frame p,.frame li{display:block;white-space:pre-wrap}
+.frame ol,.frame ul{list-style:none}
+.art p,.art li{white-space:pre}
 .frame li::before{content:var(--before) var(--after,'');display:inline-block;text-indent:0;line-height:0;white-space:pre;
 min-width:var(--gap);font-family:var(--marker-font-family,inherit);font-size:var(--marker-font-size,inherit);
 font-weight:var(--marker-font-weight,inherit);font-style:var(--marker-font-style,inherit);color:var(--marker-color,inherit)}
@@ -50,7 +51,7 @@ font-weight:var(--marker-font-weight,inherit);font-style:var(--marker-font-style
 .frame .cell{display:inline-block;text-indent:0;line-height:inherit;tab-size:0}
 .frame .row{display:inline-flex;align-items:baseline}
 .fill{flex:1 0 auto}
-.dots{border-bottom:.09em dotted}
+.dots{border-bottom:.09em dotted;margin:0 .2em}
 @page{margin:0}
 @media print{body{background:none}.page{margin:0}}
 )";
@@ -227,7 +228,9 @@ LongText MakeHtmlHead(const PdfDocument& document)
 {
     LongText html("<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>");
     const std::string title = document.GetTitle();
-    html.Append(MakeHtmlText(title.empty() ? document.GetDocName() : title));
+    // Where the file lies is nobody's business.
+    const std::string name = document.GetDocName();
+    html.Append(MakeHtmlText(title.empty() ? name.substr(name.rfind('/') + 1) : title));
     html.Append("</title>\n<style>");
     html.Append(c_css);
     html.Append("</style>\n</head>\n<body>\n");
@@ -241,7 +244,7 @@ LongText MakePageHtml(const PageView& view)
     return html;
 }
 
-LongText MakeHtmlTail(const Story::StyleSheet*)
+LongText MakeHtmlTail(const Story::StyleSheet&)
 {
     return LongText("</body>\n</html>\n");
 }

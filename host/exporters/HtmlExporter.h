@@ -22,6 +22,6 @@ LongText MakeHtmlHead(const Quillet::PdfDocument& document);
 /// What there is no more to pay for (`Quillet::Budget`) is left out; then the view's problems have `CutShort`
 /// afterwards.
 LongText MakePageHtml(const PageView& view);
-LongText MakeHtmlTail(const Story::StyleSheet* styles);
+LongText MakeHtmlTail(const Story::StyleSheet& styles);
 
 } // namespace Host

@@ -36,6 +36,20 @@ double FindScale(const ColumnText& text)
     return scale && std::isfinite(*scale) && *scale > 1e-3 && *scale < 1e3 ? *scale : 1;
 }
 
+/// Where the text wraps as on the page. Text that is no frame has no room to spare; other text has some, but not as
+/// much as a line would claim that is measured by one wide space, or lines would end elsewhere.
+Rect MakeFrame(const ColumnObject& column, bool isArt)
+{
+    constexpr double c_mostRoom = 10.5;
+    constexpr double c_room = 0.5;
+    const Rect text = column.GetBaseStoryFrameBox();
+    Rect frame = column.GetStoryFrameBox();
+    if (isArt) return text;
+    if (!(frame.right - text.right <= c_mostRoom)) frame.right = text.right + c_room;
+    if (!(text.left - frame.left <= c_mostRoom)) frame.left = text.left;
+    return frame;
+}
+
 HtmlStyle MakePlace(const Object& object, Renderer::FillBlendMode::BlendMode mode, const Rect& frame, double scale)
 {
     HtmlStyle style;
@@ -131,8 +145,7 @@ void AppendFrame(LongText& html, const ColumnObject& column, const Raster::ICCMa
     if (paragraphs.empty() || column.lines.empty() || !Budget::Spend(Costs::c_htmlBox)) return;
     const double scale = FindScale(text);
     const bool isArt = column.IsArtText();
-    // Text that is no frame has no room to spare.
-    Rect frame = isArt ? column.GetBaseStoryFrameBox() : column.GetStoryFrameBox();
+    Rect frame = MakeFrame(column, isArt);
     const HtmlParagraph top(column, paragraphs.front(), profiles, scale);
     frame.top = column.lines.front()->GetGdiPosition().y - top.GetSpaceAbove();
     frame.bottom = std::max(frame.bottom, frame.top);

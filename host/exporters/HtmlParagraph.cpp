@@ -217,8 +217,7 @@ std::string HtmlParagraph::MakeDropCap(Pieces& pieces) const
     const auto first = GetTextBegin(line);
     const std::size_t count = std::min(CountCharacters(first, std::max(first, line.GetDropCapEnd())), pieces.size());
     if (count == 0) return {};
-    const auto atts = pieces.front().atts->Clone();
-    if (cap.delta) cap.delta->ApplyTo(*atts);
+    const auto atts = MakeDropCapAtts(*paragraph.atts, *pieces.front().atts, pieces[count - 1].character);
     atts->Set(Story::GlyphAtt::BaselineShift, 0.0);
     const int lineCount = std::clamp(cap.heightInLines, 1, 100);
     const double baseline = (lineCount - 1) * leading + GetSpaceAbove();

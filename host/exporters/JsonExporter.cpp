@@ -139,7 +139,9 @@ void AddBitmap(JsonWriter& json, const BitmapObject& bitmap)
 class TreeWriter : public TreePass<>
 {
 public:
-    TreeWriter(JsonWriter& out, long long firstObjectId) : json(out), firstId(firstObjectId) {}
+    TreeWriter(JsonWriter& out, long long firstObjectId, const StyleNames::Names& styleNames)
+        : json(out), firstId(firstObjectId), styles(styleNames)
+    {}
 
     Step Enter(const GroupObject& group, std::monostate&) override
     {
@@ -193,7 +195,7 @@ private:
             break;
         case Column:
             AddCommon("column", object);
-            AddColumn(json, static_cast<const ColumnObject&>(object));
+            AddColumn(json, static_cast<const ColumnObject&>(object), styles);
             break;
         }
     }
@@ -217,6 +219,7 @@ private:
 
     JsonWriter& json;
     const long long firstId;
+    const StyleNames::Names& styles;
     bool isRoot = true;
 };
 
@@ -303,7 +306,7 @@ LongText MakeJsonHead(const PdfDocument& document)
     return text;
 }
 
-LongText MakeJsonTail(const Story::StyleSheet* styles)
+LongText MakeJsonTail(const Story::StyleSheet& styles)
 {
     LongText text("],\n\"styles\":");
     JsonWriter json(text);
@@ -317,7 +320,7 @@ LongText MakePageJson(const PageView& view)
     // The problems stand first, and the last of them may be met while the tree is written.
     LongText tree;
     JsonWriter treeJson(tree);
-    TreeWriter writer(treeJson, view.firstId);
+    TreeWriter writer(treeJson, view.firstId, view.styleNames);
     WalkTree(view.root, writer);
     if (Budget::IsSpent()) view.problems[Error::CutShort] = 1;
 

@@ -35,7 +35,7 @@ void BeginPage(JsonWriter& json, const Quillet::Page& page, int index);
 LongText MakeJsonHead(const Quillet::PdfDocument& document);
 /// A page with its tree.
 LongText MakePageJson(const PageView& view);
-/// What stands behind the last page: the styles of its text, which may be null.
-LongText MakeJsonTail(const Story::StyleSheet* styles);
+/// What stands behind the last page: the styles of its text.
+LongText MakeJsonTail(const Story::StyleSheet& styles);
 
 } // namespace Host

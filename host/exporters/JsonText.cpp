@@ -143,7 +143,13 @@ void WriteTabs(JsonWriter& json, const Story::TabStops& stops)
     json.EndArray();
 }
 
-void WriteList(JsonWriter& json, const Story::ListAtt& list, const ListMarker& marker)
+const std::string& FindStyle(const StyleNames::Names& styles, const std::string& name)
+{
+    const auto found = styles.find(name);
+    return found == styles.end() ? name : found->second;
+}
+
+void WriteList(JsonWriter& json, const Story::ListAtt& list, const ListMarker& marker, const StyleNames::Names& styles)
 {
     json.BeginObject();
     json.Key("type").Text(list.type == Story::ListType::Number ? "number" : "bullet");
@@ -151,20 +157,20 @@ void WriteList(JsonWriter& json, const Story::ListAtt& list, const ListMarker& m
     json.Key("format").Text(GetFormatName(list.format));
     json.Key("start").Integer(list.start);
     json.Key("restart").Flag(marker.isRestart);
-    if (!list.styleName.empty()) WriteText(json.Key("style"), list.styleName);
+    if (!list.styleName.empty()) WriteText(json.Key("style"), FindStyle(styles, list.styleName));
     json.EndObject();
 }
 
-void WriteDropCap(JsonWriter& json, const Story::DropCapAtt& cap)
+void WriteDropCap(JsonWriter& json, const Story::DropCapAtt& cap, const StyleNames::Names& styles)
 {
     json.BeginObject();
     json.Key("lines").Integer(cap.heightInLines);
     json.Key("distance").Number(cap.distanceToText);
-    WriteText(json.Key("style"), cap.styleName);
+    WriteText(json.Key("style"), FindStyle(styles, cap.styleName));
     json.EndObject();
 }
 
-void WriteParagraph(JsonWriter& json, const ColumnText::Paragraph& paragraph)
+void WriteParagraph(JsonWriter& json, const ColumnText::Paragraph& paragraph, const StyleNames::Names& styles)
 {
     using namespace Story::ParagraphAtt;
     const Story::ParagraphAtts& atts = *paragraph.atts;
@@ -182,8 +188,8 @@ void WriteParagraph(JsonWriter& json, const ColumnText::Paragraph& paragraph)
     json.Key("spaceBefore").Number(atts.Get(SpaceBefore));
     WriteNumbers(json.Key("wordSpace"), {atts.Get(WordSpaceMin), atts.Get(WordSpaceDesired), atts.Get(WordSpaceMax)});
     WriteTabs(json.Key("tabs"), *atts.GetTabStops());
-    if (paragraph.IsItem()) WriteList(json.Key("list"), *atts.GetList(), paragraph.marker);
-    if (paragraph.HasDropCap()) WriteDropCap(json.Key("dropCap"), *atts.GetDropCap());
+    if (paragraph.IsItem()) WriteList(json.Key("list"), *atts.GetList(), paragraph.marker, styles);
+    if (paragraph.HasDropCap()) WriteDropCap(json.Key("dropCap"), *atts.GetDropCap(), styles);
     json.Key("runs").BeginArray();
     for (const Story::Story::Run& run : *paragraph.runs) {
         if (!Budget::Spend(Costs::c_jsonRun)) break;
@@ -211,7 +217,7 @@ void AddTextLine(JsonWriter& json, const TextLineObject& line)
     json.EndArray();
 }
 
-void AddColumn(JsonWriter& json, const ColumnObject& column)
+void AddColumn(JsonWriter& json, const ColumnObject& column, const StyleNames::Names& styles)
 {
     const auto frame = column.GetStoryFrameBox();
     const auto origin = column.GetStoryArtOrigin();
@@ -234,23 +240,21 @@ void AddColumn(JsonWriter& json, const ColumnObject& column)
     const ColumnText text(column);
     for (const ColumnText::Paragraph& paragraph : text.GetParagraphs()) {
         if (!Budget::Spend(Costs::c_jsonParagraph)) break;
-        WriteParagraph(json, paragraph);
+        WriteParagraph(json, paragraph, styles);
     }
     json.EndArray();
 }
 
-void WriteStyles(JsonWriter& json, const Story::StyleSheet* sheet)
+void WriteStyles(JsonWriter& json, const Story::StyleSheet& sheet)
 {
     json.BeginArray();
-    if (sheet) {
-        for (const auto& style : sheet->GetStyles()) {
-            if (!Budget::Spend(Costs::c_jsonRun)) break;
-            json.BreakLine();
-            json.BeginObject();
-            WriteText(json.Key("name"), style->GetName());
-            WriteDelta(json.Key("delta"), style->GetDelta() ? *style->GetDelta() : Story::Delta());
-            json.EndObject();
-        }
+    for (const auto& style : sheet.GetStyles()) {
+        if (!Budget::Spend(Costs::c_jsonRun)) break;
+        json.BreakLine();
+        json.BeginObject();
+        WriteText(json.Key("name"), style->GetName());
+        WriteDelta(json.Key("delta"), style->GetDelta() ? *style->GetDelta() : Story::Delta());
+        json.EndObject();
     }
     json.EndArray();
 }

@@ -1,13 +1,11 @@
 #pragma once
 
+#include "StyleNames.h"
+
 namespace Quillet {
 class ColumnObject;
 class TextLineObject;
 } // namespace Quillet
-
-namespace Story {
-class StyleSheet;
-}
 
 namespace Host {
 
@@ -17,9 +15,9 @@ class JsonWriter;
 
 /// A line as it was shown.
 void AddTextLine(JsonWriter& json, const Quillet::TextLineObject& line);
-/// A frame with its paragraphs.
-void AddColumn(JsonWriter& json, const Quillet::ColumnObject& column);
-/// An array; empty for null.
-void WriteStyles(JsonWriter& json, const Story::StyleSheet* sheet);
+/// A frame with its paragraphs, whose styles are called as `styles` has it.
+void AddColumn(JsonWriter& json, const Quillet::ColumnObject& column, const StyleNames::Names& styles);
+/// An array.
+void WriteStyles(JsonWriter& json, const Story::StyleSheet& sheet);
 
 } // namespace Host

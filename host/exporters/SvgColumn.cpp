@@ -38,7 +38,7 @@ bool HasDropCap(const TextLineObject& line)
 {
     if (!line.isParagraphFront || !line.paragraphAtts) return false;
     const auto& cap = line.paragraphAtts->GetDropCap();
-    return cap && cap->isEnabled && cap->delta;
+    return cap && cap->isEnabled;
 }
 
 /// The letter of a drop cap has the look of its text; what makes it large is in the paragraph.
@@ -49,8 +49,7 @@ void EnlargeDropCap(std::vector<Span>& spans, const TextLineObject& line)
     for (const Span& span : spans) {
         const auto split = std::clamp(end, span.first, span.last);
         if (split != span.first) {
-            const auto atts = span.atts->Clone();
-            line.paragraphAtts->GetDropCap()->delta->ApplyTo(*atts);
+            const auto atts = MakeDropCapAtts(*line.paragraphAtts, *span.atts, (end - 1)->unicode);
             result.push_back({span.first, split, Kernel::ConsolidateObjectSacrifice(atts), span.x});
         }
         if (split != span.last)
@@ -126,7 +125,9 @@ private:
     {
         const double baseline = line.GetGdiPosition().y + span.atts->Get(Story::GlyphAtt::BaselineShift);
         const auto pen = BeginSpan(*span.atts, {span.x, baseline});
-        AddWords(MakeRunNode(span.atts, pen.y), span.first, span.last, pen.x, shape.a);
+        std::string style;
+        AddDecorations(style, *span.atts);
+        AddWords(MakeRunNode(span.atts, pen.y), span.first, span.last, pen.x, shape.a, style);
     }
 
     /// Dots stand at the end of the gap, as typesetters put them.
@@ -179,14 +180,11 @@ private:
             textAtts = atts;
             SetPaint(text, *atts, false);
         }
-        std::string style;
-        AddDecorations(style, *atts);
-        const bool isPlain = atts == textAtts && style.empty() && std::abs(y - lineY) < 1e-4;
+        const bool isPlain = atts == textAtts && std::abs(y - lineY) < 1e-4;
         if (isPlain) return lineNode;
         pugi::xml_node node = Append(lineNode, "tspan");
         Set(node, "y", MakeNumber(y, 4));
         if (!(atts == textAtts)) SetPaint(node, *atts, true);
-        if (!style.empty()) Set(node, "style", style);
         return node;
     }
 

@@ -77,7 +77,8 @@ bool IsSeen(Chars::const_iterator first, Chars::const_iterator last)
     return std::any_of(first, last, [](const Char& c) { return !c.isSpace && !c.IsTab(); });
 }
 
-void AddWords(pugi::xml_node text, Chars::const_iterator first, Chars::const_iterator last, double pen, double scale)
+void AddWords(pugi::xml_node text, Chars::const_iterator first, Chars::const_iterator last, double pen, double scale,
+              const std::string& style)
 {
     while (first != last) {
         if (first->IsTab()) {
@@ -92,9 +93,11 @@ void AddWords(pugi::xml_node text, Chars::const_iterator first, Chars::const_ite
             pugi::xml_node span = Append(text, "tspan");
             Set(span, "x", MakeNumber(pen, 4));
             if (std::abs(piece.spacing) > 1e-3) Set(span, "letter-spacing", MakeNumber(piece.spacing, 4));
+            std::string ownStyle = style;
             // The characters are in the order of their places, and not of reading.
             if (std::any_of(first, piece.last, IsRightToLeft))
-                Set(span, "style", "direction:ltr;unicode-bidi:bidi-override");
+                AddStyle(ownStyle, "direction:ltr;unicode-bidi:bidi-override");
+            if (!ownStyle.empty()) Set(span, "style", ownStyle);
             span.text().set(characters.c_str());
         }
         for (; first != piece.last; ++first)

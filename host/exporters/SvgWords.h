@@ -12,9 +12,10 @@ namespace Host {
 bool IsSeen(Quillet::TextLineObject::Chars::const_iterator first, Quillet::TextLineObject::Chars::const_iterator last);
 
 /// Appends characters word by word from `pen` on, in points of the text element, whose unit is `scale` points of the
-/// line. Tabs are gaps.
+/// line. Tabs are gaps. Each word has the `style`: not every renderer hands decorations on.
 void AddWords(pugi::xml_node text, Quillet::TextLineObject::Chars::const_iterator first,
-              Quillet::TextLineObject::Chars::const_iterator last, double pen, double scale);
+              Quillet::TextLineObject::Chars::const_iterator last, double pen, double scale,
+              const std::string& style = {});
 
 /// With `isOverriding`, what is usual is said too.
 void SetFont(pugi::xml_node node, const Story::GlyphAtts& atts, bool isOverriding);

@@ -69,6 +69,26 @@ const Story::TabStop* FindStop(const Story::TabStops& stops, const TabPlace& pla
 
 } // namespace
 
+Kernel::Counted<Story::GlyphAtts> MakeDropCapAtts(const Story::ParagraphAtts& paragraph, const Story::GlyphAtts& atts,
+                                                  char32_t letter)
+{
+    using namespace Story::GlyphAtt;
+    const Story::DropCapAtt& cap = *paragraph.GetDropCap();
+    auto result = atts.Clone();
+    if (cap.delta) cap.delta->ApplyTo(*result);
+    const double depth = std::clamp(cap.heightInLines - 1, 0, 100) * paragraph.Get(Story::ParagraphAtt::Leading);
+    if (!std::isfinite(depth)) return result;
+    const auto isGiven = [&cap](Story::GlyphAtt::Double attribute) {
+        return cap.delta && cap.delta->doubles.contains(attribute);
+    };
+    const auto box = result->GetFontMetrics()->GetGlyphMetrics(letter).box;
+    // Most capitals are so high.
+    const double height = box.IsEmpty() || !(box.top < -0.3) ? 0.7 : -box.top;
+    if (!isGiven(Size)) result->Set(Size, atts.GetSize() + depth / height);
+    if (!isGiven(BaselineShift)) result->Set(BaselineShift, depth);
+    return result;
+}
+
 std::vector<TabPlace> FindTabs(const Quillet::TextLineObject& line, const Kernel::RectT<double>& frame)
 {
     std::vector<TabPlace> tabs;

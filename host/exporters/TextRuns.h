@@ -30,6 +30,12 @@ std::vector<TextRun> SplitIntoRuns(const Quillet::TextLineObject& line);
 std::string GetRunText(Quillet::TextLineObject::Chars::const_iterator first,
                        Quillet::TextLineObject::Chars::const_iterator last);
 
+/// The look of a paragraph's drop cap, which has the look of the text beside it: `atts` are those of its letters, the
+/// last of which is `letter`. What neither its style nor the file says is worked out: it reaches from the top of a
+/// capital on the first line to the baseline of the last line beside it.
+Kernel::Counted<Story::GlyphAtts> MakeDropCapAtts(const Story::ParagraphAtts& paragraph, const Story::GlyphAtts& atts,
+                                                  char32_t letter);
+
 /// A tab of a line that is in a column, in points of the column's space.
 struct TabPlace
 {

@@ -117,7 +117,7 @@ TEST_F(CommandLineTest, InfoObeysNothingThatAFileSays)
 TEST_F(CommandLineTest, WritesTheTreeAsJson)
 {
     folder.Put("FILE", MakeSample().Build());
-    ASSERT_EQ(Run({"convert", "FILE", "-o", "OUT.json"}), ExitDone) << problems;
+    ASSERT_EQ(Run({"convert", "FILE", "--raw", "-o", "OUT.json"}), ExitDone) << problems;
     const Json json = Json::parse(folder.Read("OUT.json"));
     EXPECT_EQ(json["document"]["pageCount"], 1);
     EXPECT_EQ(json["styles"], Json::array());
@@ -161,7 +161,7 @@ TEST_F(CommandLineTest, WritesHowNamedColoursLook)
                                         .objects = {"<< /FunctionType 2 /N 1 /Domain [0 1] /C0 [0 0 0 0] "
                                                     "/C1 [0 0.25 1 0.5] >>"}})
                            .Build());
-    ASSERT_EQ(Run({"convert", "FILE", "-o", "OUT.json"}), ExitDone) << problems;
+    ASSERT_EQ(Run({"convert", "FILE", "--raw", "-o", "OUT.json"}), ExitDone) << problems;
     const Json paths = Json::parse(folder.Read("OUT.json"))["pages"][0]["root"]["children"];
     EXPECT_EQ(paths[0]["fill"]["colour"], Json::parse(R"({"model": "named", "values": [1], "alpha": 1, "name": "Gold",
         "alternate": {"model": "cmyk", "values": [0, 0.25, 1, 0.5], "alpha": 1, "name": ""}})"));
@@ -171,7 +171,7 @@ TEST_F(CommandLineTest, WritesHowNamedColoursLook)
 TEST_F(CommandLineTest, WritesSvgThatEditorsOpenWithItsStructure)
 {
     folder.Put("FILE", MakeSample().Build());
-    ASSERT_EQ(Run({"convert", "FILE", "-o", "OUT.svg"}), ExitDone) << problems;
+    ASSERT_EQ(Run({"convert", "FILE", "--raw", "-o", "OUT.svg"}), ExitDone) << problems;
     pugi::xml_document document;
     ASSERT_TRUE(document.load_string(folder.Read("OUT.svg").c_str()));
     const auto svg = document.child("svg");
@@ -292,7 +292,7 @@ TEST_F(CommandLineTest, WritesTreesOfAnyDepth)
         content += "0 0 50 50 re W n\n";
     folder.Put("FILE", MakeSample(content + "0 0 9 9 re f").Build());
     for (const char* name : {"OUT.json", "OUT.svg"}) {
-        EXPECT_EQ(Run({"convert", "FILE", "-o", name, "--quiet"}), ExitDone) << name;
+        EXPECT_EQ(Run({"convert", "FILE", "--raw", "-o", name, "--quiet"}), ExitDone) << name;
         EXPECT_GT(file_size(folder.Get(name)), 1000u) << name;
     }
 }
