@@ -74,7 +74,6 @@ TEST(TabStops, InexactLookUpTakesTheNearest)
     };
     for (const Row& row : rows)
         EXPECT_EQ(At(stops, stops.FindInexact(row.position, row.fromRight, row.tolerance)), row.found) << row.position;
-    EXPECT_EQ(At(TabStops(), TabStops().end()), std::nullopt);
 }
 
 TEST(TabStops, NextComesFromTheLeftThenFromTheRight)
