@@ -171,12 +171,12 @@ TEST(TextDecorationsTest, FitsRunsOfSeveralLooks)
     EXPECT_EQ(PrintDecorations(*line), "UUuU");
     EXPECT_TRUE(line->TryDecoration(*MakeRule(112, 200 + at.strikeout, 124, at.strikeoutHeight), false));
     EXPECT_EQ(PrintDecorations(*line), "UUusUS");
-    // A raised highlight goes with raised text.
-    const Line raised = MakeTestLine();
-    for (Char& c : raised->chars)
-        c.atts = MakeAtts(10, -3);
-    EXPECT_FALSE(raised->TryDecoration(*MakeRule(100, 200 + at.highlight, 124, at.highlightHeight), true));
-    EXPECT_TRUE(raised->TryDecoration(*MakeRule(100, 197 + at.highlight, 124, at.highlightHeight), true));
+    // A lowered highlight goes with lowered text.
+    const Line lowered = MakeTestLine();
+    for (Char& c : lowered->chars)
+        c.atts = MakeAtts(10, 2);
+    EXPECT_FALSE(lowered->TryDecoration(*MakeRule(100, 200 + at.highlight, 124, at.highlightHeight), true));
+    EXPECT_TRUE(lowered->TryDecoration(*MakeRule(100, 202 + at.highlight, 124, at.highlightHeight), true));
     // Turned text has turned rules.
     const Line turned = MakeTestLine();
     const Path rule = MakeRule(100, 200 + at.underline, 124, at.underlineHeight);
