@@ -12,7 +12,7 @@
 namespace Quillet {
 
 /// The marker that a line may begin with, read before anybody knows whether it counts in a list.
-class ListAtt : public Kernel::Countable
+class QUILLET_API ListAtt : public Kernel::Countable
 {
 public:
     using Iterator = std::vector<Char>::const_iterator;

@@ -14,7 +14,7 @@ namespace Quillet {
 
 /// Lines of a column that follow each other as one paragraph, while the column is being finished: what a typesetter
 /// would have set. What is worked out goes into the lines' `paragraphAtts`.
-class Paragraph : public Kernel::Countable
+class QUILLET_API Paragraph : public Kernel::Countable
 {
 public:
     using Lines = std::vector<Kernel::Counted<TextLineObject>>;
