@@ -21,6 +21,7 @@ ColumnObject* AsColumn(const Kernel::Counted<Object>& object)
 
 void GroupObject::IsolateAdjacentColumns()
 {
+    if (std::ranges::none_of(children, AsColumn)) return;
     const Kernel::NonCounted<const Page> ownPage = GetPage();
     Children isolated;
     isolated.reserve(children.size());

@@ -48,7 +48,7 @@ constexpr Pass c_passes[] = {
     // A fill and the stroke of its outline stand side by side only once their clips are out of the way.
     {"CombineFillStroke", OnEachGroup<&GroupObject::CombineFillStroke>},
     {"ConvertTextDecorations", OnEachGroup<&GroupObject::ConvertTextDecorations>, Condition::EditableText},
-    {"ReorderText", OnEachGroup<&GroupObject::ReorderText>},
+    {"ReorderText", OnTree<ReorderText>},
     {"CombineTextLines", OnEachGroup<&GroupObject::CombineTextLines>},
     // Once more for rules that run below a line which stood in pieces.
     {"ConvertTextDecorations", OnEachGroup<&GroupObject::ConvertTextDecorations>, Condition::EditableText},

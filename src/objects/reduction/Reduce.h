@@ -43,6 +43,8 @@ QUILLET_API void RemoveClippedObjects(GroupObject& root);
 QUILLET_API void RemoveRedundantClipping(GroupObject& root, const Rect& pageRect);
 /// Puts the children of groups that say nothing in place of the group. The clip of a single object becomes its own.
 QUILLET_API void FlattenSubGroups(GroupObject& root);
+/// `GroupObject::ReorderText` on every group.
+QUILLET_API void ReorderText(GroupObject& root);
 
 /// Empties the places of `children` for which `isGone` holds, in one sweep; objects that others hold live on without a
 /// parent.

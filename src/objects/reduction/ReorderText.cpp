@@ -2,11 +2,15 @@
 
 #include "document/Limits.h"
 #include "objects/BoxIndex.h"
+#include "objects/reduction/Reduce.h"
 
 #include <Quillet/Budget.h>
 #include <Quillet/GroupObject.h>
+#include <Quillet/TreeWalk.h>
 
+#include <algorithm>
 #include <iterator>
+#include <unordered_set>
 #include <utility>
 
 namespace Quillet {
@@ -66,19 +70,18 @@ private:
     BoxIndex index;
 };
 
-} // namespace
-
-void GroupObject::ReorderText()
+template <typename HasText>
+void Reorder(GroupObject::Children& children, HasText hasText)
 {
     // What is done, then text, then other objects, then the text that comes next: its front moves down to the text if
     // the objects between are not in its way; those that were in the way of none of the text move below it.
-    Children done;
+    GroupObject::Children done;
     done.reserve(children.size());
     Block text;
     Block between;
     std::size_t next = 0;
     const auto take = [&](Block& block, bool isText) {
-        while (next < children.size() && children[next] && children[next]->HasText() == isText)
+        while (next < children.size() && children[next] && hasText(*children[next]) == isText)
             block.Add(std::move(children[next++]));
     };
     take(text, true);
@@ -93,7 +96,7 @@ void GroupObject::ReorderText()
             between.MoveFront(between.CountFree(text),
                               [&done](Kernel::Counted<Object> object) { done.push_back(object); });
             if (between.IsEmpty()) {
-                Children rest;
+                GroupObject::Children rest;
                 behind.MoveAll(rest);
                 for (Kernel::Counted<Object>& object : rest)
                     join(std::move(object));
@@ -108,6 +111,39 @@ void GroupObject::ReorderText()
     between.MoveAll(done);
     children.erase(children.begin(), children.begin() + static_cast<std::ptrdiff_t>(next));
     children.insert(children.begin(), std::make_move_iterator(done.begin()), std::make_move_iterator(done.end()));
+}
+
+/// A group has text if one below it has: what was found there need not be looked for again.
+class TextReordering : public TreePass<std::monostate, GroupObject>
+{
+public:
+    void Leave(GroupObject& group, const std::monostate&) override
+    {
+        const auto hasText = [this](const Object& child) {
+            return child.AsGroup() ? groupsWithText.contains(&child) : child.HasText();
+        };
+        const bool hasAny = std::ranges::any_of(
+            group.children, [&](const Kernel::Counted<Object>& child) { return child && hasText(*child); });
+        if (!hasAny) return;
+        groupsWithText.insert(&group);
+        Reorder(group.children, hasText);
+    }
+
+private:
+    std::unordered_set<const Object*> groupsWithText;
+};
+
+} // namespace
+
+void GroupObject::ReorderText()
+{
+    Reorder(children, [](const Object& child) { return child.HasText(); });
+}
+
+void Reduction::ReorderText(GroupObject& root)
+{
+    TextReordering pass;
+    WalkTree(root, pass);
 }
 
 } // namespace Quillet
