@@ -4,10 +4,10 @@
 #include <Quillet/Page.h>
 #include <Quillet/PdfDocument.h>
 
-#include <Kernel/MemoryInStream.h>
-
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <fstream>
 #include <iterator>
 #include <string>
 #include <utility>
@@ -42,15 +42,17 @@ public:
     mutable std::vector<Error::Type> kinds;
 };
 
-/// Opens a file, in memory or as a stream, builds its page and asks for its title.
-void Work(const std::string& file, const ErrorHandler& handler, bool isStream = false)
+/// Opens a file, in memory or on the disk, builds its page and asks for its title.
+void Work(const std::string& file, const ErrorHandler& handler, bool isOnDisk = false)
 {
     const auto document = Kernel::MakeCounted<PdfDocument>();
     document->SetErrorHandler(&handler);
-    Kernel::MemoryInStream stream(file);
-    ASSERT_TRUE(isStream ? document->OpenStream(stream, "name") : document->OpenMemory(file.data(), file.size()));
+    const std::string path = testing::TempDir() + "ErrorPlaceTest.pdf";
+    if (isOnDisk) std::ofstream(path, std::ios::binary) << file;
+    ASSERT_TRUE(isOnDisk ? document->OpenFile(path) : document->OpenMemory(file.data(), file.size()));
     document->GetPage(0)->BuildObjects();
     document->GetTitle();
+    if (isOnDisk) std::remove(path.c_str());
 }
 
 /// A page with these contents, and an object 5.
@@ -92,12 +94,12 @@ TEST(ErrorPlace, IsThatOfTheObjectOrTheContent)
         SCOPED_TRACE(row.what);
         PdfBuilder builder = row.builder;
         if (row.page < 0) builder.trailer += " /Info 5 0 R";
-        // The positions in a stream count from the header on, those in memory from the first byte.
-        const bool isStream = i % 2 == 0;
-        if (!isStream) builder.header = junk + builder.header;
-        const std::string file = (isStream ? junk : "") + builder.Build();
+        // The positions in a file count from the header on, those in memory from the first byte.
+        const bool isOnDisk = i % 2 == 0;
+        if (!isOnDisk) builder.header = junk + builder.header;
+        const std::string file = (isOnDisk ? junk : "") + builder.Build();
         const PlaceRecorder recorder;
-        Work(file, recorder, isStream);
+        Work(file, recorder, isOnDisk);
         ASSERT_FALSE(recorder.places.empty());
         const ErrorPlace& place = recorder.places.front();
         EXPECT_EQ(place.page, row.page);
@@ -110,7 +112,7 @@ TEST(ErrorPlace, IsThatOfTheObjectOrTheContent)
         EXPECT_LE(place.position, static_cast<long long>(file.find(row.to, from)));
 
         const KindRecorder kinds;
-        Work(file, kinds, isStream);
+        Work(file, kinds, isOnDisk);
         EXPECT_EQ(kinds.kinds.size(), recorder.places.size());
         EXPECT_EQ(kinds.lastError, recorder.lastError);
     }
