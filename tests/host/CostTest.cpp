@@ -78,12 +78,13 @@ public:
         return (isSvg ? MakeSvg(view) : MakePageJson(view)).Join();
     }
 
-    PageView GetView(const GroupObject& tree) { return {*page, 0, tree, problems, 0, title, profiles}; }
+    PageView GetView(const GroupObject& tree) { return {*page, 0, tree, problems, 0, styleNames, title, profiles}; }
 
     TestDocument document;
     Kernel::Counted<GroupObject> root;
     Kernel::Counted<const Page> page;
     Raster::ICCManager::ICCProfileSet profiles;
+    StyleNames::Names styleNames;
     std::string title = "A <title>";
     Problems problems;
 };
