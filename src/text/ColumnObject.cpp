@@ -297,7 +297,8 @@ bool ColumnObject::CanMergeColumn(const ColumnObject& other) const
     const Rect above = GetBaseStoryFrameBox();
     const Rect below = other.GetBaseStoryFrameBox();
     if (below.left > above.right || below.right < above.left) return false;
-    if (IsSameEdge(below.top, above.bottom)) return true;
+    // One baseline, unless text is drawn on text, as some do for bold type.
+    if (IsSameEdge(below.top, above.bottom)) return lines.back()->CanMergeWith(*other.lines.front());
     if (below.top < above.bottom + lines.back()->textHeight) return false;
     if (IsSameEdge(above.left, below.left) || IsSameEdge(above.right, below.right) ||
         IsSameEdge(above.GetCentre().x, below.GetCentre().x))

@@ -92,7 +92,7 @@ TEST(TextHandlerTest, PutsStringsOnLines)
         {"10 80 Td (ab) Tj /F 6 Tf 10 3 Td (2) Tj /F 10 Tf 3 -3 Td (c) Tj", "ab2c 10,20 18"},
         {"10 80 Td (ab) Tj /F 6 Tf 3 Ts (2) Tj /F 10 Tf 0 Ts (c) Tj", "ab2c 10,20 18"},
         // The initial of a paragraph, which the first line goes on from.
-        {"/F 40 Tf (a) Tj /F 10 Tf 1 0 0 1 20 20 Tm (b) Tj", "ab 0,100 25"},
+        {"/F 40 Tf (a) Tj /F 10 Tf 1 0 0 1 20 20 Tm (b) Tj", "ab 0,80 25"},
         // Right to left, a glyph at a time.
         {"[(c) 1000 (b) 1000 (a)] TJ", "abc -10,100 15"},
     };
