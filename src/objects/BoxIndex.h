@@ -3,7 +3,6 @@
 #include <Kernel/Export.h>
 #include <Kernel/RectT.h>
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -71,7 +70,11 @@ private:
         int width = 0;
         int height = 0;
 
-        friend auto operator<=>(const Size&, const Size&) = default;
+        friend bool operator<(const Size& a, const Size& b)
+        {
+            return a.width != b.width ? a.width < b.width : a.height < b.height;
+        }
+        friend bool operator==(const Size&, const Size&) = default;
     };
     struct Range
     {
