@@ -298,7 +298,11 @@ bool ColumnObject::CanMergeColumn(const ColumnObject& other) const
     const Rect below = other.GetBaseStoryFrameBox();
     if (below.left > above.right || below.right < above.left) return false;
     // One baseline, unless text is drawn on text, as some do for bold type.
-    if (IsSameEdge(below.top, above.bottom)) return lines.back()->CanMergeWith(*other.lines.front());
+    if (IsSameEdge(below.top, above.bottom)) {
+        const TextLineObject& last = *lines.back();
+        const TextLineObject& first = *other.lines.front();
+        return GetGap(last.GetGdiTextBox(), first.GetGdiTextBox()) >= 0 || last.CanMergeWith(first);
+    }
     if (below.top < above.bottom + lines.back()->textHeight) return false;
     if (IsSameEdge(above.left, below.left) || IsSameEdge(above.right, below.right) ||
         IsSameEdge(above.GetCentre().x, below.GetCentre().x))
