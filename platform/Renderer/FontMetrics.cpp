@@ -328,7 +328,7 @@ FontMetrics::FontMetrics(const Font& askedFont)
     descent = std::abs(face->face->descender / em);
     typographicAscent = ascent;
     // FreeType's height is the distance of two baselines.
-    ascent += std::max(face->face->height / em - (ascent + descent), 0.0);
+    lineGap = std::max(face->face->height / em - (ascent + descent), 0.0);
     if (face->face->underline_thickness != 0) {
         underline.thickness = face->face->underline_thickness / em;
         // FreeType makes the middle of the rule of the edge that the table gives, and rounds it.

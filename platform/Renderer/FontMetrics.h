@@ -61,10 +61,12 @@ public:
     /// With y downward, from the pen; null for a glyph without an outline.
     Kernel::Counted<const Geometry::PolyCurveDbl> GetOutline(int id) const;
 
-    /// Above the baseline, and below it as a positive number: as far as a background of text reaches. The leading that
-    /// the font itself adds between lines counts as ascent.
+    /// Above the baseline, and below it as a positive number.
     double GetAscent() const { return ascent; }
     double GetDescent() const { return descent; }
+    /// What the font itself adds between lines; 0 for none. LibreOffice for one counts it as ascent, and backgrounds of
+    /// its text reach that much higher.
+    double GetLineGap() const { return lineGap; }
     /// Above the baseline: of the line that the font's designer had in mind, which may be lower than the ascent that
     /// keeps every glyph from being cut.
     double GetTypographicAscent() const { return typographicAscent; }
@@ -88,6 +90,7 @@ private:
     std::shared_ptr<Face> face;
     double ascent = 0.75;
     double descent = 0.25;
+    double lineGap = 0;
     double typographicAscent = 0.75;
     TextRule underline{0.075, 0.05};
     TextRule strikeout{-0.275, 0.05};

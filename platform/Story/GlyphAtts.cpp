@@ -139,6 +139,11 @@ double GlyphAtts::GetDescent() const
     return metrics->GetDescent() * GetSize();
 }
 
+double GlyphAtts::GetLineGap() const
+{
+    return metrics->GetLineGap() * GetSize();
+}
+
 double GlyphAtts::GetTypographicAscent() const
 {
     return metrics->GetTypographicAscent() * GetSize();

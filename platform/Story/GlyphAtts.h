@@ -51,6 +51,8 @@ public:
     /// In points: how far glyphs reach above the baseline and below it, both positive, baseline shift aside.
     double GetAscent() const;
     double GetDescent() const;
+    /// What the font adds between lines, above the ascent, in points.
+    double GetLineGap() const;
     /// Of the line that a typesetter leaves for these glyphs: what stands above the baseline.
     double GetTypographicAscent() const;
     /// How far the glyphs stand above the line's baseline, in points: the baseline shift, upward.

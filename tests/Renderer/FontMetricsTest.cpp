@@ -128,6 +128,7 @@ TEST(FontMetrics, RulesAreTheirUpperEdges)
     const double em = 2048;
     EXPECT_NEAR(metrics->GetAscent(), 1901 / em, 1e-9);
     EXPECT_NEAR(metrics->GetDescent(), 483 / em, 1e-9);
+    EXPECT_EQ(metrics->GetLineGap(), 0);
     EXPECT_NEAR(metrics->GetTypographicAscent(), 1556 / em, 1e-9);
     EXPECT_NEAR(metrics->GetUnderline(RuleSource::Font).top, 40 / em, 1e-9);
     EXPECT_NEAR(metrics->GetUnderline(RuleSource::Font).thickness, 90 / em, 1e-9);
