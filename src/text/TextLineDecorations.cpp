@@ -10,6 +10,7 @@
 #include <Quillet/PathObject.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -173,9 +174,13 @@ void TextLineDecorator::Finish()
 
 bool TextLineDecorator::FitsHighlight(const Range& range, const Decoration& decoration)
 {
-    return ForRuns(range.first, range.last, [&decoration](const Story::GlyphAtts& atts) {
-        return IsNear(-atts.GetAscent() - atts.GetTotalAdvanceY(), decoration.top, c_topTolerance) &&
-               IsNear(atts.GetAscent() + atts.GetDescent(), decoration.height, c_heightTolerance);
+    // Programs begin the background of a text at its ascent, or above it by what the font adds between lines.
+    return std::ranges::any_of(std::array{false, true}, [&](bool hasLineGap) {
+        return ForRuns(range.first, range.last, [&](const Story::GlyphAtts& atts) {
+            const double ascent = atts.GetAscent() + (hasLineGap ? atts.GetLineGap() : 0);
+            return IsNear(-ascent - atts.GetTotalAdvanceY(), decoration.top, c_topTolerance) &&
+                   IsNear(ascent + atts.GetDescent(), decoration.height, c_heightTolerance);
+        });
     });
 }
 

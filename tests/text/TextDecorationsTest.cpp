@@ -23,7 +23,7 @@ struct Places
           underlineHeight(atts->GetFontMetrics()->GetUnderlineThickness() * 10),
           strikeout(atts->GetFontMetrics()->GetStrikeoutPosition() * 10),
           strikeoutHeight(atts->GetFontMetrics()->GetStrikeoutThickness() * 10), highlight(-atts->GetAscent()),
-          highlightHeight(atts->GetAscent() + atts->GetDescent())
+          highlightHeight(atts->GetAscent() + atts->GetDescent()), lineGap(atts->GetLineGap())
     {}
 
     double underline;
@@ -32,6 +32,7 @@ struct Places
     double strikeoutHeight;
     double highlight;
     double highlightHeight;
+    double lineGap;
 };
 
 Path MakeRule(double left, double top, double right, double height)
@@ -81,6 +82,7 @@ std::string PrintDecorations(const TextLineObject& line)
 TEST(TextDecorationsTest, RulesThatFitBecomeAttributes)
 {
     const Places at(MakeAtts());
+    ASSERT_GT(at.lineGap, 0.5);
     const struct
     {
         const char* what;
@@ -107,6 +109,8 @@ TEST(TextDecorationsTest, RulesThatFitBecomeAttributes)
         {"strikeout too high", MakeRule(100, 199.49 + at.strikeout, 112, at.strikeoutHeight), false, ""},
         {"strikeout too thick", MakeRule(100, 200 + at.strikeout, 112, at.strikeoutHeight + 0.11), false, ""},
         {"highlight", MakeRule(112, 200 + at.highlight, 124, at.highlightHeight), true, "..hh"},
+        {"highlight over the font's leading",
+         MakeRule(112, 200 + at.highlight - at.lineGap, 124, at.highlightHeight + at.lineGap), true, "..hh"},
         {"in front", MakeRule(112, 200 + at.highlight, 124, at.highlightHeight), false, ""},
         {"highlight too high", MakeRule(112, 199.49 + at.highlight, 124, at.highlightHeight), true, ""},
         {"highlight too large", MakeRule(112, 200 + at.highlight, 124, at.highlightHeight + 0.11), true, ""},
