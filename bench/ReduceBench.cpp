@@ -44,7 +44,8 @@ std::string MakePaths(int i)
 
 std::string MakeClip(int i)
 {
-    return Format("q %d %d 30 30 re W n\n", i * 37 % 570, i * 91 % 770) + MakePath(i) + MakePath(i + 1) + "Q\n";
+    const int x = i * 37 % 570, y = i * 91 % 770;
+    return Format("q %d %d 30 30 re W n %d %d 9 7 re f %d %d 40 9 re f Q\n", x, y, x + 5, y + 5, x + 8, y + 3);
 }
 
 /// Clips beside each other that take in what stands around them.
@@ -79,7 +80,14 @@ std::string MakeForm(int i)
     return Format("q 1 0 0 1 %d %d cm /F Do Q\n", i * 37 % 580, i * 91 % 780);
 }
 
+/// Three columns of lines, which run on below the page.
 std::string MakeText(int i)
+{
+    return Format("BT /T 9 Tf %d %d Td (Some words of line %d) Tj ET\n", 40 + i % 3 * 180, 780 - i / 3 * 11, i);
+}
+
+/// The same lines with many on each place.
+std::string MakeOverprint(int i)
 {
     return Format("BT /T 9 Tf %d %d Td (Some words of line %d) Tj ET\n", 40 + i % 3 * 180, 780 - i / 3 % 70 * 11, i);
 }
@@ -158,6 +166,7 @@ BENCHMARK_CAPTURE(Reduce, Layers, MakeLayer, "")->Apply(Double);
 BENCHMARK_CAPTURE(Reduce, Strips, MakeStrip, "")->Apply(Double);
 BENCHMARK_CAPTURE(Reduce, Forms, MakeForm, "")->Apply(Double);
 BENCHMARK_CAPTURE(Reduce, Text, MakeText, "")->Apply(Double);
+BENCHMARK_CAPTURE(Reduce, Overprint, MakeOverprint, "")->Apply(Double);
 BENCHMARK_CAPTURE(Reduce, Mixed, MakeMixed, "")->Apply(Double);
 
 } // namespace

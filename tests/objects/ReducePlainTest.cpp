@@ -142,9 +142,35 @@ const std::vector<Pair>& GetPairs()
          onEach([](GroupObject& group) { RemoveRedundantClipping(group, c_page); })},
         {"ExtendClippingGroups", onEach([](GroupObject& group) { group.ExtendClippingGroups(); }),
          onEach(ExtendClippingGroups)},
+        {"ReorderText", Reduction::ReorderText, onEach([](GroupObject& group) { group.ReorderText(); })},
         {"FlattenSubGroups", Reduction::FlattenSubGroups, onEach(FlattenSubGroups)},
     };
     return pairs;
+}
+
+/// Some text, to passes that ask no more than whether and where it is.
+struct TextLeaf : Object
+{
+    explicit TextLeaf(const Object& other) : Object(Kind::Bitmap)
+    {
+        id = other.id;
+        bbox = other.bbox;
+        transformedBBox = other.transformedBBox;
+    }
+    bool HasText() const override { return true; }
+    void UpdateBBox() override {}
+};
+
+/// Every third leaf becomes text.
+void PutText(GroupObject& root)
+{
+    root.VisitSubGroups([](GroupObject* group) {
+        for (Kernel::Counted<Object>& child : group->children) {
+            if (child->AsGroup() || child->id % 3 != 0) continue;
+            child = Kernel::MakeCounted<TextLeaf>(*child);
+            child->SetParent(group);
+        }
+    });
 }
 
 struct Twins
@@ -155,8 +181,10 @@ struct Twins
         const int size = 5 + static_cast<int>(seed % 40);
         tree = MakeRandomTree(choices, size, numbers);
         twin = MakeRandomTree(again, size, numbers);
-        tree->UpdateBBoxes();
-        twin->UpdateBBoxes();
+        for (const auto& root : {tree, twin}) {
+            PutText(*root);
+            root->UpdateBBoxes();
+        }
     }
 
     Kernel::Counted<GroupObject> tree, twin;
@@ -175,7 +203,7 @@ TEST(ReducePlain, EachPassDoesWhatThePlainOneDoes)
             ASSERT_EQ(result, DescribeTree(*trees.twin)) << pair.name << " of\n" << before;
             if (result != before) ++changed;
         }
-        EXPECT_GT(changed, 200) << pair.name << " has little to do on these trees";
+        EXPECT_GT(changed, 150) << pair.name << " has little to do on these trees";
     }
 }
 

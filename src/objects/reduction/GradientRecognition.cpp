@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <limits>
 #include <type_traits>
+#include <utility>
 
 namespace Quillet::Reduction {
 
@@ -30,8 +31,8 @@ constexpr double c_edgeTolerance = 0.005;
 constexpr double c_centreTolerance = 0.001;
 /// By how far the width of an ellipse may be off the shape of the first.
 constexpr double c_shapeTolerance = 0.1;
-/// Colours are looked up at 256 places, the number that a byte can tell apart.
-constexpr int c_lastProbe = 255;
+/// Places at which colours are looked up: as many as a byte can tell apart.
+constexpr int c_probeCount = 256;
 /// Two steps of a byte.
 constexpr double c_colourTolerance = 0.0078125;
 
@@ -187,35 +188,54 @@ bool IsEllipticalGradient(const GroupObject& group)
     });
 }
 
-GradientColours::GradientColours(const GroupObject& group, GradientType gradientType, const Rect& gradientRect)
-    : type(gradientType), rect(gradientRect)
+std::vector<Colour> GetColours(const GroupObject& group, GradientType type, const Rect& rect, int count)
 {
-    strips.reserve(group.children.size());
-    for (const Kernel::Counted<Object>& child : group.children)
-        strips.push_back({static_cast<const PathObject*>(child.Get()), child->transform.GetInverse()});
-}
-
-Colour GradientColours::GetColourAtPos(double position) const
-{
+    struct Probe
+    {
+        std::size_t place;
+        Point onPage;
+        double leastDistance = std::numeric_limits<double>::max();
+    };
     const bool isElliptical = type == GradientType::Elliptical;
-    // Strips share the other coordinate, so one place on the diagonal serves both directions.
-    const Point probe =
-        isElliptical
-            ? Point{rect.left + rect.GetWidth() / 2 + position * rect.GetWidth() / 2, rect.top + rect.GetHeight() / 2}
-            : Point{rect.left + rect.GetWidth() * position, rect.top + rect.GetHeight() * position};
-    const PathObject* nearest = strips[isElliptical ? 1 : 0].object;
-    const Point onPage = nearest->transform.ApplyTo(probe);
-    double leastDistance = std::numeric_limits<double>::max();
-    for (auto strip = strips.rbegin(); strip != strips.rend() && leastDistance != 0; ++strip) {
-        const Point own = strip->toOwnSpace.ApplyTo(onPage);
-        const Rect& box = strip->object->bbox;
-        const double distance = type == GradientType::AlongY ? GetDistance(own.y, box.top, box.bottom)
-                                                             : GetDistance(own.x, box.left, box.right);
-        if (!(distance < leastDistance)) continue;
-        leastDistance = distance;
-        nearest = strip->object;
+    const Object& reference = *group.children[isElliptical ? 1 : 0];
+    std::vector<const Object*> nearest(static_cast<std::size_t>(count), &reference);
+    std::vector<Probe> probes;
+    for (std::size_t i = 0; i < nearest.size(); ++i) {
+        const double position = static_cast<double>(i) / (count - 1);
+        // Strips share the other coordinate, so one place on the diagonal serves both directions.
+        const Point own = isElliptical
+                              ? Point{rect.left + rect.GetWidth() / 2 + position * rect.GetWidth() / 2,
+                                      rect.top + rect.GetHeight() / 2}
+                              : Point{rect.left + rect.GetWidth() * position, rect.top + rect.GetHeight() * position};
+        probes.push_back({i, reference.transform.ApplyTo(own)});
     }
-    return nearest->GetBrushDescriptor()->fill->GetColour();
+    // From the topmost strip down, all places at once, so that a large stack is gone through once.
+    for (auto child = group.children.rbegin(); child != group.children.rend() && !probes.empty(); ++child) {
+        const Object& strip = **child;
+        const Params toStrip = strip.transform.GetInverse();
+        const Rect& box = strip.bbox;
+        for (std::size_t i = 0; i < probes.size();) {
+            Probe& probe = probes[i];
+            const Point own = toStrip.ApplyTo(probe.onPage);
+            const double distance = type == GradientType::AlongY ? GetDistance(own.y, box.top, box.bottom)
+                                                                 : GetDistance(own.x, box.left, box.right);
+            if (distance < probe.leastDistance) {
+                probe.leastDistance = distance;
+                nearest[probe.place] = &strip;
+            }
+            if (probe.leastDistance == 0) {
+                probe = probes.back();
+                probes.pop_back();
+            } else {
+                ++i;
+            }
+        }
+    }
+    std::vector<Colour> colours;
+    colours.reserve(nearest.size());
+    for (const Object* strip : nearest)
+        colours.push_back(static_cast<const PathObject*>(strip)->GetBrushDescriptor()->fill->GetColour());
+    return colours;
 }
 
 bool IsInterpolate(const Renderer::ColourPosition& a, const Renderer::ColourPosition& b,
@@ -241,11 +261,10 @@ bool IsInterpolate(const Renderer::ColourPosition& a, const Renderer::ColourPosi
 
 Kernel::Consolidated<Renderer::Gradient> MakeGradient(const GroupObject& group, GradientType type, const Rect& rect)
 {
-    const GradientColours colours(group, type, rect);
+    const std::vector<Colour> colours = GetColours(group, type, rect, c_probeCount);
     std::vector<Renderer::ColourPosition> stops;
-    for (int i = 0; i <= c_lastProbe; ++i) {
-        const double position = static_cast<double>(i) / c_lastProbe;
-        Renderer::ColourPosition stop{colours.GetColourAtPos(position), position};
+    for (std::size_t i = 0; i < colours.size(); ++i) {
+        Renderer::ColourPosition stop{colours[i], static_cast<double>(i) / (c_probeCount - 1)};
         if (i > 1 && IsInterpolate(stops[stops.size() - 2], stops.back(), stop)) {
             stops.back() = std::move(stop);
         } else {

@@ -40,29 +40,12 @@ std::optional<LinearGradient> GetLinearGradient(const GroupObject& group);
 /// A rectangle below at least 15 ellipses around one centre and of one shape.
 bool IsEllipticalGradient(const GroupObject& group);
 
-/// Tells the colour at places of a gradient that the children of a group, all of them strips, make. The group stays as
-/// it is meanwhile.
-class GradientColours
-{
-public:
-    /// `rect` is in the space of the first child, of ellipses in that of the second.
-    GradientColours(const GroupObject& group, GradientType gradientType, const Rect& gradientRect);
-
-    /// The colour of the topmost strip that covers the place, or else of the one nearest to it. 0 is the start of the
-    /// gradient, or the centre, 1 the end or the edge.
-    Kernel::Consolidated<Renderer::Colour> GetColourAtPos(double position) const;
-
-private:
-    struct Strip
-    {
-        const PathObject* object;
-        Params toOwnSpace;
-    };
-
-    std::vector<Strip> strips;
-    GradientType type;
-    Rect rect;
-};
+/// The colours at so many places in equal steps, at least 2, of a gradient that the children of a group make, all of
+/// them strips: from its start to its end, or from the centre to the edge. Each is that of the topmost strip that
+/// covers the place, or else of the one nearest to it. `rect` is in the space of the first child, of ellipses in that
+/// of the second.
+std::vector<Kernel::Consolidated<Renderer::Colour>> GetColours(const GroupObject& group, GradientType type,
+                                                               const Rect& rect, int count);
 
 /// The shortest row of the colours at 256 places that, within rounding of a byte, still has them all.
 Kernel::Consolidated<Renderer::Gradient> MakeGradient(const GroupObject& group, GradientType type, const Rect& rect);
