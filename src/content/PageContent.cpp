@@ -1,6 +1,7 @@
 // What is run and drawn of a page.
 
 #include "content/StreamInterpreter.h"
+#include "document/DocumentState.h"
 #include "filters/MultiStream.h"
 
 #include <Quillet/GroupObject.h>
@@ -16,6 +17,7 @@ Kernel::Counted<SequentialSource> Page::GetContentsStream() const
 Kernel::Counted<GroupObject> Page::BuildObjects() const
 {
     const Budget::Scope scope = OpenScope();
+    const RunningContent running(*this); // Opening it reads the first bytes ahead.
     StreamInterpreter interpreter(Kernel::NonCounted<const Page>(this));
     Kernel::Counted<GroupObject> root = interpreter.Interpret();
     Check(!scope.WasCut(), Error::CutShort);

@@ -195,7 +195,7 @@ void StreamInterpreter::Run(Visit visit)
     const ErrorHandler* handler = stack->GetErrorHandler();
     if (!handler->Check(static_cast<bool>(descent), Error::General)) return;
 
-    const RunningContent running(*stack->page, *parser);
+    const RunningContent running(*stack->page, parser.Get());
     const bool* abort = stack->GetAbortPointer();
     ArgVec args(handler);
     for (;;) {

@@ -98,8 +98,8 @@ struct QUILLET_API DocumentState
 class QUILLET_API RunningContent
 {
 public:
-    /// `contentParser` outlives it.
-    RunningContent(const Page& page, const Parser& contentParser);
+    /// `contentParser` outlives it; null while content is only being opened.
+    explicit RunningContent(const Page& page, const Parser* contentParser = nullptr);
     ~RunningContent();
     RunningContent(const RunningContent&) = delete;
     RunningContent& operator=(const RunningContent&) = delete;
@@ -110,7 +110,7 @@ private:
     /// Null without a document.
     DocumentState* const state;
     const RunningContent* const outer;
-    const Parser& parser;
+    const Parser* const parser;
     const int pageIndex;
 };
 

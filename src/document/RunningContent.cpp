@@ -6,7 +6,7 @@
 
 namespace Quillet {
 
-RunningContent::RunningContent(const Page& page, const Parser& contentParser)
+RunningContent::RunningContent(const Page& page, const Parser* contentParser)
     : state(page.ref.document ? &page.ref.document->GetState() : nullptr), outer(state ? state->running : nullptr),
       parser(contentParser), pageIndex(page.firstPage)
 {
@@ -20,7 +20,7 @@ RunningContent::~RunningContent()
 
 ErrorPlace RunningContent::GetErrorPlace() const
 {
-    ErrorPlace place = parser.GetErrorPlace();
+    ErrorPlace place = parser ? parser->GetErrorPlace() : ErrorPlace();
     place.page = pageIndex;
     return place;
 }

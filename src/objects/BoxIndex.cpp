@@ -25,6 +25,7 @@ int GetExponent(double length)
 
 std::int64_t GetPlace(double value, int exponent)
 {
+    if (std::isnan(value)) return 0; // No such box overlaps anything.
     return static_cast<std::int64_t>(std::clamp(std::floor(std::ldexp(value, -exponent)), -c_farOut, c_farOut));
 }
 

@@ -276,7 +276,9 @@ bool ColumnObject::BelongsInColumn(const TextLineObject& line, double left, doub
     if (lines.size() <= c_fewLines) return true;
     return std::any_of(std::next(lines.begin()), lines.end(), [&](const auto& other) {
         const Rect box = other->GetGdiTextBox();
-        return other.Get() != &line && Budget::Spend(Limits::c_comparisonUnits) && box.left < right && left < box.right;
+        if (other.Get() == &line) return false;
+        // What cannot be paid for stays whole.
+        return !Budget::Spend(Limits::c_comparisonUnits) || (box.left < right && left < box.right);
     });
 }
 

@@ -2,10 +2,14 @@
 
 #include <Quillet/ColumnObject.h>
 
+#include <Kernel/LogicalOrder.h>
 #include <Story/GlyphSink.h>
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <string>
+#include <vector>
 
 namespace Quillet {
 
@@ -18,6 +22,17 @@ constexpr char32_t c_paragraphEnd = 0x2029;
 char32_t GetCharacter(const Char& c)
 {
     return c.unicode == 0 && c.isSpace ? U' ' : c.unicode;
+}
+
+/// Of the characters from `first` on, which stand as they are seen: a story takes them as they are typed. Empty where
+/// that is the same.
+std::vector<std::size_t> GetReadingOrder(const TextLineObject::Chars& chars, std::size_t first)
+{
+    const auto begin = chars.begin() + static_cast<std::ptrdiff_t>(first);
+    if (std::none_of(begin, chars.end(), [](const Char& c) { return Kernel::IsRightToLeft(c.unicode); })) return {};
+    std::u32string text;
+    std::transform(begin, chars.end(), std::back_inserter(text), GetCharacter);
+    return Kernel::GetLogicalOrder(text);
 }
 
 template <typename Measure>
@@ -40,9 +55,11 @@ void TextLineObject::AppendTo(Story::GlyphSink& sink, bool isWrapped) const
         sink.SetParagraphAtts(paragraphAtts ? Kernel::ConsolidateObjectClone(paragraphAtts)
                                             : Story::ParagraphAtts::GetDefault());
     }
+    const std::size_t first = GetMarkerEnd();
+    const std::vector<std::size_t> order = GetReadingOrder(chars, first);
     const Story::GlyphAtts* sent = nullptr;
-    for (std::size_t i = GetMarkerEnd(); i < chars.size(); ++i) {
-        const Char& c = chars[i];
+    for (std::size_t i = first; i < chars.size(); ++i) {
+        const Char& c = chars[order.empty() ? i : first + order[i - first]];
         if (c.atts.Get() != sent) sink.SetGlyphAtts(c.atts);
         sent = c.atts.Get();
         if (c.glyphIndex >= 1) {

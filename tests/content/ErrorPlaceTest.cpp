@@ -84,8 +84,7 @@ TEST(ErrorPlace, IsThatOfTheObjectOrTheContent)
         {"the last stream of several", MakePage("[4 0 R 5 0 R]", PdfBuilder::MakeStream("w")), 0, 5, "stream", "w\n"},
         {"a form's content", MakePageBuilder("/F Do", form), 0, 5, "/BBox [0 0 9 9]", "1 w bad"},
         {"an entry of a dictionary", MakePageBuilder("/G gs", gray), 0, 5, "/LW", ">>"},
-        // The first bytes are read ahead, before the page is known to run.
-        {"what a filter cannot read", MakePage("5 0 R", PdfBuilder::MakeStream("no zlib", "/Filter /FlateDecode ")), -1,
+        {"what a filter cannot read", MakePage("5 0 R", PdfBuilder::MakeStream("no zlib", "/Filter /FlateDecode ")), 0,
          5, "stream", "no zlib"},
         {"information about the file", MakePageBuilder("", info), -1, 5, "/Title", ">>"},
     };

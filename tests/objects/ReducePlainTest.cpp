@@ -93,6 +93,37 @@ void ExtendClippingGroups(GroupObject& group)
         ExtendClippingGroup(group, one);
 }
 
+/// The longest run from `first` on of which no object overlaps any of the others.
+Iterator FindFree(Iterator first, Iterator last, Iterator others, Iterator othersEnd)
+{
+    return std::find_if(first, last, [&](const auto& object) {
+        return std::any_of(others, othersEnd,
+                           [&](const auto& other) { return object->Overlaps(other->transformedBBox, 1e-5); });
+    });
+}
+
+void ReorderText(GroupObject& group)
+{
+    const auto findEnd = [&group](Iterator first, bool isText) {
+        return std::find_if(first, group.children.end(), [=](const auto& child) { return child->HasText() != isText; });
+    };
+    Iterator text = group.children.begin();
+    Iterator between = findEnd(text, true);
+    for (;;) {
+        Iterator behind = findEnd(between, false);
+        const Iterator end = findEnd(behind, true);
+        if (behind == end) return;
+        const Iterator free = between == behind ? behind : FindFree(behind, end, between, behind);
+        between = std::rotate(between, behind, free);
+        behind = free;
+        if (behind == end) continue;
+        const Iterator below = FindFree(between, behind, text, between);
+        text = std::rotate(text, between, below);
+        if (below != behind) text = behind;
+        between = end;
+    }
+}
+
 void FlattenSubGroups(GroupObject& group)
 {
     const GroupObject::Children objects = std::exchange(group.children, {});
@@ -142,7 +173,7 @@ const std::vector<Pair>& GetPairs()
          onEach([](GroupObject& group) { RemoveRedundantClipping(group, c_page); })},
         {"ExtendClippingGroups", onEach([](GroupObject& group) { group.ExtendClippingGroups(); }),
          onEach(ExtendClippingGroups)},
-        {"ReorderText", Reduction::ReorderText, onEach([](GroupObject& group) { group.ReorderText(); })},
+        {"ReorderText", Reduction::ReorderText, onEach(ReorderText)},
         {"FlattenSubGroups", Reduction::FlattenSubGroups, onEach(FlattenSubGroups)},
     };
     return pairs;
