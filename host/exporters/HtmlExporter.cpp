@@ -30,12 +30,13 @@ using namespace Quillet;
 
 /// Only paragraphs keep their spaces: those between paragraphs are the file's. Spans have no height of their own, so
 /// that lines keep the leading of their paragraph. The marker of an item is a box, since a browser places its own
-/// markers as it likes.
+/// markers as it likes; it is as wide as the gap up to the text, and one that ends at its place, or has its middle there,
+/// reaches to the left of it.
 constexpr const char* c_css = R"(
 body{margin:0;background:#999}
 .page{position:relative;overflow:hidden;background:#fff;margin:12pt auto;isolation:isolate;break-after:page}
 .group,.page>svg,.group>svg{position:absolute;left:0;top:0;width:100%;height:100%;pointer-events:none}
-.frame{position:absolute;transform-origin:0 0;pointer-events:auto;overflow-wrap:break-word;text-rendering:geometricPrecision}
+.frame{position:absolute;transform-origin:0 0;pointer-events:auto;text-rendering:geometricPrecision}
 .frame:focus{outline:1px dashed #36c}
 .frame p,.frame li,.frame ol,.frame ul{margin:0;padding:0}
 .frame p,.frame li{display:block;white-space:pre-wrap}
@@ -44,6 +45,8 @@ body{margin:0;background:#999}
 .frame li::before{content:var(--before) var(--after,'');display:inline-block;text-indent:0;line-height:0;white-space:pre;
 min-width:var(--gap);font-family:var(--marker-font-family,inherit);font-size:var(--marker-font-size,inherit);
 font-weight:var(--marker-font-weight,inherit);font-style:var(--marker-font-style,inherit);color:var(--marker-color,inherit)}
+.frame li.right::before{margin-left:-100em;width:100em;min-width:0;padding-right:var(--gap);text-align:right}
+.frame li.middle::before{margin:0 calc(var(--gap) - 50em) 0 -50em;width:100em;min-width:0;text-align:center}
 .frame ol>li{counter-increment:item}
 .frame ol>li::before{content:var(--before) counter(item,var(--format)) var(--after,'')}
 .frame span{line-height:0}

@@ -37,7 +37,7 @@ double FindScale(const ColumnText& text)
 }
 
 /// Where the text wraps as on the page. Text that is no frame has no room to spare; other text has some, but not as
-/// much as a line would claim that is measured by one wide space, or lines would end elsewhere.
+/// much as a line would claim that is measured by one wide space: lines that wrap would end elsewhere.
 Rect MakeFrame(const ColumnObject& column, bool isArt)
 {
     constexpr double c_mostRoom = 10.5;
@@ -45,8 +45,9 @@ Rect MakeFrame(const ColumnObject& column, bool isArt)
     const Rect text = column.GetBaseStoryFrameBox();
     Rect frame = column.GetStoryFrameBox();
     if (isArt) return text;
-    if (!(frame.right - text.right <= c_mostRoom)) frame.right = text.right + c_room;
-    if (!(text.left - frame.left <= c_mostRoom)) frame.left = text.left;
+    const bool wraps = std::ranges::any_of(column.lines, [](const auto& line) { return line->UsesWrap(); });
+    if (!(frame.right - text.right <= c_mostRoom)) frame.right = text.right + (wraps ? c_room : c_mostRoom);
+    if (!(text.left - frame.left <= c_mostRoom)) frame.left = text.left - (wraps ? 0 : c_mostRoom);
     return frame;
 }
 
@@ -127,6 +128,18 @@ std::string MakeListStart(const ColumnText::Paragraph& item)
            style.MakeAttribute() + ">";
 }
 
+std::string GetItemStart(const Story::ListAtt& list)
+{
+    switch (list.align) {
+    case Story::AlignX::Centre:
+        return "<li class=\"middle\"";
+    case Story::AlignX::Right:
+        return "<li class=\"right\"";
+    default:
+        return "<li";
+    }
+}
+
 /// Whether an item goes on with the list of the one right before it.
 bool GoesOn(const ColumnText::Paragraph& item, const ColumnText::Paragraph& previous)
 {
@@ -168,7 +181,7 @@ void AppendFrame(LongText& html, const ColumnObject& column, const Raster::ICCMa
             if (isItem) html.Append(MakeListStart(paragraph));
         }
         const HtmlStyle style = content.MakeStyle(previous ? content.GetMargin(spaceBelow) : 0);
-        html.Append((isItem ? "<li" : "<p") + style.MakeAttribute() + ">");
+        html.Append((isItem ? GetItemStart(*paragraph.atts->GetList()) : "<p") + style.MakeAttribute() + ">");
         html.Append(content.MakeContent());
         html.Append(isItem ? "</li>\n" : "</p>\n");
         previous = &paragraph;

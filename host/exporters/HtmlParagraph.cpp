@@ -6,6 +6,7 @@
 #include <Quillet/Budget.h>
 
 #include <Kernel/CharTraits.h>
+#include <Kernel/LogicalOrder.h>
 
 #include <algorithm>
 #include <cmath>
@@ -30,9 +31,11 @@ struct Tab
     double left;
 };
 
+/// As the story counts them: a space that only the font knows is one there.
 std::size_t CountCharacters(TextLineObject::Chars::const_iterator first, TextLineObject::Chars::const_iterator last)
 {
-    return static_cast<std::size_t>(std::count_if(first, last, [](const Char& c) { return c.unicode != 0; }));
+    return static_cast<std::size_t>(
+        std::count_if(first, last, [](const Char& c) { return c.unicode != 0 || c.isSpace || c.glyphIndex >= 1; }));
 }
 
 TextLineObject::Chars::const_iterator GetTextBegin(const TextLineObject& line)
@@ -149,9 +152,18 @@ HtmlStyle HtmlParagraph::MakeStyle(double margin) const
     const auto align = paragraph.atts->GetAlignment();
     style.Set("text-align", GetAlignValue(align));
     if (GetLastAlignValue(align)) style.Set("text-align-last", GetLastAlignValue(align));
+    // Its first letter tells which way it runs; places stay as they are.
+    if (IsRightToLeft()) style.Set("unicode-bidi", "plaintext");
     SetIndents(style);
     SetWordSpace(style);
     return style;
+}
+
+bool HtmlParagraph::IsRightToLeft() const
+{
+    return std::ranges::any_of(*paragraph.runs, [](const Story::Story::Run& run) {
+        return std::ranges::any_of(run.text, Kernel::IsRightToLeft);
+    });
 }
 
 void HtmlParagraph::SetIndents(HtmlStyle& style) const
@@ -170,11 +182,8 @@ void HtmlParagraph::SetIndents(HtmlStyle& style) const
     if (hasFirst && std::abs(first - left) > 5e-4) style.SetPoints("text-indent", Across(first - std::max(left, 0.0)));
     if (!paragraph.IsItem()) return;
 
-    // The box of the marker is as wide as its gap; one that is not left-aligned reaches to the left of it.
     const Story::ListAtt& list = *atts.GetList();
     style.SetPoints("--gap", Across(GetFinite(list.tabStopIndent) - first));
-    if (list.align == Story::AlignX::Right) style.Set("--reach", "100em");
-    if (list.align == Story::AlignX::Centre) style.Set("--middle", "50em");
     const Story::Story::Run* const run = paragraph.runs->empty() ? nullptr : &paragraph.runs->front();
     const auto markerAtts = (run ? run->atts : base)->Clone();
     if (list.delta) list.delta->ApplyTo(*markerAtts);

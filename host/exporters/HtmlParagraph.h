@@ -42,6 +42,7 @@ private:
     std::string MakeDropCap(Pieces& pieces) const;
     std::string MakeText(Pieces::const_iterator first, Pieces::const_iterator last) const;
     std::string MakeLines(const Pieces& pieces) const;
+    bool IsRightToLeft() const;
     void SetIndents(HtmlStyle& style) const;
     void SetWordSpace(HtmlStyle& style) const;
     double Across(double length) const { return length / scale; }

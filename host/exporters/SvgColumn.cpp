@@ -166,8 +166,8 @@ private:
         }
         if (!lineNode) {
             lineNode = Append(text, "tspan");
-            lineY = inverse.ApplyTo(place).y;
-            Set(lineNode, "y", MakeNumber(lineY, 4));
+            penY = inverse.ApplyTo(place).y;
+            Set(lineNode, "y", MakeNumber(penY, 4));
         }
         return inverse.ApplyTo(place);
     }
@@ -180,7 +180,9 @@ private:
             textAtts = atts;
             SetPaint(text, *atts, false);
         }
-        const bool isPlain = atts == textAtts && std::abs(y - lineY) < 1e-4;
+        // What follows a raised run stays up there unless it says where it stands.
+        const bool isPlain = atts == textAtts && std::abs(y - penY) < 1e-4;
+        penY = y;
         if (isPlain) return lineNode;
         pugi::xml_node node = Append(lineNode, "tspan");
         Set(node, "y", MakeNumber(y, 4));
@@ -217,7 +219,7 @@ private:
     /// The look that the element has; null for none yet.
     Atts textAtts;
     pugi::xml_node lineNode;
-    double lineY = 0;
+    double penY = 0;
 };
 
 } // namespace

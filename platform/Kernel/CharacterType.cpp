@@ -32,6 +32,11 @@ bool IsLower(char32_t character) noexcept
     return u_isULowercase(ToIcu(character)) != 0;
 }
 
+bool IsGraphic(char32_t character) noexcept
+{
+    return u_isgraph(ToIcu(character)) != 0;
+}
+
 bool IsAlnum(char32_t character) noexcept
 {
     return u_isalnum(ToIcu(character)) != 0;

@@ -17,6 +17,8 @@ QUILLET_API UnicodeCharacterType GetUnicodeCharacterType(char32_t character) noe
 /// White space and separators, those that do not break included.
 QUILLET_API bool IsSpace(char32_t character) noexcept;
 QUILLET_API bool IsLower(char32_t character) noexcept;
+/// What leaves ink: no space, no control and nothing unassigned.
+QUILLET_API bool IsGraphic(char32_t character) noexcept;
 /// Letters and digits of any script.
 QUILLET_API bool IsAlnum(char32_t character) noexcept;
 

@@ -1,6 +1,7 @@
 #include <Renderer/FontMetrics.h>
 
 #include <Kernel/CharTraits.h>
+#include <Kernel/CharacterType.h>
 #include <Kernel/FontCache.h>
 
 #include <algorithm>
@@ -369,8 +370,10 @@ GlyphMetrics FontMetrics::GetGlyphMetrics(char32_t character) const
     const auto [entry, isNew] = face->ids.try_emplace(character, 0);
     if (isNew) entry->second = static_cast<int>(FT_Get_Char_Index(face->face.get(), character));
     GlyphMetrics glyph = face->GetGlyph(entry->second);
-    // Whatever font the character will come from, it has that width there.
-    if (entry->second == 0 && Kernel::CharTraits::IsWide(character)) glyph.advance = 1;
+    if (entry->second != 0) return glyph;
+    // Whatever font the character will come from, it is to be seen, and a wide one has that width there.
+    if (Kernel::CharTraits::IsWide(character)) glyph.advance = 1;
+    if (glyph.box.IsEmpty() && Kernel::IsGraphic(character)) glyph.box = {0, -ascent, glyph.advance, descent};
     return glyph;
 }
 

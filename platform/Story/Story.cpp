@@ -1,5 +1,7 @@
 #include <Story/Story.h>
 
+#include <Kernel/CharTraits.h>
+
 namespace Story {
 
 namespace {
@@ -44,6 +46,8 @@ void Story::Add(char32_t character)
 
 void Story::AddGlyphIndex(int, char32_t character)
 {
+    // Nobody knows what the glyph stands for, but that something does.
+    if (character == 0) character = Kernel::CharTraits::c_replacement;
     Add(character);
 }
 

@@ -368,7 +368,6 @@ void TextLineObject::SetDoubleSpaceAfterPunctuation()
         copied = i + 2;
     }
     if (copied == 0) return;
-    listCandidate = nullptr;
     doubled.insert(doubled.end(), chars.begin() + static_cast<std::ptrdiff_t>(copied), chars.end());
     chars = std::move(doubled);
 }

@@ -20,6 +20,8 @@ namespace {
 /// Points by which stops of one place may differ: where the look of the page matters, hardly at all.
 constexpr double c_editableTolerance = 0.25;
 constexpr double c_exactTolerance = 0.0025;
+/// Of these: stops no farther apart are one place, rounded up and down, or once not rounded.
+constexpr double c_samePlace = 1.5;
 /// A space that is so much wider than the line's is meant to reach something.
 constexpr double c_wideSpace = 3;
 /// Of the text height: an item that is short enough to have been set against the right edge.
@@ -157,8 +159,11 @@ void TextLineObject::GetTabStops(Story::TabStops& stops, const Rect& rect, const
                                          lineEnd - pen <= textHeight * c_maxRightItem;
                 const double place = std::round((pen - rect.left) / tolerance) * tolerance;
                 if (!Budget::Spend(Limits::c_entryUnits)) return;
-                stops.Set(isRightItem ? Story::TabStop(0, Story::Tab::Right, true)
-                                      : Story::TabStop(place, Story::Tab::Left, false));
+                if (!isRightItem) {
+                    stops.Set(Story::TabStop(place, Story::Tab::Left, false));
+                } else if (stops.FindInexact(0, true, tolerance) == stops.end()) { // Or else it may have dots.
+                    stops.Set(Story::TabStop(0, Story::Tab::Right, true));
+                }
             }
         }
         if (isEndTab) break;
@@ -186,7 +191,8 @@ void TextLineObject::ApplyTabStops(const Story::TabStops& stops, const Rect& rec
         MakeTab(c);
         double start = gapStart;
         for (auto passed = stops.FindNextInexact(gapStart, 0, tolerance);
-             passed != stops.end() && !passed->fromRight && passed->position < stop->position; ++passed) {
+             passed != stops.end() && !passed->fromRight && passed->position < stop->position - c_samePlace * tolerance;
+             ++passed) {
             // A tab that begins at a stop goes on to the next one.
             if (!(passed->position > gapStart + tolerance)) continue;
             if (!Budget::Spend(Limits::c_charUnits)) break;

@@ -49,9 +49,10 @@ TEST(Story, KeepsParagraphsAndRuns)
     EXPECT_EQ(paragraphs[0].GetText(), U"a");
     EXPECT_EQ(paragraphs[0].atts, ParagraphAtts::GetDefault());
     EXPECT_EQ(paragraphs[0].runs[0].atts, GlyphAtts::GetDefault());
-    EXPECT_EQ(paragraphs[1].GetText(), U"b\nc");
+    // A glyph that nobody knows a character for still stands there.
+    EXPECT_EQ(paragraphs[1].GetText(), U"b\uFFFD\nc");
     ASSERT_EQ(paragraphs[1].runs.size(), 2U);
-    EXPECT_EQ(paragraphs[1].runs[0].text, U"b\n");
+    EXPECT_EQ(paragraphs[1].runs[0].text, U"b\uFFFD\n");
     EXPECT_EQ(paragraphs[1].runs[0].atts, MakeSize(10));
     EXPECT_EQ(paragraphs[1].runs[1].atts, MakeSize(30));
     EXPECT_TRUE(paragraphs[2].runs.empty());

@@ -235,6 +235,13 @@ TEST(ColumnExport, WritesListsAsListsOfHtml)
     EXPECT_THAT(Select(html, "/div/ul", "style")[0], HasSubstr("--before:'\u2022'"));
     EXPECT_THAT(Select(html, "/div/ol", "style")[1], HasSubstr("--before:'(';--after:')';--format:lower-alpha"));
     EXPECT_THAT(Select(html, "/div/ol/li", "style")[0], HasSubstr("--gap:18pt"));
+
+    const auto list = MakeList(Story::ListType::Number, U"", U".", 1, false);
+    const auto reaching = Kernel::MakeCounted<Story::ListAtt>(*list);
+    reaching->SetAlign(Story::AlignX::Right);
+    ColumnMaker right;
+    right.BeginItem(reaching).Add(U"one");
+    EXPECT_THAT(Select(MakeHtml(right.Get()), "/div/ol/li", "class"), ElementsAre("right"));
 }
 
 TEST(ColumnExport, WritesListsAsJson)
@@ -289,6 +296,12 @@ TEST(ColumnExport, GivesTabsOfHtmlTheWidthOfTheirStops)
                 ElementsAre("min-width:40pt", "min-width:60pt"));
     EXPECT_THAT(Select(html, "//span[contains(@class,'cell')]", ""), ElementsAre("ab\t", "cd\t9.50"));
     EXPECT_THAT(Select(html, "//span[@class='fill dots']", ""), ElementsAre(""));
+
+    // A space that only the font knows is one of the characters before the tab.
+    const auto atts = ColumnMaker::MakeParagraph();
+    maker.Begin(atts).Add(U"a b c\td");
+    maker.Get().lines.back()->chars[1].unicode = 0;
+    EXPECT_THAT(Select(MakeHtml(maker.Get()), "/div/p[2]//span[contains(@class,'cell')]", ""), ElementsAre("a b c\t"));
 }
 
 ColumnMaker MakeDropCap(bool hasSize)
@@ -371,6 +384,18 @@ TEST(ColumnExport, ShowsDecorations)
     EXPECT_EQ(runs[1]["highlight"]["colour"]["values"], Json({1, 0, 0}));
     EXPECT_EQ(runs[2]["strikeout"], true);
     EXPECT_FALSE(runs[0].contains("underline") || runs[0].contains("strikeout"));
+}
+
+TEST(ColumnExport, GoesBackToTheBaselineBehindARaisedRun)
+{
+    const auto raised = MakeAtts();
+    raised->Set(Story::GlyphAtt::BaselineShift, -4.0);
+    ColumnMaker maker;
+    maker.Add(U"ab").Add(U"2", Intern(raised)).Add(U"cd");
+    const auto svg = MakeSvg(maker.Get());
+    EXPECT_THAT(Select(svg, "/svg/text/tspan", "y"), ElementsAre("20"));
+    EXPECT_THAT(Select(svg, "/svg/text/tspan/tspan[@y]", "y"), ElementsAre("16", "20"));
+    EXPECT_THAT(Select(svg, "/svg/text/tspan/tspan[@y]", ""), ElementsAre("2", "cd"));
 }
 
 TEST(ColumnExport, BeginsAnElementOfSvgWhereGlyphsChangeTheirScale)

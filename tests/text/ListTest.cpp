@@ -158,6 +158,7 @@ TEST(ListTest, ChainsTheItemsOfAColumn)
         std::vector<std::string> items;
     } rows[] = {
         {{U"1. aa"}, {"-"}},
+        {{U"3.[12]aa"}, {"-"}},
         {{U"1. aa", U"3. bb"}, {"-", "-"}},
         {{U"1. aa", U"2. bb", U"3. cc"}, {"1./0+", "1./0+", "1./0+"}},
         {{U"h. aa", U"i. bb", U"j. cc"}, {"8./4+", "1./4+", "1./4+"}},

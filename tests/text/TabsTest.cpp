@@ -113,6 +113,8 @@ TEST(TabsTest, MakesTabsOfGapsThatLineUp)
         {{U"ab.....9", U"abc....9"}, {"ab<30>9", "abc<24>9"}, "0R-."},
         {{U"ab ..... 9", U"cd"}, {"ab <30> 9", "cd"}, "0R-."},
         {{U"ab...."}, {"ab...."}, ""},
+        // A gap without dots does not take them from the stop.
+        {{U"ab.....9", U"abc[24]9"}, {"ab<30>9", "abc[24]9"}, "0R-."},
         // A gap over a column takes a tab for each.
         {{U"ab[30]cd[30]ef", U"gh[30]ij[30]kl", U"mn[72]op"},
          {"ab<30>cd<30>ef", "gh<30>ij<30>kl", "mn<30><42>op"},
@@ -128,6 +130,8 @@ TEST(TabsTest, MakesTabsOfGapsThatLineUp)
         {{U"ab[60]c"}, {"ab[60]c"}, "", Story::AlignX::Right},
         // A hanging line has a stop where the others begin, which nobody has to set; the marker's gap is the list's.
         {{U"ab[12]c", U"de fg"}, {"ab<12>c", "de fg"}, "", Story::AlignX::Left, false, 24},
+        // One tab goes to a place that is a stop twice, by rounding.
+        {{U"ab[12.1]c", U"de fg"}, {"ab<12.1>c", "de fg"}, "24L", Story::AlignX::Left, false, 24.1},
         {{U"1.[30]ab[30]c"}, {"1.[30]ab<30>c"}, "0R-", Story::AlignX::Left, false, 0, 3},
     };
     for (const TabRow& row : rows) {
