@@ -30,8 +30,8 @@ using namespace Quillet;
 
 /// Only paragraphs keep their spaces: those between paragraphs are the file's. Spans have no height of their own, so
 /// that lines keep the leading of their paragraph. The marker of an item is a box, since a browser places its own
-/// markers as it likes; it is as wide as the gap up to the text, and one that ends at its place, or has its middle there,
-/// reaches to the left of it.
+/// markers as it likes; it is as wide as the gap up to the text, and one that ends at its place, or has its middle
+/// there, reaches to the left of it.
 constexpr const char* c_css = R"(
 body{margin:0;background:#999}
 .page{position:relative;overflow:hidden;background:#fff;margin:12pt auto;isolation:isolate;break-after:page}
