@@ -38,11 +38,10 @@ double FindScale(const ColumnText& text)
 
 /// Where the text wraps as on the page. Text that is no frame has no room to spare; other text has some, but not as
 /// much as a line would claim that is measured by one wide space: lines that wrap would end elsewhere.
-Rect MakeFrame(const ColumnObject& column, bool isArt)
+Rect MakeFrame(const ColumnObject& column, const Rect& text, bool isArt)
 {
     constexpr double c_mostRoom = 10.5;
     constexpr double c_room = 0.5;
-    const Rect text = column.GetBaseStoryFrameBox();
     Rect frame = column.GetStoryFrameBox();
     if (isArt) return text;
     const bool wraps = std::ranges::any_of(column.lines, [](const auto& line) { return line->UsesWrap(); });
@@ -158,8 +157,9 @@ void AppendFrame(LongText& html, const ColumnObject& column, const Raster::ICCMa
     if (paragraphs.empty() || column.lines.empty() || !Budget::Spend(Costs::c_htmlBox)) return;
     const double scale = FindScale(text);
     const bool isArt = column.IsArtText();
-    Rect frame = MakeFrame(column, isArt);
-    const HtmlParagraph top(column, paragraphs.front(), profiles, scale);
+    const Rect textBox = column.GetBaseStoryFrameBox();
+    Rect frame = MakeFrame(column, textBox, isArt);
+    const HtmlParagraph top(column, textBox, paragraphs.front(), profiles, scale);
     frame.top = column.lines.front()->GetGdiPosition().y - top.GetSpaceAbove();
     frame.bottom = std::max(frame.bottom, frame.top);
     html.Append(isArt ? "<div class=\"frame art\" contenteditable=\"true\""
@@ -173,7 +173,7 @@ void AppendFrame(LongText& html, const ColumnObject& column, const Raster::ICCMa
     };
     for (const ColumnText::Paragraph& paragraph : paragraphs) {
         if (!Budget::Spend(Costs::c_htmlBox + Costs::c_htmlRun)) break;
-        const HtmlParagraph content(column, paragraph, profiles, scale);
+        const HtmlParagraph content(column, textBox, paragraph, profiles, scale);
         const bool isItem = paragraph.IsItem();
         const bool goesOn = isItem && previous && previous->IsItem() && GoesOn(paragraph, *previous);
         if (!goesOn) {

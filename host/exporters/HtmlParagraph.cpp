@@ -43,10 +43,11 @@ TextLineObject::Chars::const_iterator GetTextBegin(const TextLineObject& line)
     return line.chars.begin() + std::clamp<std::ptrdiff_t>(line.listStyleCharCount, 0, std::ssize(line.chars));
 }
 
-std::vector<Tab> CollectTabs(const ColumnObject& column, const ColumnText::Paragraph& paragraph)
+/// `frame` is around the baselines of the column.
+std::vector<Tab> CollectTabs(const ColumnObject& column, const ColumnText::Paragraph& paragraph,
+                             const Kernel::RectT<double>& frame)
 {
     std::vector<Tab> tabs;
-    const auto frame = column.GetBaseStoryFrameBox();
     for (std::size_t i = paragraph.firstLine; i < paragraph.lastLine; ++i) {
         const TextLineObject& line = *column.lines[i];
         auto first = GetTextBegin(line);
@@ -122,9 +123,10 @@ Atts FindUsualAtts(const std::vector<Story::Story::Run>& runs)
     return best ? best->atts : Story::GlyphAtts::GetDefault();
 }
 
-HtmlParagraph::HtmlParagraph(const ColumnObject& usedColumn, const ColumnText::Paragraph& usedParagraph,
+HtmlParagraph::HtmlParagraph(const ColumnObject& usedColumn, const Kernel::RectT<double>& textBox,
+                             const ColumnText::Paragraph& usedParagraph,
                              const Raster::ICCManager::ICCProfileSet& usedProfiles, double usedScale)
-    : column(usedColumn), paragraph(usedParagraph), profiles(usedProfiles), scale(usedScale),
+    : column(usedColumn), frame(textBox), paragraph(usedParagraph), profiles(usedProfiles), scale(usedScale),
       base(FindUsualAtts(*usedParagraph.runs)), look(*base, usedProfiles, usedScale),
       leading(GetFinite(usedParagraph.atts->Get(Story::ParagraphAtt::Leading)))
 {
@@ -264,7 +266,7 @@ std::string HtmlParagraph::MakeText(Pieces::const_iterator first, Pieces::const_
 /// ends at a stop from the right is in the cell, at its right.
 std::string HtmlParagraph::MakeLines(const Pieces& pieces) const
 {
-    const std::vector<Tab> tabs = CollectTabs(column, paragraph);
+    const std::vector<Tab> tabs = CollectTabs(column, paragraph, frame);
     auto tab = tabs.begin();
     std::string html;
     auto first = pieces.begin();

@@ -16,9 +16,11 @@ class HtmlParagraph
 public:
     using Atts = Kernel::Consolidated<Story::GlyphAtts>;
 
-    /// All outlive it. `scale` is how much wider the frame is shown than its lengths say.
-    HtmlParagraph(const Quillet::ColumnObject& usedColumn, const ColumnText::Paragraph& usedParagraph,
-                  const Raster::ICCManager::ICCProfileSet& usedProfiles, double usedScale);
+    /// All outlive it. `textBox` is around the column's baselines. `scale` is how much wider the frame is shown than
+    /// its lengths say.
+    HtmlParagraph(const Quillet::ColumnObject& usedColumn, const Kernel::RectT<double>& textBox,
+                  const ColumnText::Paragraph& usedParagraph, const Raster::ICCManager::ICCProfileSet& usedProfiles,
+                  double usedScale);
 
     /// From the top of the first line's box down to its baseline, and from there down to the box's end, in points.
     double GetSpaceAbove() const;
@@ -48,6 +50,7 @@ private:
     double Across(double length) const { return length / scale; }
 
     const Quillet::ColumnObject& column;
+    const Kernel::RectT<double>& frame;
     const ColumnText::Paragraph& paragraph;
     const Raster::ICCManager::ICCProfileSet& profiles;
     const double scale;

@@ -7,6 +7,7 @@
 #include <Quillet/Budget.h>
 
 #include <Renderer/Colour.h>
+#include <Renderer/FillGradient.h>
 
 namespace Host {
 
@@ -55,8 +56,34 @@ void WriteColour(JsonWriter& json, const Renderer::Colour& colour)
     json.EndObject();
 }
 
+namespace {
+
+void WriteGradient(JsonWriter& json, const Renderer::FillGradient& fill, const Renderer::FillDescriptor& descriptor)
+{
+    json.BeginObject();
+    json.Key("kind").Text(fill.type == Renderer::FillGradient::Linear ? "linear" : "elliptical");
+    json.Key("stops").BeginArray();
+    for (const Renderer::ColourPosition& stop : fill.gradient->stops) {
+        if (!Budget::Spend(Costs::c_jsonEntry)) break;
+        json.BeginObject();
+        json.Key("position").Number(stop.position);
+        WriteColour(json.Key("colour"), *stop.colour);
+        json.EndObject();
+    }
+    json.EndArray();
+    const auto& place = descriptor.transform;
+    WriteNumbers(json.Key("transform"), {place.a, place.b, place.c, place.d, place.e, place.f});
+    json.EndObject();
+}
+
+} // namespace
+
 void WriteFill(JsonWriter& json, const Renderer::FillDescriptor& descriptor)
 {
+    if (!descriptor.IsEmpty() && descriptor.fill->GetKind() == Renderer::Fill::Kind::Gradient) {
+        WriteGradient(json, static_cast<const Renderer::FillGradient&>(*descriptor.fill), descriptor);
+        return;
+    }
     const auto colour = descriptor.IsEmpty() ? nullptr : descriptor.fill->GetColour();
     if (!colour) {
         json.Null();

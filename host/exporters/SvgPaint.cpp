@@ -7,8 +7,10 @@
 #include <Quillet/Budget.h>
 
 #include <Renderer/Colour.h>
+#include <Renderer/FillGradient.h>
 
 #include <algorithm>
+#include <array>
 
 namespace Host {
 
@@ -47,15 +49,15 @@ void SetLine(pugi::xml_node node, const Renderer::LineStyleDescriptor& descripto
 
 } // namespace
 
-void SvgPaint::SetFill(pugi::xml_node node, const Renderer::FillDescriptor& descriptor) const
+void SvgPaint::SetFill(pugi::xml_node node, const Renderer::FillDescriptor& descriptor, const Params& toElement)
 {
-    SetPaint(node, "fill", "fill-opacity", descriptor);
+    SetPaint(node, "fill", "fill-opacity", descriptor, toElement);
 }
 
 void SvgPaint::SetStroke(pugi::xml_node node, const Renderer::FillDescriptor& descriptor,
-                         const Renderer::LineStyleDescriptor& line, double scale) const
+                         const Renderer::LineStyleDescriptor& line, double scale, const Params& toElement)
 {
-    SetPaint(node, "stroke", "stroke-opacity", descriptor);
+    SetPaint(node, "stroke", "stroke-opacity", descriptor, toElement);
     SetLine(node, line, scale > 0 ? scale : 1);
 }
 
@@ -80,8 +82,13 @@ void SvgPaint::SetClip(pugi::xml_node node, const Geometry::PolyCurveDbl& path, 
 }
 
 void SvgPaint::SetPaint(pugi::xml_node node, const char* name, const char* opacityName,
-                        const Renderer::FillDescriptor& descriptor) const
+                        const Renderer::FillDescriptor& descriptor, const Params& toElement)
 {
+    if (!descriptor.IsEmpty() && descriptor.fill->GetKind() == Renderer::Fill::Kind::Gradient) {
+        const auto& fill = static_cast<const Renderer::FillGradient&>(*descriptor.fill);
+        Set(node, name, "url(#" + AddGradient(fill, toElement * descriptor.transform) + ")");
+        return;
+    }
     const auto colour = descriptor.IsEmpty() ? nullptr : descriptor.fill->GetColour();
     if (!colour) {
         Set(node, name, "none");
@@ -90,6 +97,29 @@ void SvgPaint::SetPaint(pugi::xml_node node, const char* name, const char* opaci
     Set(node, name, MakeColourCode(*colour, profiles));
     const double alpha = GetOpacity(*colour);
     if (alpha != 1) Set(node, opacityName, MakeNumber(alpha));
+}
+
+std::string SvgPaint::AddGradient(const Renderer::FillGradient& fill, const Params& placement)
+{
+    const bool isLinear = fill.type == Renderer::FillGradient::Linear;
+    pugi::xml_node gradient = Append(defs, isLinear ? "linearGradient" : "radialGradient");
+    std::string id = prefix + "gradient-" + std::to_string(++gradientCount);
+    Set(gradient, "id", id);
+    // It runs over the unit square, or from the centre of the unit circle to its edge.
+    Set(gradient, "gradientUnits", "userSpaceOnUse");
+    for (const char* attribute : isLinear ? std::array{"x1", "y1", "y2"} : std::array{"cx", "cy", "fx"})
+        Set(gradient, attribute, "0");
+    Set(gradient, isLinear ? "x2" : "r", "1");
+    Set(gradient, "gradientTransform", MakeTransform(placement));
+    for (const Renderer::ColourPosition& position : fill.gradient->stops) {
+        if (!Budget::Spend(Costs::c_svgElement)) break;
+        pugi::xml_node stop = Append(gradient, "stop");
+        Set(stop, "offset", MakeNumber(position.position));
+        Set(stop, "stop-color", MakeColourCode(*position.colour, profiles));
+        const double alpha = GetOpacity(*position.colour);
+        if (alpha != 1) Set(stop, "stop-opacity", MakeNumber(alpha));
+    }
+    return id;
 }
 
 std::string MakeColourCode(const Renderer::Colour& colour, const Raster::ICCManager::ICCProfileSet& profiles)

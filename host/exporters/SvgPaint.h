@@ -19,26 +19,28 @@
 
 namespace Renderer {
 class Colour;
-}
+class FillGradient;
+} // namespace Renderer
 
 namespace Host {
 
-/// How the elements of an SVG look: colours as sRGB by way of `profiles`, and clips, which stand in its "defs" once for
-/// all who use them.
+/// How the elements of an SVG look: colours as sRGB by way of `profiles`, gradients, which stand in its "defs", and
+/// clips, which stand there once for all who use them.
 class SvgPaint
 {
 public:
     using Params = Raster::AffineTransform::Params;
 
-    /// Names of clips begin with `clipPrefix`: they are those of a whole file.
-    SvgPaint(const Raster::ICCManager::ICCProfileSet& usedProfiles, pugi::xml_node clipParent, std::string clipPrefix)
-        : profiles(usedProfiles), defs(clipParent), prefix(std::move(clipPrefix))
+    /// Names of clips and gradients begin with `namePrefix`: they are those of a whole file.
+    SvgPaint(const Raster::ICCManager::ICCProfileSet& usedProfiles, pugi::xml_node defsNode, std::string namePrefix)
+        : profiles(usedProfiles), defs(defsNode), prefix(std::move(namePrefix))
     {}
 
-    void SetFill(pugi::xml_node node, const Renderer::FillDescriptor& descriptor) const;
+    /// `toElement` leads from the space of the object to that of the element's data.
+    void SetFill(pugi::xml_node node, const Renderer::FillDescriptor& descriptor, const Params& toElement = {});
     /// `scale` leads from the space of the element's data to the page, on which the style's lengths are points.
     void SetStroke(pugi::xml_node node, const Renderer::FillDescriptor& descriptor,
-                   const Renderer::LineStyleDescriptor& line, double scale) const;
+                   const Renderer::LineStyleDescriptor& line, double scale, const Params& toElement = {});
     /// `path` is in the space of the element that it clips, from which `toPage` leads to the page.
     void SetClip(pugi::xml_node node, const Geometry::PolyCurveDbl& path, Geometry::WindingOrderMode winding,
                  const Params& toPage);
@@ -46,7 +48,9 @@ public:
 private:
     std::string MakeClipName(std::size_t number) const { return prefix + "clip-" + std::to_string(number); }
     void SetPaint(pugi::xml_node node, const char* name, const char* opacityName,
-                  const Renderer::FillDescriptor& descriptor) const;
+                  const Renderer::FillDescriptor& descriptor, const Params& toElement);
+    /// The name of a gradient in "defs".
+    std::string AddGradient(const Renderer::FillGradient& fill, const Params& placement);
 
     const Raster::ICCManager::ICCProfileSet& profiles;
     pugi::xml_node defs;
@@ -54,6 +58,7 @@ private:
     /// The numbers of those in use, by their path data, which the document keeps.
     std::unordered_map<std::string_view, std::size_t> nonZeroClips;
     std::unordered_map<std::string_view, std::size_t> evenOddClips;
+    std::size_t gradientCount = 0;
 };
 
 /// "#rrggbb".

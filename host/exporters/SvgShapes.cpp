@@ -62,11 +62,12 @@ void SvgShapes::AddPath(pugi::xml_node parent, const PathObject& object)
         Set(node, "d", MakePathData(*object.path, object.transform));
         if (!object.transform.IsIdentity(0)) Set(node, "transform", MakeTransform(object.transform));
     }
-    paint.SetFill(node, *object.GetBrushDescriptor());
+    const Params toElement = isOnPage ? object.transform : Params();
+    paint.SetFill(node, *object.GetBrushDescriptor(), toElement);
     if (object.IsFilled() && object.winding == WindingOrderMode::EvenOdd) Set(node, "fill-rule", "evenodd");
     if (isStroked) {
         const double scale = isOnPage ? 1 : GetScale(object.transform);
-        paint.SetStroke(node, *object.penDescriptor, *object.lineStyleDescriptor, scale);
+        paint.SetStroke(node, *object.penDescriptor, *object.lineStyleDescriptor, scale, toElement);
     }
     if (object.clipPath && isOnPage) {
         paint.SetClip(node, *MakeMoved(*object.clipPath, object.transform), object.clipWinding, Params());

@@ -8,6 +8,8 @@
 #include <Quillet/ColumnObject.h>
 #include <Quillet/TreeWalk.h>
 
+#include <Kernel/CharTraits.h>
+
 #include <string>
 
 namespace Host {
@@ -60,9 +62,11 @@ private:
     {
         std::string clean;
         clean.reserve(characters.size());
-        for (const char c : characters) {
-            const auto byte = static_cast<unsigned char>(c);
-            if ((byte >= 0x20 && byte != 0x7F) || c == '\t' || c == '\n') clean += c;
+        for (std::size_t end = 0; end < characters.size();) {
+            const std::size_t start = end;
+            const char32_t code = Kernel::CharTraits::DecodeCodePoint(characters, end);
+            const bool isControl = code < 0x20 || (code >= 0x7F && code < 0xA0);
+            if (!isControl || code == '\t' || code == '\n') clean.append(characters, start, end - start);
         }
         text.Append(clean);
     }

@@ -22,7 +22,6 @@ class QUILLET_API ColumnObject : public Object
 {
 public:
     using Lines = std::vector<Kernel::Counted<TextLineObject>>;
-    using Paragraphs = std::vector<Kernel::Counted<Paragraph>>;
 
     explicit ColumnObject(int newId);
     /// A column like `source` with the lines of it from `first` on, which move here.
@@ -64,6 +63,8 @@ public:
     /// Whether text from `left` to `right` stands above or below some line other than `line` and the first.
     bool BelongsInColumn(const TextLineObject& line, double left, double right) const;
     bool CanMergeColumn(const ColumnObject& other) const;
+    /// The same where the boxes around the baselines are known: `above` of this column, `below` of the other.
+    bool CanMergeColumn(const ColumnObject& other, const Rect& above, const Rect& below) const;
     /// Takes the lines of `other`, which is left empty.
     void MergeColumn(ColumnObject& other);
 
@@ -90,10 +91,17 @@ public:
     /// From top to bottom.
     Lines lines;
 
+    // Not for hosts.
+    using Paragraphs = std::vector<Kernel::Counted<Paragraph>>;
+    /// How near to its ink that of a line has to be which joins one of the lines.
+    double GetReach() const;
+
 private:
     /// How far ink of any line reaches above and below its baseline, at least.
     double inkAbove = 0;
     double inkBelow = 0;
+    /// The largest of the lines' sizes, at least.
+    double largestText = 0;
 
     void NoteInk(const TextLineObject& line);
     /// The topmost of the lines that begin beside a drop cap, if `cap` is one without text; the end for none.

@@ -49,18 +49,14 @@ public:
     double GetWidth(Chars::const_iterator first, Chars::const_iterator last) const;
     /// The largest size in the range; 0 for none.
     double GetTextHeight(Chars::const_iterator first, Chars::const_iterator last) const;
-    /// Where the pen is, with the baseline that the state writes on.
-    Point GetEndPosition(const TextState& state) const;
     void SetBlendMode(Renderer::FillBlendMode::BlendMode mode) { blendMode = mode; }
     /// Whether a space stands in a font that has none.
     bool HasUndefinedSpace() const;
 
     /// Whether text of these attributes at a point of line space goes on with this line.
     bool CanMoveTo(const Point& point, const Atts& atts) const;
-    void MoveTo(const Point& point, TextState& state);
     /// Moves the pen back by `amount`.
     void Kern(double amount);
-    void TextOut(const std::vector<char>& string, TextState& state);
     /// Turns what was shown into what was typed, once no more text comes.
     void OnEndOfLine();
 
@@ -113,10 +109,6 @@ public:
 
     // Tabs.
 
-    /// Counts where gaps end.
-    void GetTabStops(FrequencyMap& map) const;
-    /// Adds the stops that the line's gaps ask for; `rect` is the text box of the column.
-    void GetTabStops(Story::TabStops& stops, const Rect& rect, const FrequencyMap& map) const;
     /// Makes tabs of the gaps that end at stops.
     void ApplyTabStops(const Story::TabStops& stops, const Rect& rect);
     /// The gap before the last item of the line, or the dots that lead to it, which `hasLeader` tells; the end for
@@ -145,11 +137,8 @@ public:
     /// Gives the cap the look of the text behind it; the answer holds what it had.
     Kernel::Counted<const Story::DropCapAtt> RemoveDropCap(double distance, int lineCount);
 
-    /// Read from the whole line when first asked for. Never null.
-    const Kernel::Counted<ListAtt>& GetListCandidate() const;
     void SetIsListDone(bool isDone);
     void SetNotList();
-    bool IsCompatibleList(const ListAtt& previous) const;
     void SetListStyleCharCount(int count) { listStyleCharCount = count; }
 
     void SetParagraphAtts(Kernel::Counted<const Story::ParagraphAtts> atts) { paragraphAtts = std::move(atts); }
@@ -195,6 +184,21 @@ public:
     bool isParagraphBack = false;
     /// Of the paragraph that the line is in, shared by its lines; null before there are paragraphs.
     Kernel::Counted<const Story::ParagraphAtts> paragraphAtts;
+
+    // Not for hosts.
+
+    /// Where the pen is, with the baseline that the state writes on.
+    Point GetEndPosition(const TextState& state) const;
+    void MoveTo(const Point& point, TextState& state);
+    void TextOut(const std::vector<char>& string, TextState& state);
+    /// Counts where gaps end.
+    void GetTabStops(FrequencyMap& map) const;
+    /// Adds the stops that the line's gaps ask for; `rect` is the text box of the column.
+    void GetTabStops(Story::TabStops& stops, const Rect& rect, const FrequencyMap& map) const;
+    /// Read from the whole line when first asked for. Never null.
+    const Kernel::Counted<ListAtt>& GetListCandidate() const;
+    /// Whether the line can be the item behind that one.
+    bool IsCompatibleList(const ListAtt& previous) const;
 
 private:
     /// Dropped by whatever changes the start of the line.

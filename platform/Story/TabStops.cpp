@@ -9,6 +9,20 @@
 
 namespace Story {
 
+namespace {
+
+std::size_t GetHashOf(const TabStop& stop)
+{
+    std::size_t hash = 0;
+    Kernel::AddToHash(hash, Renderer::KeyOf(stop.position));
+    Kernel::AddToHash(hash, stop.type);
+    Kernel::AddToHash(hash, stop.fromRight);
+    Kernel::AddToHash(hash, stop.leader);
+    return hash;
+}
+
+} // namespace
+
 bool TabStops::Order::operator()(const TabStop& a, const TabStop& b) const
 {
     return std::tie(a.fromRight, a.position) < std::tie(b.fromRight, b.position);
@@ -17,13 +31,18 @@ bool TabStops::Order::operator()(const TabStop& a, const TabStop& b) const
 void TabStops::Set(const TabStop& stop)
 {
     if (!std::isfinite(stop.position)) return;
-    stops.erase(stop);
+    Delete(stop.position, stop.fromRight);
     stops.insert(stop);
+    hash += GetHashOf(stop);
 }
 
 void TabStops::Delete(double position, bool fromRight)
 {
-    if (std::isfinite(position)) stops.erase(TabStop(position, Tab::Left, fromRight));
+    if (!std::isfinite(position)) return;
+    const auto stop = stops.find(TabStop(position, Tab::Left, fromRight));
+    if (stop == stops.end()) return;
+    hash -= GetHashOf(*stop);
+    stops.erase(stop);
 }
 
 TabStops::const_iterator TabStops::FindInexact(double position, bool fromRight, double tolerance) const
@@ -49,18 +68,6 @@ TabStops::const_iterator TabStops::FindNextInexact(double position, double width
     if (behind == begin()) return end();
     const auto right = std::prev(behind);
     return right->fromRight ? right : end();
-}
-
-std::size_t TabStops::GetHash() const
-{
-    std::size_t hash = 0;
-    for (const TabStop& stop : stops) {
-        Kernel::AddToHash(hash, Renderer::KeyOf(stop.position));
-        Kernel::AddToHash(hash, stop.type);
-        Kernel::AddToHash(hash, stop.fromRight);
-        Kernel::AddToHash(hash, stop.leader);
-    }
-    return hash;
 }
 
 } // namespace Story

@@ -35,12 +35,15 @@ public:
     const_iterator begin() const { return stops.begin(); }
     const_iterator end() const { return stops.end(); }
     bool IsEmpty() const { return stops.empty(); }
-    std::size_t GetHash() const;
+    bool HasFromRight() const { return !stops.empty() && stops.rbegin()->fromRight; }
+    std::size_t GetHash() const { return hash; }
 
-    friend bool operator==(const TabStops& a, const TabStops& b) { return a.stops == b.stops; }
+    friend bool operator==(const TabStops& a, const TabStops& b) { return a.hash == b.hash && a.stops == b.stops; }
 
 private:
     Stops stops;
+    /// The sum of the stops' own: many paragraphs have the same ones.
+    std::size_t hash = 0;
 };
 
 } // namespace Story

@@ -52,9 +52,11 @@ inline constexpr unsigned long long c_charUnits = 120;
 /// Going over a character of a line once more, or moving it, when lines are put together, and measuring it.
 inline constexpr unsigned long long c_walkedCharUnits = 2;
 inline constexpr unsigned long long c_measuredCharUnits = 16;
+/// Changing attributes of characters: a copy, which is interned.
+inline constexpr unsigned long long c_attsUnits = 48;
 /// Entries of a sorted list that are moved up in the time of a unit.
 inline constexpr unsigned long long c_movedBucketsPerUnit = 4;
-/// Looking at an entry of the cross-reference table while that is read.
+/// Looking at an entry of a list that lies anywhere, as while the cross-reference table is read, or sorting it.
 inline constexpr unsigned long long c_touchUnits = 8;
 /// A sample of a table that a function looks at, and an element of a program.
 inline constexpr unsigned long long c_sampleUnits = 2;
@@ -63,6 +65,9 @@ inline constexpr unsigned long long c_elementUnits = 4;
 inline constexpr unsigned long long c_entryUnits = 64;
 /// Looking at a neighbour: its box, or an edge of it.
 inline constexpr unsigned long long c_comparisonUnits = 2;
+/// A cell of an index of boxes: found by its place, and met on the way through all of them.
+inline constexpr unsigned long long c_cellUnits = 6;
+inline constexpr unsigned long long c_walkedCellUnits = 12;
 /// A range of codes of a font: a node of a map.
 inline constexpr unsigned long long c_rangeUnits = 160;
 /// A glyph name of a font, looked up in the tables of names.

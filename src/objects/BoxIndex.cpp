@@ -72,8 +72,9 @@ BoxIndex::Range BoxIndex::GetRange(const Box& box, Size size)
 
 bool BoxIndex::PayFor(const Range& range, const Grid& grid)
 {
-    const double count = std::min(range.GetCount(), static_cast<double>(grid.size()));
-    return Budget::Spend(Limits::c_comparisonUnits * static_cast<unsigned long long>(count));
+    const auto all = static_cast<double>(grid.size());
+    const double units = std::min(range.GetCount() * Limits::c_cellUnits, all * Limits::c_walkedCellUnits);
+    return Budget::Spend(static_cast<unsigned long long>(units));
 }
 
 bool BoxIndex::PayFor(const Items& items)

@@ -220,7 +220,7 @@ bool PathObject::TryCombineFillStroke(const Kernel::Counted<const PathObject>& o
     const bool isFillOverStroke = IsStroked() && other->IsFilled() && !IsFilled() && !other->IsStroked();
     if (!isStrokeOverFill && !isFillOverStroke) return false;
     if (blendMode != Renderer::FillBlendMode::Normal || other->blendMode != Renderer::FillBlendMode::Normal ||
-        softMask != other->softMask ||
+        softMask != other->softMask || ((clipPath || other->clipPath) && !HasCompatibleAttributes(other)) ||
         !IsCompatiblePath(path, other->path, transform.GetInverse() * other->transform)) {
         return false;
     }

@@ -16,6 +16,8 @@ namespace Quillet {
 
 namespace {
 
+/// Ink of the same line is no farther apart, if it is not that of a drop cap.
+constexpr double c_reach = 1;
 /// Lines, and edges, as far apart are the same.
 constexpr double c_sameEdge = 1;
 constexpr double c_noise = 1e-5;
@@ -54,9 +56,12 @@ double GetGap(const Rect& a, const Rect& b)
     return std::max(a.left - b.right, b.left - a.right);
 }
 
+/// The last line begins there most often.
 bool HasLineAt(const ColumnObject& column, double x)
 {
-    return std::ranges::any_of(column.lines, [x](const auto& line) { return IsSameEdge(line->position.x, x); });
+    return std::any_of(column.lines.rbegin(), column.lines.rend(), [x](const auto& line) {
+        return Budget::Spend(Limits::c_comparisonUnits) && IsSameEdge(line->position.x, x);
+    });
 }
 
 int MakeId(Kernel::NonCounted<const Page> page)
@@ -72,7 +77,7 @@ ColumnObject::ColumnObject(int newId) : Object(Kind::Column)
 }
 
 ColumnObject::ColumnObject(ColumnObject& source, int newId, Lines::const_iterator first)
-    : Object(source), inkAbove(source.inkAbove), inkBelow(source.inkBelow)
+    : Object(source), inkAbove(source.inkAbove), inkBelow(source.inkBelow), largestText(source.largestText)
 {
     id = newId;
     SetSoftMask(source.softMask);
@@ -158,6 +163,12 @@ void ColumnObject::NoteInk(const TextLineObject& line)
     const double baseline = line.GetGdiPosition().y;
     inkAbove = std::max(inkAbove, baseline - line.bbox.top);
     inkBelow = std::max(inkBelow, line.bbox.bottom - baseline);
+    largestText = std::max(largestText, line.textHeight);
+}
+
+double ColumnObject::GetReach() const
+{
+    return std::max(c_reach, largestText);
 }
 
 ColumnObject::Lines::iterator ColumnObject::FindLineOfCap(const TextLineObject& cap)
@@ -198,10 +209,12 @@ bool ColumnObject::TryAddMerge(const Kernel::Counted<TextLineObject>& line, bool
         AddMerge(std::prev(lines.end()), *line);
         return true;
     }
-    if (!DoBoxesMeet(Grow(bbox, 1), line->bbox)) return false;
     // A drop cap that is drawn after its text stands beside several lines. It is the first one's.
     auto target = FindLineOfCap(*line);
-    if (target == lines.end()) target = FindInk(Grow(line->bbox, c_noise));
+    if (target == lines.end()) {
+        if (!DoBoxesMeet(Grow(bbox, c_reach), line->bbox)) return false;
+        target = FindInk(Grow(line->bbox, c_noise));
+    }
     if (!(*target)->CanMergeWith(*line)) return false;
     AddMerge(target, *line);
     return true;
@@ -293,11 +306,14 @@ Kernel::Counted<ColumnObject> ColumnObject::Split(Lines::iterator first, Kernel:
 
 bool ColumnObject::CanMergeColumn(const ColumnObject& other) const
 {
+    return CanMergeColumn(other, GetBaseStoryFrameBox(), other.GetBaseStoryFrameBox());
+}
+
+bool ColumnObject::CanMergeColumn(const ColumnObject& other, const Rect& above, const Rect& below) const
+{
     if (!HasCompatibleAttributes(Kernel::Counted<const Object>(&other)) || GetBlendMode() != other.GetBlendMode())
         return false;
     if (lines.empty() || other.lines.empty()) return false;
-    const Rect above = GetBaseStoryFrameBox();
-    const Rect below = other.GetBaseStoryFrameBox();
     if (below.left > above.right || below.right < above.left) return false;
     // One baseline, unless text is drawn on text, as some do for bold type.
     if (IsSameEdge(below.top, above.bottom)) {
@@ -319,7 +335,7 @@ void ColumnObject::MergeColumn(ColumnObject& other)
         const Kernel::Counted<TextLineObject> last = lines.back();
         const double y = last->GetGdiPosition().y;
         for (; next != other.lines.end() && IsSameEdge((*next)->GetGdiPosition().y, y); ++next)
-            AddMerge(std::ranges::find(lines, last), **next);
+            AddMerge(std::find(lines.rbegin(), lines.rend(), last).base() - 1, **next);
     }
     for (; next != other.lines.end(); ++next) {
         (*next)->SetParent(this);

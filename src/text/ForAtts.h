@@ -1,5 +1,8 @@
 #pragma once
 
+#include "document/Limits.h"
+
+#include <Quillet/Budget.h>
 #include <Quillet/Char.h>
 
 #include <algorithm>
@@ -9,7 +12,8 @@
 namespace Quillet {
 
 /// Changes the attributes of a range: each becomes the interned result of `change` on a clone. Equal attributes are
-/// changed once; those of neighbours seldom differ, so that the pair used last is looked at first.
+/// changed once; those of neighbours seldom differ, so that the pair used last is looked at first. What cannot be paid
+/// for stays as it is.
 template <typename Change>
 void ForAtts(std::vector<Char>::iterator first, std::vector<Char>::iterator last, Change change)
 {
@@ -21,6 +25,7 @@ void ForAtts(std::vector<Char>::iterator first, std::vector<Char>::iterator last
     for (; first != last; ++first) {
         const auto pair = std::ranges::find(known, first->atts, &std::pair<Atts, Atts>::first);
         if (pair == known.end()) {
+            if (!Budget::Spend(Limits::c_attsUnits)) return;
             Kernel::Counted<Story::GlyphAtts> clone = first->atts->Clone();
             change(*clone);
             if (known.size() == c_maxKnown) known.pop_back();

@@ -77,6 +77,7 @@ bool ListAtt::ParseBullet(Iterator first, Iterator last)
 {
     using Kernel::UnicodeCharacterType;
     if (last - first < c_minBulletLine || !IsBlank(first[1])) return false;
+    if (first->unicode == 0) return false; // Not known, so that nobody could write it.
     const UnicodeCharacterType kind = Kernel::GetUnicodeCharacterType(first->unicode);
     if (kind != UnicodeCharacterType::Control && kind != UnicodeCharacterType::OtherPunctuation &&
         kind != UnicodeCharacterType::OtherSymbol) {

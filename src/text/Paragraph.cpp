@@ -5,7 +5,7 @@
 
 #include <Quillet/Budget.h>
 
-#include <Kernel/Font.h>
+#include <Renderer/FontMetrics.h>
 
 #include <algorithm>
 #include <cmath>
@@ -29,23 +29,20 @@ constexpr double c_maxOverrun = 4;
 /// Sizes of fonts are compared in quarters of a point.
 constexpr double c_sizeSteps = 4;
 
-/// What text is set in, as far as paragraphs go.
+/// What text is set in, as far as paragraphs go. Fonts that are the same have the same metrics.
 struct Format
 {
-    const Kernel::Font* font;
+    const Renderer::FontMetrics* font;
     double size;
 
-    friend bool operator==(const Format& a, const Format& b)
-    {
-        return a.size == b.size && (a.font == b.font || *a.font == *b.font);
-    }
+    friend bool operator==(const Format&, const Format&) = default;
 };
 
 std::vector<Format> GetFormats(const TextLineObject& line)
 {
     std::vector<Format> formats;
     for (auto run = line.chars.begin(); run != line.chars.end(); run = GetRunEnd(run, line.chars.end())) {
-        const Format format{&run->atts->GetDesiredFont(), std::round(run->GetSize() * c_sizeSteps) / c_sizeSteps};
+        const Format format{run->atts->GetFontMetrics().Get(), std::round(run->GetSize() * c_sizeSteps) / c_sizeSteps};
         if (!Budget::Spend(Limits::c_comparisonUnits * formats.size())) break;
         if (std::ranges::find(formats, format) == formats.end()) formats.push_back(format);
     }
@@ -86,13 +83,17 @@ Paragraph::Edges::Edges(const Lines& lines) : left(c_edgeStep), centre(c_edgeSte
 
 Paragraph::Paragraph(Paragraph* newPrevious) : previous(newPrevious) {}
 
-Paragraph::Paragraph(const Paragraph& source, Lines::const_iterator first, Lines::const_iterator last)
-    : Countable(), lines(first, last), leading(source.leading), left(source.left), centre(source.centre),
-      right(source.right), rightBeforeLast(source.rightBeforeLast), alignMask(source.alignMask),
-      atts(source.atts->Clone())
+Paragraph::Paragraph(Paragraph& source, Lines::iterator first)
+    : Countable(), leading(source.leading), left(source.left), centre(source.centre), right(source.right),
+      rightBeforeLast(source.rightBeforeLast), alignMask(source.alignMask), atts(source.atts)
 {
-    for (const Kernel::Counted<TextLineObject>& line : lines)
-        line->SetParagraphAtts(atts);
+    // The front is the smaller part where a paragraph is split line by line: that one is touched.
+    Lines front(std::make_move_iterator(source.lines.begin()), std::make_move_iterator(first));
+    source.lines.erase(source.lines.begin(), first);
+    lines = std::exchange(source.lines, std::move(front));
+    source.atts = atts->Clone();
+    for (const Kernel::Counted<TextLineObject>& line : source.lines)
+        line->SetParagraphAtts(source.atts);
     lines.front()->SetIsParagraphFront(true);
 }
 
@@ -143,7 +144,8 @@ Paragraph::AddAction Paragraph::GetFormattingAddAction(const TextLineObject& lin
 {
     const std::vector<Format> formats = GetFormats(line);
     const bool isShared = std::ranges::any_of(GetFormats(*lines.back()), [&formats](const Format& format) {
-        return std::ranges::find(formats, format) != formats.end();
+        return Budget::Spend(Limits::c_comparisonUnits * formats.size()) &&
+               std::ranges::find(formats, format) != formats.end();
     });
     return isShared ? AddAction::Add : AddAction::New;
 }
@@ -333,13 +335,12 @@ Kernel::Counted<Paragraph> Paragraph::TrySplit()
         return nullptr;
     const auto end = std::prev(lines.end());
     const auto back = std::find_if(lines.begin(), end, [](const auto& line) { return line->needsLineBreak; });
-    // What is moved by each of many splits is paid for.
-    if (back == end || !Budget::Spend(Limits::c_comparisonUnits * static_cast<unsigned long long>(end - back)))
+    // What is moved up by each of many splits is paid for.
+    if (back == end || !Budget::Spend(static_cast<unsigned long long>(end - back) / Limits::c_movedBucketsPerUnit +
+                                      Limits::c_entryUnits))
         return nullptr;
-    auto rest = Kernel::MakeCounted<Paragraph>(*this, std::next(back), lines.end());
     (*back)->SetIsParagraphBack(true);
-    lines.erase(std::next(back), lines.end());
-    return rest;
+    return Kernel::MakeCounted<Paragraph>(*this, std::next(back));
 }
 
 void Paragraph::Simplify()

@@ -54,8 +54,8 @@ public:
     enum AlignMask : unsigned { AlignLeft = 1, AlignCentre = 2, AlignRight = 4, AlignJustified = 8, AlignAll = 15 };
 
     explicit Paragraph(Paragraph* newPrevious);
-    /// A part of `source` with attributes of its own.
-    Paragraph(const Paragraph& source, Lines::const_iterator first, Lines::const_iterator last);
+    /// Takes the lines of `source` from `first` on, with the attributes; those before them get attributes of their own.
+    Paragraph(Paragraph& source, Lines::iterator first);
 
     TextFidelity GetTextFidelity() const;
     AddAction GetAddAction(const TextLineObject& line) const;

@@ -45,6 +45,13 @@ double GetShift(TextLineObject::Chars::const_iterator first, TextLineObject::Cha
     return shifts.GetBestAverage();
 }
 
+/// The gap behind a drop cap may have become a space of the cap's size, which is no text.
+TextLineObject::Chars::const_iterator SkipGaps(TextLineObject::Chars::const_iterator first,
+                                               TextLineObject::Chars::const_iterator last)
+{
+    return std::find_if(first, last, [](const Char& c) { return !c.isSpace && !c.IsTab(); });
+}
+
 } // namespace
 
 void TextLineObject::OnEndOfLine()
@@ -192,11 +199,13 @@ void TextLineObject::StripTrailingSpaces()
 std::size_t TextLineObject::GetLowCapEnd() const
 {
     const auto cap = std::ranges::find_if(chars, [](const Char& c) { return Kernel::IsAlnum(c.unicode); });
-    if (cap == chars.end() || cap + 1 == chars.end()) return 0;
-    const double restHeight = GetTextHeight(cap + 1, chars.end());
+    if (cap == chars.end()) return 0;
+    const auto text = SkipGaps(cap + 1, chars.end());
+    if (text == chars.end()) return 0;
+    const double restHeight = GetTextHeight(text, chars.end());
     if (!(cap->GetSize() > c_capRatio * restHeight)) return 0;
-    const double drop = cap->atts->Get(BaselineShift) - GetShift(cap + 1, chars.end(), restHeight);
-    return drop > c_visibleShift ? static_cast<std::size_t>(cap - chars.begin()) + 1 : 0;
+    const double drop = cap->atts->Get(BaselineShift) - GetShift(text, chars.end(), restHeight);
+    return drop > c_visibleShift ? static_cast<std::size_t>(text - chars.begin()) : 0;
 }
 
 bool TextLineObject::MayHaveDropCap() const
@@ -204,7 +213,8 @@ bool TextLineObject::MayHaveDropCap() const
     const auto end = chars.begin() + static_cast<std::ptrdiff_t>(std::min(chars.size(), c_fewMarks));
     const auto cap = std::find_if(chars.begin(), end, [](const Char& c) { return Kernel::IsAlnum(c.unicode); });
     if (cap == end) return true;
-    return cap + 1 != chars.end() && cap->GetSize() > c_capRatio * (cap + 1)->GetSize();
+    const auto text = SkipGaps(cap + 1, end);
+    return text == end ? end != chars.end() : cap->GetSize() > c_capRatio * text->GetSize();
 }
 
 /// The baseline of a line is that of its largest text, not of its first character. A drop cap hangs from the line: the

@@ -301,9 +301,12 @@ TextLineObject::Chars::const_iterator TextLineObject::FindGap(double gapWidth) c
     if (chars.empty()) return chars.end();
     const auto gap = std::find_if(chars.begin() + 1, chars.end(),
                                   [gapWidth](const Char& c) { return IsGap(c) && c.width >= gapWidth; });
-    // What stands behind will be a line of its own, and that may have gaps again.
+    // What stands behind will be a line of its own, and that may have gaps again; columns that are taken apart look
+    // again at all lines that are left.
     const auto rest = static_cast<unsigned long long>(chars.end() - gap);
-    return Budget::Spend(Limits::c_measuredCharUnits * rest) ? gap : chars.end();
+    return Budget::Spend(Limits::c_measuredCharUnits * rest + Limits::c_walkedCharUnits * (chars.size() - rest))
+               ? gap
+               : chars.end();
 }
 
 Kernel::Counted<TextLineObject> TextLineObject::Split(Chars::const_iterator first, Chars::const_iterator second,

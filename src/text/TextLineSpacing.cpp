@@ -385,8 +385,7 @@ double TextLineObject::GetLineWrapTolerance(double ratio) const
 bool TextLineObject::UsesWrap() const
 {
     if (!isParagraphBack && !needsLineBreak) return true;
-    return paragraphAtts && std::ranges::any_of(*paragraphAtts->GetTabStops(),
-                                                [](const Story::TabStop& stop) { return stop.fromRight; });
+    return paragraphAtts && paragraphAtts->GetTabStops()->HasFromRight();
 }
 
 bool TextLineObject::IsTabSpace(Chars::const_iterator c) const

@@ -23,7 +23,8 @@ using testing::Pointwise;
 constexpr const char* c_sans = "NimbusSans-Regular";
 
 /// Every character is half an em wide. Code 1 is a control character, code 2 half of a surrogate pair, code 3 a
-/// character that is none, code 4 has no character at all, and code 5 one that the font lacks.
+/// character that is none, code 4 has no character at all, code 5 one that the font lacks, and code 6 begins an order
+/// to a terminal.
 std::string MakeFile(const std::string& content)
 {
     std::string font = "<< /Type /Font /Subtype /Type1 /BaseFont /NimbusSans-Regular /ToUnicode 6 0 R /FirstChar 0 "
@@ -34,12 +35,13 @@ std::string MakeFile(const std::string& content)
     return Quillet::MakePagePdf(
         content,
         {.resources = "/Font << /F 5 0 R /S 7 0 R >>",
-         .objects = {font,
-                     PdfBuilder::MakeStream(
-                         "1 begincodespacerange <00> <FF> endcodespacerange 5 beginbfchar <01> "
-                         "<0007> <02> <D83D> <03> <FFFE> <04> <0000> <05> <4E00> endbfchar 1 beginbfrange <20> "
-                         "<7E> <0020> endbfrange"),
-                     "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica-Oblique >>"}});
+         .objects = {
+             font,
+             PdfBuilder::MakeStream(
+                 "1 begincodespacerange <00> <FF> endcodespacerange 6 beginbfchar <01> "
+                 "<0007> <02> <D83D> <03> <FFFE> <04> <0000> <05> <4E00> <06> <009B> endbfchar 1 beginbfrange <20> "
+                 "<7E> <0020> endbfrange"),
+             "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica-Oblique >>"}});
 }
 
 class TextExportTest : public CommandRun
@@ -190,6 +192,11 @@ TEST_F(TextExportTest, WritesTextThatXmlCanHold)
         EXPECT_GE(static_cast<unsigned char>(c), 0x20);
     EXPECT_EQ(text.find("\xEF\xBF\xBE"), std::string::npos);
     EXPECT_EQ(text.find("\xED\xA0"), std::string::npos);
+}
+
+TEST_F(TextExportTest, WritesTextThatATerminalCanShow)
+{
+    EXPECT_EQ(Convert("BT /F 10 Tf (a\\001b\\006c) Tj ET", "txt"), "abc\n");
 }
 
 TEST_F(TextExportTest, PaintsOrHidesTextAsThePageDoes)

@@ -212,12 +212,20 @@ TEST(PathObjectCombining, GoesByWhatTheLaterObjectDraws)
     EXPECT_FALSE(sharedStyle->isBehindFill);
 }
 
-TEST(PathObjectCombining, ComparesCurveByCurve)
+TEST(PathObjectCombining, ComparesCurvesAndClips)
 {
     const auto single = Make({{0, 0, 10, 10}, {}, true, false});
     const auto pair = Make({{0, 0, 10, 10}, {}, false, true});
     pair->path->AddRectangle({20, 20, 30, 30});
     EXPECT_FALSE(single->TryCombineFillStroke(pair));
+    const auto clip = Kernel::MakeCounted<Geometry::PolyCurveDbl>(Rect{0, 0, 5, 10});
+    for (const auto& [isFirst, isSecond] : {std::pair{true, false}, {false, true}, {true, true}}) {
+        const auto fill = Make({{0, 0, 10, 10}, {}, true, false});
+        const auto stroke = Make({{0, 0, 10, 10}, {}, false, true});
+        if (isFirst) fill->SetClipPath(clip, WindingOrderMode::NonZero);
+        if (isSecond) stroke->SetClipPath(clip->Clone(), WindingOrderMode::NonZero);
+        EXPECT_EQ(fill->TryCombineFillStroke(stroke), isFirst && isSecond);
+    }
     single->path->AddRectangle({20, 20, 30, 30});
     pair->path->curves.front()->nodes.resize(10);
     EXPECT_FALSE(single->TryCombineFillStroke(pair));

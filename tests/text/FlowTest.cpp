@@ -72,5 +72,46 @@ TEST(FlowTest, MakesParagraphsOfLines)
               "[L one two three four][L five six seven eight][L nine]");
 }
 
+TEST(FlowTest, HeadersAndFootersAreColumnsOfTheirOwn)
+{
+    const auto above = [](const Shown& header) {
+        return std::vector<Shown>{header, {100, 730, "aaaa bbbb"}, {100, 718, "cccc dddd"}, {100, 706, "eeee ffff"}};
+    };
+    const auto below = [](const Shown& footer) {
+        return std::vector<Shown>{{100, 124, "aaaa bbbb"}, {100, 112, "cccc dddd"}, {100, 100, "eeee ffff"}, footer};
+    };
+    const std::string body = "J aaaa bbbb cccc dddd eeee ffff";
+    const struct
+    {
+        const char* name;
+        std::vector<Shown> strings;
+        std::string columns;
+    } rows[] = {
+        {"one word", above({100, 760, "Head"}), "[L Head][" + body + "]"},
+        {"prose", above({100, 760, "He ad"}), "[L He ad | " + body + "]"},
+        {"near", above({100, 747, "Head"}), "[L Head | " + body + "]"},
+        {"as small as its neighbour is large",
+         {{100, 770, "Head"}, {100, 740, "Title", 20}, {100, 715, "aaaa bbbb"}, {100, 703, "cccc dddd"}},
+         "[L Head | L Title | L aaaa bbbb cccc dddd]"},
+        {"a number", below({100, 70, "12"}), "[" + body + "][L 12]"},
+        {"high above the end", below({100, 90, "12"}), "[" + body + " | J 12]"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(ReducedPage(MakeContent(row.strings)).Print(), row.columns) << row.name;
+}
+
+TEST(FlowTest, ADropCapDoesNotMoveTheBaselineOfItsText)
+{
+    const std::string text =
+        "BT /F 10 Tf 125 700 Td (ook at the lamp) Tj ET BT /F 10 Tf 125 688 Td (in the tower) Tj ET";
+    const std::string cap = "BT /F 30 Tf 100 688 Td (L) Tj ET ";
+    // The gap of 7 points is a space of the cap's size.
+    for (const std::string& content : {cap + text, text + ' ' + cap}) {
+        const ReducedPage page(content);
+        ASSERT_EQ(page.columns.size(), 1) << content;
+        EXPECT_NEAR(page.columns[0]->lines.front()->position.y, -100, 1e-6) << content;
+    }
+}
+
 } // namespace
 } // namespace Quillet::Test

@@ -30,7 +30,7 @@ TEST(ListTest, ReadsTheMarkerOfALine)
 {
     const struct
     {
-        const char32_t* text;
+        std::u32string text;
         const char* marker;
     } rows[] = {
         {U"", "-"},
@@ -40,6 +40,7 @@ TEST(ListTest, ReadsTheMarkerOfALine)
         {U"\u25aa ab", "bullet \u25aa 2"},
         {U"* ab", "bullet * 2"},
         {U"\u0001 a", "bullet \u0001 2"},
+        {std::u32string(U"\0 a", 3), "-"},
         {U"\u2022 ", "-"},
         {U"\u2022a b", "-"},
         {U"\u2013 a", "-"},

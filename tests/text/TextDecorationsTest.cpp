@@ -2,7 +2,6 @@
 
 #include "MakeLines.h"
 #include "objects/MakeObjects.h"
-#include "objects/reduction/BoxTree.h"
 
 #include <gtest/gtest.h>
 
@@ -277,26 +276,6 @@ TEST(TextDecorationsTest, FindsTheLineThatAWalkWouldFind)
         taken += count - plain->children.size();
     }
     EXPECT_GT(taken, 500);
-}
-
-TEST(TextDecorationsTest, KnowsTheBoxesAroundAPoint)
-{
-    std::mt19937 random(3);
-    std::vector<Rect> boxes = {{0, 0, INFINITY, 1}, {c_nan, 0, 5, 5}, {-INFINITY, -INFINITY, INFINITY, INFINITY}};
-    const auto pick = [&random] { return static_cast<double>(random() % 40); };
-    for (int i = 0; i < 300; ++i)
-        boxes.push_back(Rect::FromCorners({pick(), pick()}, {pick() / 4, pick()}));
-    const BoxTree tree(boxes);
-    for (int i = 0; i < 300; ++i) {
-        const BoxTree::Point point = {pick() / 2, pick() / 2};
-        std::vector<std::size_t> around;
-        for (std::size_t b = 0; b < boxes.size(); ++b) {
-            if (boxes[b].Contains({point.x, point.y, point.x, point.y})) around.push_back(b);
-        }
-        EXPECT_EQ(tree.Find(point), around);
-    }
-    EXPECT_TRUE(tree.Find({c_nan, 1}).empty());
-    EXPECT_TRUE(BoxTree({}).Find({0, 0}).empty());
 }
 
 } // namespace

@@ -1,5 +1,8 @@
 // The passes that repair the columns of a group, and finish them.
 
+#include "document/Limits.h"
+
+#include <Quillet/Budget.h>
 #include <Quillet/ColumnObject.h>
 #include <Quillet/GroupObject.h>
 #include <Quillet/Page.h>
@@ -42,14 +45,22 @@ void GroupObject::MergeAdjacentColumns()
 {
     Children merged;
     merged.reserve(children.size());
+    Rect above = Rect::MakeEmpty(); // Of the last column, which may grow line by line.
     for (Kernel::Counted<Object>& child : children) {
         ColumnObject* const column = AsColumn(child);
         ColumnObject* const before = merged.empty() ? nullptr : AsColumn(merged.back());
-        if (column && before && before->CanMergeColumn(*column)) {
-            before->MergeColumn(*column);
-        } else {
+        const Rect below = column ? column->GetBaseStoryFrameBox() : Rect::MakeEmpty();
+        if (!column || !before || !before->CanMergeColumn(*column, above, below)) {
             merged.push_back(std::move(child));
+            above = below;
+            continue;
         }
+        const std::size_t count = before->lines.size() + column->lines.size();
+        before->MergeColumn(*column);
+        above = above.Union(below);
+        // Lines that became one may have moved.
+        if (before->lines.size() != count && Budget::Spend(Limits::c_comparisonUnits * count))
+            above = before->GetBaseStoryFrameBox();
     }
     children = std::move(merged);
 }

@@ -20,8 +20,6 @@ namespace Quillet {
 namespace {
 
 constexpr double c_tolerance = 1e-5;
-/// A line joins a column if their ink is that near.
-constexpr double c_reach = 1;
 /// Objects that are looked at one by one. Most lines find their column, or what bars the way to it, among these.
 constexpr std::size_t c_nearby = 16;
 
@@ -70,7 +68,7 @@ private:
             if (i < last) near.push_back(i);
             return true;
         });
-        if (!isWhole) return false;
+        if (!isWhole || !Budget::Spend(Limits::c_touchUnits * near.size())) return false;
         std::ranges::sort(near, std::greater());
         for (const std::size_t i : near) {
             if (const auto answer = TryObject(i, line, false)) return *answer == Answer::Joined;
@@ -97,7 +95,8 @@ private:
         if (object.GetKind() != Object::Kind::Column) {
             index.Set(i, object.transformedBBox);
         } else if (!object.bbox.IsEmpty()) { // Nothing joins a column without ink from afar.
-            index.Set(i, object.transform.ApplyTo(object.bbox.Inflated(c_reach)));
+            const double reach = static_cast<const ColumnObject&>(object).GetReach();
+            index.Set(i, object.transform.ApplyTo(object.bbox.Inflated(reach)));
         }
     }
 

@@ -3,7 +3,7 @@
 #include <Quillet/PathObject.h>
 
 #include "document/Limits.h"
-#include "objects/reduction/BoxTree.h"
+#include "objects/BoxIndex.h"
 #include "text/TextLineDecorator.h"
 
 #include <Quillet/Budget.h>
@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <optional>
 #include <utility>
 
 namespace Quillet {
@@ -31,6 +30,11 @@ Rect MakeLarger(const Rect& rect)
     return rect.Inflated(c_smallNoise + c_noise * reach);
 }
 
+bool Contains(const Rect& box, const Kernel::PointT<double>& point)
+{
+    return point.x >= box.left && point.x <= box.right && point.y >= box.top && point.y <= box.bottom;
+}
+
 /// The lines of a group, with those of its columns, in paint order.
 class Lines
 {
@@ -40,17 +44,12 @@ public:
         for (std::size_t i = 0; i < group.children.size(); ++i) {
             Object& child = *group.children[i];
             if (child.GetKind() == Object::Kind::TextLine) {
-                entries.push_back({static_cast<TextLineObject*>(&child), i, nullptr});
+                AddLine(static_cast<TextLineObject&>(child), i);
             } else if (child.GetKind() == Object::Kind::Column) {
                 for (const auto& line : static_cast<ColumnObject&>(child).lines)
-                    entries.push_back({line.Get(), i, nullptr});
+                    AddLine(*line, i);
             }
         }
-        std::vector<Rect> reaches;
-        reaches.reserve(entries.size());
-        for (const Entry& entry : entries)
-            reaches.push_back(MakeLarger(entry.line->transform.ApplyTo(TextLineDecorator::GetReach(*entry.line))));
-        tree.emplace(reaches);
     }
 
     ~Lines()
@@ -69,7 +68,13 @@ public:
     {
         // What decorates a line lies in its reach, and so does the middle of it.
         const auto middle = path.transform.ApplyTo(path.GetAsRectangle().GetCentre());
-        for (const std::size_t number : tree->Find(middle)) {
+        near.clear();
+        index.VisitNear(Rect{middle.x, middle.y, middle.x, middle.y}, [&](std::size_t number) {
+            if (Contains(entries[number].reach, middle)) near.push_back(number);
+            return true;
+        });
+        std::ranges::sort(near);
+        for (const std::size_t number : near) {
             Entry& entry = entries[number];
             if (!Budget::Spend(Limits::c_entryUnits)) return false;
             if (!entry.decorator) entry.decorator = std::make_unique<TextLineDecorator>(*entry.line);
@@ -84,12 +89,21 @@ private:
         TextLineObject* line;
         /// Of the child that it is, or is in.
         std::size_t place;
+        Rect reach;
         /// Made when a path is near.
         std::unique_ptr<TextLineDecorator> decorator;
     };
 
+    void AddLine(TextLineObject& line, std::size_t place)
+    {
+        const Rect reach = MakeLarger(line.transform.ApplyTo(TextLineDecorator::GetReach(line)));
+        index.Set(entries.size(), reach);
+        entries.push_back({&line, place, reach, nullptr});
+    }
+
     std::vector<Entry> entries;
-    std::optional<BoxTree> tree;
+    BoxIndex index;
+    std::vector<std::size_t> near;
 };
 
 } // namespace

@@ -33,17 +33,19 @@ const TextLineObject* GetLine(const ColumnObject& column, Running kind, std::siz
     return column.lines[kind == Running::Header ? number : count - 1 - number].Get();
 }
 
-/// The gap between two lines by the size of the first; how far apart, whichever is above.
-double GetRelativeGap(const TextLineObject* line, const TextLineObject* next)
+/// The gap between two lines, whichever is above, by the size of one.
+double GetRelativeGap(const TextLineObject* line, const TextLineObject* next, const TextLineObject* sized)
 {
-    return line && next ? std::abs((line->position.y - next->position.y) / line->textHeight) : c_usualGap;
+    return line && next ? std::abs((line->position.y - next->position.y) / sized->textHeight) : c_usualGap;
 }
 
 bool IsTooClose(const ColumnObject& column, Running kind)
 {
     if (column.lines.size() == 1) return false;
-    const TextLineObject* next = GetLine(column, kind, 1);
-    return GetRelativeGap(GetLine(column, kind, 0), next) < c_apart * GetRelativeGap(next, GetLine(column, kind, 2));
+    const TextLineObject* const line = GetLine(column, kind, 0);
+    const TextLineObject* const next = GetLine(column, kind, 1);
+    const TextLineObject* const third = GetLine(column, kind, 2);
+    return GetRelativeGap(line, next, line) < c_apart * GetRelativeGap(next, third, third);
 }
 
 bool DoBoxesMeet(const Rect& a, const Rect& b)
