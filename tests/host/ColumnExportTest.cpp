@@ -221,6 +221,18 @@ TEST(ColumnExport, CountsTheItemsOfListsWhateverStandsBetween)
     for (const auto& paragraph : text.GetParagraphs())
         markers.push_back(paragraph.IsItem() ? ReplaceSymbols(paragraph.GetMarkerText()) : "");
     EXPECT_THAT(markers, ElementsAre("\u2022", "3.", "(a)", "(b)", "4.", "", "1."));
+
+    // A list may begin anew behind other text without a word.
+    const auto list = Kernel::MakeCounted<Story::ListAtt>(*MakeList(Story::ListType::Number, U"", U".", 5, false));
+    list->SetRestartNumberingType(Story::RestartNumberingType::AfterOtherText);
+    ColumnMaker alone;
+    alone.BeginItem(list).Add(U"five").BeginItem(list).Add(U"six");
+    alone.Begin(ColumnMaker::MakeParagraph()).Add(U"between").BeginItem(list).Add(U"five");
+    markers.clear();
+    const ColumnText restarted(alone.Get());
+    for (const auto& paragraph : restarted.GetParagraphs())
+        markers.push_back(paragraph.IsItem() ? paragraph.GetMarkerText() : "");
+    EXPECT_THAT(markers, ElementsAre("5.", "6.", "", "5."));
 }
 
 TEST(ColumnExport, WritesListsAsListsOfHtml)

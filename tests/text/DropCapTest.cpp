@@ -51,10 +51,12 @@ TEST(DropCapTest, KnowsALetterThatIsSeveralLinesHigh)
         row.line->fidelity = TextFidelityExact;
         EXPECT_FALSE(row.line->IsDropCap()) << row.why;
     }
-    const Line uneven = SetCap(U"\u201c", 30, 19, U"");
-    AppendText(*uneven, U"A", MakeAtts(30, 20));
-    AppendText(*uneven, U"bc", MakeAtts());
-    EXPECT_FALSE(uneven->IsDropCap());
+    for (const auto& [size, shift] : {std::pair(30, 19), std::pair(24, 20)}) {
+        const Line uneven = SetCap(U"\u201c", size, shift, U"");
+        AppendText(*uneven, U"A", MakeAtts(30, 20));
+        AppendText(*uneven, U"bc", MakeAtts());
+        EXPECT_FALSE(uneven->IsDropCap()) << size;
+    }
 }
 
 TEST(DropCapTest, MeasuresTheCap)

@@ -21,6 +21,18 @@ TEST(FlowTest, GathersLinesIntoColumns)
          {{100, 700, "aa"}, {118, 688, "bb bb"}, {107, 663.1, "cc"}},
          "[L aa/bb bb | L cc]"},
         {"a third line farther down", {{100, 700, "aa"}, {118, 688, "bb bb"}, {107, 662, "cc"}}, "[L aa/bb bb][L cc]"},
+        {"twice as far down, with a common edge",
+         {{100, 700, "aaaa bbbb cccc"}, {100, 688, "dddd eeee"}, {136, 658, "fff"}},
+         "[L aaaa bbbb cccc dddd eeee | L fff]"},
+        {"a fourth line at 3 heights",
+         {{100, 700, "aa"}, {118, 688, "bb bb"}, {107, 676, "cc"}, {111, 646, "dd"}},
+         "[L aa/bb bb | L cc | L dd]"},
+        {"far down, but where another line begins",
+         {{100, 700, "aaaa bbbb cc"}, {112, 688, "dddd eeee"}, {100, 676, "ff"}, {112, 636, "gg"}},
+         "[L aaaa bbbb cc dddd eeee | L ff | L gg]"},
+        {"a column beside that begins lower",
+         {{100, 700, "aaaa"}, {100, 688, "bbbb"}, {140, 676, "cccc"}, {140, 664, "dddd"}, {140, 652, "eeee"}},
+         "[J aaaa bbbb][J cccc dddd eeee]"},
         {"a line beside, too far away", {{100, 700, "aa"}, {131, 700, "bb"}}, "[L aa][L bb]"},
     };
     for (const auto& row : rows)
@@ -60,6 +72,22 @@ TEST(FlowTest, MakesParagraphsOfLines)
         {"another size",
          {{100, 700, "Heading", 16}, {100, 680, "aaaa bbbb"}, {100, 668, "cccc dddd"}},
          "[L Heading | J aaaa bbbb cccc dddd]"},
+        {"a heading of the same size",
+         {{100, 700, "Heading"}, {100, 682, "aaaa bbbb"}, {100, 670, "cccc dddd"}},
+         "[L Heading | J aaaa bbbb cccc dddd]"},
+        {"a line that is nearer to the paragraph above than to the next line",
+         {{100, 700, "Small", 8}, {100, 688, "aaaa bbbb"}, {100, 674, "cccc dddd"}},
+         "[L Small | L aaaa bbbb | L cccc dddd]"},
+        {"a title over the middle of the column",
+         {{136, 700, "Title", 14}, {100, 676, "aaaa bbbb cccc dddd"}, {100, 664, "eeee"}},
+         "[C Title | L aaaa bbbb cccc dddd eeee]"},
+        {"text beside and below a drop cap",
+         {{100, 676, "A", 36},
+          {122, 700, "aaaa bbbb"},
+          {122, 688, "cccc dddd"},
+          {122, 676, "eeee ffff"},
+          {100, 664, "gggg hhhh iii"}},
+         "[J Aaaaa bbbb cccc dddd eeee ffff gggg hhhh iii]"},
         {"a wider gap",
          {{100, 700, "aaaa bbbb"}, {100, 688, "cccc dddd"}, {100, 664, "eeee ffff"}, {100, 652, "gggg hhhh"}},
          "[J aaaa bbbb cccc dddd | J eeee ffff gggg hhhh]"},
@@ -111,6 +139,36 @@ TEST(FlowTest, ADropCapDoesNotMoveTheBaselineOfItsText)
         ASSERT_EQ(page.columns.size(), 1) << content;
         EXPECT_NEAR(page.columns[0]->lines.front()->position.y, -100, 1e-6) << content;
     }
+}
+
+TEST(FlowTest, LeavesRoomAtTheRightOfRaggedText)
+{
+    const ReducedPage page(MakeContent({{100, 700, "aaaa bbbb cccc dddd"},
+                                        {100, 688, "eeee ffff gggg"},
+                                        {100, 660, "hhhh iiii"},
+                                        {100, 648, "jjjj"}}));
+    const Story::Story story = page.GetStory(0);
+    ASSERT_EQ(story.GetParagraphs().size(), 2);
+    // 60 points are free, of which the text keeps one of its heights.
+    EXPECT_NEAR(story.GetParagraphs()[1].atts->Get(Story::ParagraphAtt::RightIndent), 60 - 10, 1e-9);
+}
+
+/// What the markers of a list have of their own becomes a style by the kind of list.
+TEST(FlowTest, NamesTheStylesOfMarkers)
+{
+    const ReducedPage page(MakeContent({{100, 700, "\\225 ", 14},
+                                        {116.8, 700, "aa"},
+                                        {100, 688, "\\225 ", 14},
+                                        {116.8, 688, "bb"},
+                                        {100, 676, "1. ", 12},
+                                        {121.6, 676, "cc"},
+                                        {100, 664, "2. ", 12},
+                                        {121.6, 664, "dd"}}));
+    std::string names;
+    const Story::Story story = page.GetStory(0);
+    for (const auto& paragraph : story.GetParagraphs())
+        names += paragraph.atts->GetList()->styleName + "; ";
+    EXPECT_EQ(names, "Bullet Character 1; Bullet Character 1; Numbered Character 2; Numbered Character 2; ");
 }
 
 } // namespace

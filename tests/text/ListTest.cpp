@@ -110,8 +110,9 @@ TEST(ListTest, MarkersOfOtherLooksDoNotFollow)
         const Line line = SetText(U"");
         const auto atts = MakeAtts(size)->Clone();
         atts->Set(Story::GlyphAtt::LetterSpacing, spacing);
-        AppendText(*line, U"\u2022 ", Kernel::ConsolidateObjectSacrifice(atts));
-        AppendText(*line, U"text", MakeAtts());
+        AppendText(*line, U"\u2022", Kernel::ConsolidateObjectSacrifice(atts));
+        // The space behind the marker may be of either.
+        AppendText(*line, U" text", MakeAtts());
         return ListAtt(line->chars.begin(), line->chars.end());
     };
     const ListAtt plain = parse(10, 0);
@@ -165,9 +166,14 @@ TEST(ListTest, ChainsTheItemsOfAColumn)
         {{U"h. aa", U"i. bb", U"j. cc"}, {"8./4+", "1./4+", "1./4+"}},
         {{U"i. aa", U"ii. bb", U"iii. cc"}, {"1./2+", "1./2+", "1./2+"}},
         {{U"i. aa", U"j. bb"}, {"9./4+", "1./4+"}},
+        {{U"i. aa", U"j. bb", U"k. cc", U"l. dd"}, {"9./4+", "1./4+", "1./4+", "1./4+"}},
         {{U"(a) aa", U"(b) bb"}, {"(1)/4+", "(1)/4+"}},
         {{U"1. aa", U"text", U"2. bb"}, {"1./0!", "-", "1./0"}},
         {{U"1. aa", U"2. bb", U"1. cc", U"2. dd"}, {"1./0+", "1./0+", "1./0!+", "1./0+"}},
+        // Numbers that begin anew end the list, though a later one would go on with it.
+        {{U"1. aa", U"2. bb", U"1. cc", U"2. dd", U"3. ee"}, {"1./0+", "1./0+", "1./0!+", "1./0+", "1./0+"}},
+        // Behind bullets, numbers are not begun anew.
+        {{U"\u2022 aa", U"\u2022 bb", U"1. cc", U"2. dd"}, {"\u2022/0", "\u2022/0", "1./0+", "1./0+"}},
         {{U"1. aa", U"\u2022 bb", U"2. cc", U"\u2022 dd"}, {"1./0!", "\u2022/0", "1./0", "\u2022/0"}},
         {{U"1. aa", U"\u2022 bb", U"2. cc", U"* dd"}, {"1./0!", "-", "1./0", "-"}},
         // What turned out to be text does not end a list.

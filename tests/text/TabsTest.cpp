@@ -103,11 +103,13 @@ TEST(TabsTest, MakesTabsOfGapsThatLineUp)
         {{U"ab[9.1]c"}, {"ab<9.1>c"}, "0R-"},
         {{U"ab[12]c de"}, {"ab<12>c de"}, "24L", Story::AlignX::Left, true},
         {{U"ab.[12]c de"}, {"ab.[12]c de"}, "", Story::AlignX::Left, true},
+        {{U"ab[12.1]c de"}, {"ab<12.1>c de"}, "24.1L", Story::AlignX::Left, true},
         // Items that end together are set from the right.
         {{U"ab[30]1", U"ab[24]11"}, {"ab<30>1", "ab<24>11"}, "0R-"},
         {{U"ab[30]1", U"ab[24]11"}, {"ab<24><6>1", "ab<24>11"}, "36L 42L", Story::AlignX::Left, true},
         {{U"ab[30]11", U"ab[30]22"}, {"ab<30>11", "ab<30>22"}, "42L"},
         {{U"ab[30]1", U"ab cd efghijk"}, {"ab<30>1", "ab cd efghijk"}, "42L"},
+        {{U"ab[29.5]1", U"ab cd ef"}, {"ab<29.5>1", "ab cd ef"}, "41.5L"},
         {{U"a[30]bcdefghijklmnopqrs"}, {"a<30>bcdefghijklmnopqrs"}, "36L"},
         // Dots go, however far they reach.
         {{U"ab.....9", U"abc....9"}, {"ab<30>9", "abc<24>9"}, "0R-."},
@@ -192,6 +194,17 @@ TEST(TabsTest, CountsWhereGapsEnd)
             places.push_back(bucket.sum);
         EXPECT_THAT(places, testing::Pointwise(testing::DoubleNear(1e-9), row.places)) << PrintText(*line);
     }
+}
+
+/// A blank with a glyph and no character stays what it is.
+TEST(TabsTest, MakesNoTabOfAGlyph)
+{
+    const Line line = SetText(U"ab[30]cd");
+    line->chars[2].unicode = 0;
+    Story::TabStops stops;
+    stops.Set({42, Story::Tab::Left, false});
+    line->ApplyTabStops(stops, line->GetGdiTextBox());
+    EXPECT_EQ(PrintText(*line), "ab[30]cd");
 }
 
 TEST(TabsTest, LooksForNoRightItemOnASlantedLine)

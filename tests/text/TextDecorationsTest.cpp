@@ -1,12 +1,16 @@
 #include <Quillet/ColumnObject.h>
 
 #include "MakeLines.h"
+#include "document/Dictionary.h"
 #include "objects/MakeObjects.h"
+#include "support/PdfBuilder.h"
+#include "support/TestDocument.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <random>
+#include <utility>
 
 namespace Quillet::Test {
 namespace {
@@ -82,6 +86,9 @@ TEST(TextDecorationsTest, RulesThatFitBecomeAttributes)
 {
     const Places at(MakeAtts());
     ASSERT_GT(at.lineGap, 0.5);
+    const auto metrics = MakeAtts()->GetFontMetrics();
+    const Renderer::TextRule low = metrics->GetUnderline(Renderer::RuleSource::Descent);
+    const Renderer::TextRule high = metrics->GetStrikeout(Renderer::RuleSource::Descent);
     const struct
     {
         const char* what;
@@ -100,6 +107,8 @@ TEST(TextDecorationsTest, RulesThatFitBecomeAttributes)
         {"ends too late", MakeRule(106, 200 + at.underline, 118.3, at.underlineHeight), false, ""},
         {"beyond the line", MakeRule(100, 200 + at.underline, 124.3, at.underlineHeight), false, ""},
         {"no characters", MakeRule(106, 200 + at.underline, 106.1, at.underlineHeight), false, ""},
+        {"underline by the descent", MakeRule(100, 200 + low.top * 10, 124, low.thickness * 10), false, "UUUU"},
+        {"strikeout by the descent", MakeRule(100, 200 + high.top * 10, 124, high.thickness * 10), false, "SSSS"},
         {"low, but near", MakeRule(100, 200.49 + at.underline, 124, at.underlineHeight), false, "UUUU"},
         {"too low", MakeRule(100, 200.51 + at.underline, 124, at.underlineHeight), false, ""},
         {"too thick", MakeRule(100, 200 + at.underline, 124, at.underlineHeight + 0.11), false, ""},
@@ -149,6 +158,10 @@ TEST(TextDecorationsTest, PathsThatSayMoreStayPaths)
         path.lineStyleDescriptor = Quillet::Test::MakeLine(1);
     })));
     EXPECT_FALSE(isTaken(makeUnderline([](PathObject& path) { path.clipPath = MakeRectangle({100, 0, 110, 500}); })));
+    const TestDocument document(MakePagePdf("", {.objects = {"<< /S /Alpha >>"}}));
+    const auto mask = Kernel::MakeCounted<SoftMask>(Kernel::MakeCounted<Dictionary>(document.GetRef(5)),
+                                                    document.document->GetPage(0));
+    EXPECT_FALSE(isTaken(makeUnderline([&mask](PathObject& path) { path.SetSoftMask(mask); })));
     const Path dashed = MakeStroke(100, 200 + at.underline, 124, at.underlineHeight);
     EXPECT_TRUE(isTaken(dashed));
     Renderer::LineStyle style = *dashed->lineStyleDescriptor->lineStyle;
@@ -187,18 +200,23 @@ TEST(TextDecorationsTest, FitsRunsOfSeveralLooks)
     EXPECT_FALSE(turned->TryDecoration(*rule, false));
     rule->SetTransform(turned->transform);
     EXPECT_TRUE(turned->TryDecoration(*rule, false));
+    // A line of a space that is scaled, and a stroke as thick on the page.
+    const Line scaled = MakeTestLine();
+    scaled->SetTransform(Params::FromPdf(2, 0, 0, 2, 0, 0));
+    EXPECT_TRUE(scaled->TryDecoration(*MakeStroke(200, 400 + 2 * at.underline, 248, 2 * at.underlineHeight), false));
 }
 
-/// Lines in a raster, some in columns, with rules and boxes that mostly fit some of them.
-Kernel::Counted<GroupObject> MakeRandomGroup(unsigned seed)
+/// Lines in a raster, some in columns, with rules and boxes that mostly fit some of them. Where the raster is wide, the
+/// lines of a row are the pieces of one.
+Kernel::Counted<GroupObject> MakeRandomGroup(unsigned seed, bool isWide = false)
 {
     std::mt19937 random(seed);
     const auto pick = [&random](unsigned count) { return static_cast<int>(random() % count); };
     const Places at(MakeAtts());
     auto group = MakeGroup();
-    for (int i = 0; i < 60; ++i) {
-        const double x = 10 + pick(3) * 30;
-        const double y = 20 + pick(8) * 6;
+    for (int i = 0; i < (isWide ? 200 : 60); ++i) {
+        const double x = 10 + (isWide ? pick(20) * 24 : pick(3) * 30);
+        const double y = 20 + (isWide ? pick(30) * 12 : pick(8) * 6);
         const Params turn = pick(6) == 0 ? Params::FromPdf(0, 1, -1, 0, 100, 10) : Params();
         if (pick(2) == 0) {
             const double left = x + pick(4) * 6;
@@ -276,6 +294,46 @@ TEST(TextDecorationsTest, FindsTheLineThatAWalkWouldFind)
         taken += count - plain->children.size();
     }
     EXPECT_GT(taken, 500);
+}
+
+/// Goes back over all objects; answers how many lines joined one of those that are not looked at one by one.
+int CombinePlainly(GroupObject& group)
+{
+    int farCount = 0;
+    GroupObject::Children objects;
+    for (Kernel::Counted<Object>& child : std::exchange(group.children, {})) {
+        const auto line = Kernel::DynamicCast<TextLineObject>(child);
+        bool isJoined = false;
+        bool isBarred = !line;
+        for (std::size_t i = objects.size(); !isJoined && !isBarred && i-- > 0;) {
+            const auto column = Kernel::DynamicCast<ColumnObject>(objects[i]);
+            isJoined = column && column->TryMerge(line, i + 1 == objects.size());
+            isBarred = objects[i]->Overlaps(line->transformedBBox, 1e-5);
+            if (isJoined && i + 16 < objects.size()) ++farCount;
+        }
+        if (isJoined) continue;
+        objects.push_back(std::move(child));
+        if (!line) continue;
+        const auto column = Kernel::MakeCounted<ColumnObject>(-1);
+        column->TryMerge(line, true);
+        objects.back() = column;
+    }
+    group.children = std::move(objects);
+    group.UpdateBBox();
+    return farCount;
+}
+
+TEST(CombineTextLinesTest, FindsTheColumnThatAWalkWouldFind)
+{
+    int farCount = 0;
+    for (unsigned seed = 0; seed < 100; ++seed) {
+        const auto fast = MakeRandomGroup(seed, true);
+        const auto plain = MakeRandomGroup(seed, true);
+        fast->CombineTextLines();
+        farCount += CombinePlainly(*plain);
+        EXPECT_EQ(PrintGroup(*fast), PrintGroup(*plain)) << seed;
+    }
+    EXPECT_GT(farCount, 300);
 }
 
 } // namespace

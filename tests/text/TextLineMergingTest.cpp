@@ -210,6 +210,12 @@ TEST(TextLineMergingTest, PutsPiecesInTheirPlaces)
         EXPECT_NEAR(line->position.x, row.start, 1e-9) << row.other;
         EXPECT_EQ(line->position.y, 50);
     }
+    // An empty line becomes the other.
+    const Line line = ParseLine("");
+    const Line other = At(3, 50, ParseLine("a6"));
+    other->SetBlendMode(Renderer::FillBlendMode::Multiply);
+    line->Merge(*other);
+    EXPECT_EQ(line->blendMode, Renderer::FillBlendMode::Multiply);
 }
 
 TEST(TextLineMergingTest, TellsWhatIsAPartOfALine)

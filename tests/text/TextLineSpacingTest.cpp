@@ -110,6 +110,19 @@ TEST(TextLineSpacingTest, SeesWhetherPairsWereKerned)
     }
 }
 
+TEST(TextLineSpacingTest, KnowsSpacesOfAFixedWidth)
+{
+    const Atts atts = MakeAtts(10, 0, "DejaVuSans");
+    const double a = atts->GetFontMetrics()->GetGlyphMetrics(U'a').advance * 10;
+    const std::pair<double, char32_t> rows[] = {{5.14, 0x2002}, {5.16, U' '}, {9.86, 0x2003}, {9.84, U' '}};
+    for (const auto& [width, space] : rows) {
+        const Line line = MakeLine({MakeChar(U'a', a, atts), MakeChar(U' ', width, atts), MakeChar(U'a', a, atts)});
+        line->fidelity = TextFidelityEditable;
+        line->OnLineComplete();
+        EXPECT_EQ(line->chars[1].unicode, space) << width;
+    }
+}
+
 TEST(TextLineSpacingTest, GivesSpacesTheFontTheyHaveTheirWidthIn)
 {
     const struct
