@@ -1,6 +1,6 @@
 /// The reduction: an even first byte takes the rest as the content of a page, which is built and reduced with editable
-/// or exact text; an odd one takes the rest as the choices of a random tree, on which each pass runs alone and all of
-/// them together.
+/// or exact text, and its columns go to stories; an odd one takes the rest as the choices of a random tree, on which
+/// each pass runs alone and all of them together.
 
 #include "support/PdfBuilder.h"
 #include "support/RandomTree.h"
@@ -9,6 +9,10 @@
 #include "objects/reduction/Reduce.h"
 
 #include <Quillet/Budget.h>
+#include <Quillet/ColumnObject.h>
+#include <Quillet/TreeWalk.h>
+
+#include <Story/Story.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -55,6 +59,23 @@ void CheckParents(GroupObject& root)
     });
 }
 
+/// What a host asks of each column.
+class StoryPass : public TreePass<>
+{
+public:
+    Step Visit(const Object& object, const std::monostate&) override
+    {
+        if (object.GetKind() != Object::Kind::Column) return Step::On;
+        const auto& column = static_cast<const ColumnObject&>(object);
+        column.GetStoryFrameBox();
+        for (const bool isWrapped : {false, true}) {
+            Story::Story story;
+            column.AppendTo(story, isWrapped);
+        }
+        return Step::On;
+    }
+};
+
 void ReduceContent(unsigned options, const std::string& content)
 {
     TestDocument document(MakePagePdf(
@@ -66,13 +87,15 @@ void ReduceContent(unsigned options, const std::string& content)
                   .catalog = "/OCProperties << /OCGs [6 0 R] /D << /Order [6 0 R] >> >>"}));
     if (!document.isOpen) return;
     document->SetBudget(Kernel::MakeCounted<Budget>(c_pageWork));
-    document->textFidelity = options & 2 ? TextFidelityEditable : TextFidelityExact;
-    document->isGroupTextLines = !(options & 4);
+    document->SetTextFidelity(options & 2 ? TextFidelityEditable : TextFidelityExact);
+    document->SetIsGroupTextLines(!(options & 4));
     const Budget::Scope scope = document->OpenScope(Budget::Share::All);
     const auto root = document.Build();
     if (!root) return;
     root->Reduce(c_page);
     CheckParents(*root);
+    StoryPass stories;
+    WalkTree(*root, stories);
 }
 
 void ReduceTree(unsigned options, std::span<const std::uint8_t> input)

@@ -93,6 +93,21 @@ TEST(ReduceClips, ARectangleTakesTheShapeOfAClipWithinIt)
     }
 }
 
+TEST(ReduceClips, TheWindingOfAClipGoesWithIt)
+{
+    const auto box = MakeBox({0, 0, 50, 50});
+    const auto shown = MakeClip({10, 20, 30, 40}, {box});
+    shown->clipWinding = WindingOrderMode::EvenOdd;
+    shown->ConvertClippedRectangles();
+    EXPECT_EQ(box->winding, WindingOrderMode::EvenOdd);
+
+    const auto cut = MakeClip({10, 20, 30, 40}, {MakeBox({0, 0, 50, 50})});
+    cut->clipWinding = WindingOrderMode::EvenOdd;
+    const auto root = MakeRoot({cut});
+    Reduction::FlattenSubGroups(*root);
+    EXPECT_EQ(root->children.front()->clipWinding, WindingOrderMode::EvenOdd);
+}
+
 TEST(ReduceClips, WhatStandsOutsideGoesButLayers)
 {
     const auto root =

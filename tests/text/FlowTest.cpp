@@ -116,6 +116,9 @@ TEST(FlowTest, HeadersAndFootersAreColumnsOfTheirOwn)
         std::string columns;
     } rows[] = {
         {"one word", above({100, 760, "Head"}), "[L Head][" + body + "]"},
+        {"reaching into the zone",
+         {{100, 708, "Head"}, {100, 678, "aaaa bbbb"}, {100, 666, "cccc dddd"}, {100, 654, "eeee ffff"}},
+         "[L Head][" + body + "]"},
         {"prose", above({100, 760, "He ad"}), "[L He ad | " + body + "]"},
         {"near", above({100, 747, "Head"}), "[L Head | " + body + "]"},
         {"as small as its neighbour is large",
