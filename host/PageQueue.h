@@ -14,36 +14,35 @@ public:
 
     /// The next place, or -1 when there are no more.
     long long TakePlace();
-    /// Ends the handing out; places already taken still get their turn. Called in a turn, or while there are no
-    /// workers.
+    /// Ends the handing out; places already taken still get their turn.
     void Stop();
-    /// Whether there are places that nobody took. Called like `Stop`.
-    bool HasMore() const { return nextPlace < placeCount; }
+    /// Whether there are places that nobody took.
+    bool HasMore() const;
 
-    /// Runs `work` when all places before this one have had their turn. Called once for each place taken; the turn is
-    /// over even if `work` throws.
+    /// Runs `work` when all places before this one have had their turn; others may take places meanwhile. Called once
+    /// for each place taken; the turn is over even if `work` throws.
     template <typename Work>
     void InTurn(long long place, Work work)
     {
-        std::unique_lock lock(mutex);
-        changed.wait(lock, [&] { return turn == place; });
-        const EndOfTurn end{*this};
+        const Turn held(*this, place);
         work();
     }
 
 private:
-    struct EndOfTurn
+    /// The turn of a place, from here to the end of the block.
+    class Turn
     {
-        PageQueue& queue;
+    public:
+        Turn(PageQueue& ownQueue, long long place);
+        ~Turn();
+        Turn(const Turn&) = delete;
+        Turn& operator=(const Turn&) = delete;
 
-        ~EndOfTurn()
-        {
-            ++queue.turn;
-            queue.changed.notify_all();
-        }
+    private:
+        PageQueue& queue;
     };
 
-    std::mutex mutex;
+    mutable std::mutex mutex;
     std::condition_variable changed;
     long long placeCount;
     long long maxLead;
