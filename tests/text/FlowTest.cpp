@@ -134,10 +134,10 @@ TEST(FlowTest, HeadersAndFootersAreColumnsOfTheirOwn)
 TEST(FlowTest, ADropCapDoesNotMoveTheBaselineOfItsText)
 {
     const std::string text =
-        "BT /F 10 Tf 125 700 Td (ook at the lamp) Tj ET BT /F 10 Tf 125 688 Td (in the tower) Tj ET";
+        "BT /F 10 Tf 125 700 Td (ook at the lamp) Tj ET BT /F 10 Tf 125 688 Td (in the tower) Tj ET ";
     const std::string cap = "BT /F 30 Tf 100 688 Td (L) Tj ET ";
     // The gap of 7 points is a space of the cap's size.
-    for (const std::string& content : {cap + text, text + ' ' + cap}) {
+    for (const std::string& content : {cap + text, text + cap}) {
         const ReducedPage page(content);
         ASSERT_EQ(page.columns.size(), 1) << content;
         EXPECT_NEAR(page.columns[0]->lines.front()->position.y, -100, 1e-6) << content;
