@@ -31,11 +31,15 @@ struct Tab
     double left;
 };
 
-/// As the story counts them: a space that only the font knows is one there.
+/// Whether a story gets a character: a space that only the font knows is one there.
+bool IsInStory(const Char& c)
+{
+    return c.unicode != 0 || c.isSpace || c.glyphIndex >= 1;
+}
+
 std::size_t CountCharacters(TextLineObject::Chars::const_iterator first, TextLineObject::Chars::const_iterator last)
 {
-    return static_cast<std::size_t>(
-        std::count_if(first, last, [](const Char& c) { return c.unicode != 0 || c.isSpace || c.glyphIndex >= 1; }));
+    return static_cast<std::size_t>(std::count_if(first, last, IsInStory));
 }
 
 TextLineObject::Chars::const_iterator GetTextBegin(const TextLineObject& line)
@@ -216,7 +220,28 @@ HtmlParagraph::Pieces HtmlParagraph::CollectPieces() const
         for (const char32_t character : run.text)
             pieces.push_back({character, run.atts.Get()});
     }
+    if (!IsRightToLeft()) FindGaps(pieces);
     return pieces;
+}
+
+/// Gaps that are no tabs are blanks, but entries with a gap between them stand apart as on the page.
+void HtmlParagraph::FindGaps(Pieces& pieces) const
+{
+    constexpr double c_wideGap = 3;
+    auto piece = pieces.begin();
+    for (std::size_t i = paragraph.firstLine; i < paragraph.lastLine; ++i) {
+        const TextLineObject& line = *column.lines[i];
+        for (auto c = GetTextBegin(line); c != line.chars.end(); ++c) {
+            if (!IsInStory(*c)) continue;
+            if (piece == pieces.end()) return;
+            const double blank = c->width / c->GetWordSpace();
+            if (c->isSpace && c->width > c_wideGap * blank * std::max(line.wordSpace, 1.0))
+                piece->gap = c->width - blank;
+            ++piece;
+        }
+        // What stands for the line's end.
+        if (piece != pieces.end() && (piece->character == '\n' || piece->character == ' ')) ++piece;
+    }
 }
 
 /// Takes the letter away. Its box is as high as the lines beside it, and its baseline that of the last of them.
@@ -251,12 +276,16 @@ std::string HtmlParagraph::MakeText(Pieces::const_iterator first, Pieces::const_
     while (first != last) {
         if (!Budget::Spend(Costs::c_htmlRun)) break;
         const Story::GlyphAtts* const atts = first->atts;
+        const double gap = first->gap;
         std::string text;
-        for (; first != last && first->atts == atts; ++first)
+        do {
             Kernel::CharTraits::AppendCodePoint(text, first->character);
+            ++first;
+        } while (first != last && first->atts == atts && gap == 0 && first->gap == 0);
         const std::string characters = MakeHtmlText(text);
-        const HtmlStyle style =
+        HtmlStyle style =
             atts == base.Get() ? look.MakeDifference(look) : HtmlLook(*atts, profiles, scale).MakeDifference(look);
+        if (gap > 0) style.SetPoints("padding-right", Across(gap));
         html += style.IsEmpty() ? characters : "<span" + style.MakeAttribute() + ">" + characters + "</span>";
     }
     return html;

@@ -37,10 +37,13 @@ private:
     {
         char32_t character;
         const Story::GlyphAtts* atts;
+        /// By how much a blank is wider than one, in points, where that is much.
+        double gap = 0;
     };
     using Pieces = std::vector<Piece>;
 
     Pieces CollectPieces() const;
+    void FindGaps(Pieces& pieces) const;
     std::string MakeDropCap(Pieces& pieces) const;
     std::string MakeText(Pieces::const_iterator first, Pieces::const_iterator last) const;
     std::string MakeLines(const Pieces& pieces) const;

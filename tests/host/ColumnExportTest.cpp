@@ -398,6 +398,19 @@ TEST(ColumnExport, ShowsDecorations)
     EXPECT_FALSE(runs[0].contains("underline") || runs[0].contains("strikeout"));
 }
 
+TEST(ColumnExport, KeepsWideGapsInHtml)
+{
+    ColumnMaker maker;
+    maker.Add(U"a b").EndLine().Add(U"c d").EndLine().Add(U"e f");
+    TextLineObject& second = *maker.Get().lines[1];
+    second.chars[1].width = 40;
+    second.chars[1].unicode = 0;
+    const double blank = MakeAtts()->GetFontMetrics()->GetGlyphMetrics(U' ').advance * 10;
+    const auto spans = Select(MakeHtml(maker.Get()), "/div/p/span", "style");
+    ASSERT_EQ(spans.size(), 1);
+    EXPECT_NEAR(std::stod(spans[0].substr(std::string("padding-right:").size())), 40 - blank, 1e-3);
+}
+
 TEST(ColumnExport, GoesBackToTheBaselineBehindARaisedRun)
 {
     const auto raised = MakeAtts();
