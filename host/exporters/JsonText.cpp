@@ -232,7 +232,7 @@ void AddColumn(JsonWriter& json, const ColumnObject& column, const StyleNames::N
         json.BeginObject();
         WriteNumbers(json.Key("position"), {position.x, position.y});
         json.Key("width").Number(line->width);
-        WriteText(json.Key("text"), GetRunText(line->chars.begin(), line->chars.end()));
+        WriteText(json.Key("text"), GetReadText(*line));
         json.EndObject();
     }
     json.EndArray();

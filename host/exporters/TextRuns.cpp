@@ -6,6 +6,7 @@
 #include <Quillet/ColumnObject.h>
 
 #include <Kernel/CharTraits.h>
+#include <Kernel/LogicalOrder.h>
 #include <Story/NumberFormat.h>
 
 #include <algorithm>
@@ -34,14 +35,34 @@ std::vector<TextRun> SplitIntoRuns(const Quillet::TextLineObject& line)
     return runs;
 }
 
+namespace {
+
+char32_t GetCharacter(const Quillet::Char& c)
+{
+    if (c.unicode != 0) return c.unicode;
+    return c.isSpace ? U' ' : Kernel::CharTraits::c_replacement;
+}
+
+} // namespace
+
 std::string GetRunText(Chars::const_iterator first, Chars::const_iterator last)
 {
     std::string text;
-    for (; first != last; ++first) {
-        const char32_t unknown = first->isSpace ? U' ' : Kernel::CharTraits::c_replacement;
-        Kernel::CharTraits::AppendCodePoint(text, first->unicode != 0 ? first->unicode : unknown);
-    }
+    for (; first != last; ++first)
+        Kernel::CharTraits::AppendCodePoint(text, GetCharacter(*first));
     return text;
+}
+
+std::string GetReadText(const Quillet::TextLineObject& line)
+{
+    std::u32string text;
+    text.reserve(line.chars.size());
+    for (const Quillet::Char& c : line.chars)
+        text += GetCharacter(c);
+    std::string read;
+    for (const std::size_t place : Kernel::GetLogicalOrder(text))
+        Kernel::CharTraits::AppendCodePoint(read, text[place]);
+    return read.empty() ? MakeUtf8(text) : read;
 }
 
 namespace {

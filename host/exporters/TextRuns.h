@@ -30,6 +30,9 @@ std::vector<TextRun> SplitIntoRuns(const Quillet::TextLineObject& line);
 std::string GetRunText(Quillet::TextLineObject::Chars::const_iterator first,
                        Quillet::TextLineObject::Chars::const_iterator last);
 
+/// The same of a whole line, in the order in which it is read: letters of a line stand from left to right.
+std::string GetReadText(const Quillet::TextLineObject& line);
+
 /// The look of a paragraph's drop cap, which has the look of the text beside it: `atts` are those of its letters, the
 /// last of which is `letter`. What neither its style nor the file says is worked out: it reaches from the top of a
 /// capital on the first line to the baseline of the last line beside it.

@@ -53,7 +53,7 @@ private:
     /// Of a raw tree.
     void AddLine(const TextLineObject& line)
     {
-        Append(GetRunText(line.chars.begin(), line.chars.end()));
+        Append(GetReadText(line));
         text.Append("\n");
     }
 

@@ -398,6 +398,17 @@ TEST(ColumnExport, ShowsDecorations)
     EXPECT_FALSE(runs[0].contains("underline") || runs[0].contains("strikeout"));
 }
 
+TEST(ColumnExport, WritesRightToLeftTextAsItIsRead)
+{
+    ColumnMaker maker;
+    maker.Add(U"דג אב").EndLine().Add(U"ab");
+    const Json json = MakeJson(maker.Get());
+    EXPECT_EQ(json["lines"][0]["text"], "בא גד");
+    EXPECT_EQ(json["lines"][1]["text"], "ab");
+    EXPECT_EQ(json["paragraphs"][0]["text"], "בא גד ab");
+    EXPECT_THAT(Select(MakeHtml(maker.Get()), "/div/p", "style")[0], HasSubstr("unicode-bidi:plaintext"));
+}
+
 TEST(ColumnExport, KeepsWideGapsInHtml)
 {
     ColumnMaker maker;
