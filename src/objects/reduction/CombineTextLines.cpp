@@ -10,7 +10,6 @@
 #include <Quillet/TextLineObject.h>
 
 #include <algorithm>
-#include <functional>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -68,10 +67,13 @@ private:
             if (i < last) near.push_back(i);
             return true;
         });
-        if (!isWhole || !Budget::Spend(Limits::c_touchUnits * near.size())) return false;
-        std::ranges::sort(near, std::greater());
-        for (const std::size_t i : near) {
-            if (const auto answer = TryObject(i, line, false)) return *answer == Answer::Joined;
+        if (!isWhole || !Budget::Spend(Limits::c_comparisonUnits * near.size())) return false;
+        // The latest first; most often that is the only one to be looked at.
+        std::ranges::make_heap(near);
+        for (; !near.empty(); near.pop_back()) {
+            if (!Budget::Spend(Limits::c_touchUnits)) return false;
+            std::ranges::pop_heap(near);
+            if (const auto answer = TryObject(near.back(), line, false)) return *answer == Answer::Joined;
         }
         return false;
     }
