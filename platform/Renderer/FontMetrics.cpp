@@ -265,7 +265,7 @@ struct FontMetrics::Face
     std::unique_ptr<FT_FaceRec_, FaceCloser> face;
     std::unique_ptr<hb_font_t, HbFontCloser> shaper;
     double unitsPerEm = 1000;
-    std::unordered_map<char32_t, int> ids;
+    std::unordered_map<char32_t, GlyphMetrics> characters;
     std::unordered_map<int, GlyphMetrics> glyphs;
     std::unordered_map<std::uint64_t, double> kernings;
     std::unordered_map<int, Outline> outlines;
@@ -367,13 +367,15 @@ GlyphMetrics FontMetrics::GetGlyphMetrics(char32_t character) const
 {
     if (!face) return {0, c_unknownAdvance, Kernel::RectT<double>::MakeEmpty()};
     const std::lock_guard lock(face->mutex);
-    const auto [entry, isNew] = face->ids.try_emplace(character, 0);
-    if (isNew) entry->second = static_cast<int>(FT_Get_Char_Index(face->face.get(), character));
-    GlyphMetrics glyph = face->GetGlyph(entry->second);
-    if (entry->second != 0) return glyph;
-    // Whatever font the character will come from, it is to be seen, and a wide one has that width there.
-    if (Kernel::CharTraits::IsWide(character)) glyph.advance = 1;
-    if (glyph.box.IsEmpty() && Kernel::IsGraphic(character)) glyph.box = {0, -ascent, glyph.advance, descent};
+    const auto known = face->characters.find(character);
+    if (known != face->characters.end()) return known->second;
+    GlyphMetrics glyph = face->GetGlyph(static_cast<int>(FT_Get_Char_Index(face->face.get(), character)));
+    if (glyph.id == 0) {
+        // Whatever font the character will come from, it is to be seen, and a wide one has that width there.
+        if (Kernel::CharTraits::IsWide(character)) glyph.advance = 1;
+        if (glyph.box.IsEmpty() && Kernel::IsGraphic(character)) glyph.box = {0, -ascent, glyph.advance, descent};
+    }
+    face->characters.emplace(character, glyph);
     return glyph;
 }
 
