@@ -146,7 +146,13 @@ private:
         StyleNames::Names styleNames;
         idTurns.InTurn(place, [&] {
             firstId = std::exchange(nextId, nextId + document.GetNextObjectId());
-            if (tree.root) styleNames = styles.Add(*tree.root);
+            // Whatever is thrown, the page has to have its turn in the file too.
+            const Outcome outcome = Guarded([&] {
+                if (tree.root) styleNames = styles.Add(*tree.root);
+            });
+            if (outcome.IsDone()) return;
+            tree.root = nullptr;
+            result.isOutOfMemory = outcome.type == Error::None;
         });
         if (tree.root && !Interrupt::IsSet()) MakeText(result, tree, {index, firstId, styleNames});
         return result;

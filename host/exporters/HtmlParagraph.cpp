@@ -158,8 +158,7 @@ HtmlStyle HtmlParagraph::MakeStyle(double margin) const
     const auto align = paragraph.atts->GetAlignment();
     style.Set("text-align", GetAlignValue(align));
     if (GetLastAlignValue(align)) style.Set("text-align-last", GetLastAlignValue(align));
-    // Its first letter tells which way it runs; places stay as they are.
-    if (IsRightToLeft()) style.Set("unicode-bidi", "plaintext");
+    if (IsRightToLeft()) style.Set("direction", "rtl");
     SetIndents(style);
     SetWordSpace(style);
     return style;
@@ -167,9 +166,10 @@ HtmlStyle HtmlParagraph::MakeStyle(double margin) const
 
 bool HtmlParagraph::IsRightToLeft() const
 {
-    return std::ranges::any_of(*paragraph.runs, [](const Story::Story::Run& run) {
-        return std::ranges::any_of(run.text, Kernel::IsRightToLeft);
-    });
+    std::u32string text;
+    for (const Story::Story::Run& run : *paragraph.runs)
+        text += run.text;
+    return Kernel::IsRightToLeft(text);
 }
 
 void HtmlParagraph::SetIndents(HtmlStyle& style) const
@@ -198,10 +198,18 @@ void HtmlParagraph::SetIndents(HtmlStyle& style) const
 
 void HtmlParagraph::SetWordSpace(HtmlStyle& style) const
 {
+    const double spacing = GetWordSpacing();
+    if (std::abs(spacing) >= 5e-4) style.Set("word-spacing", MakeNumber(spacing, 4) + "em");
+}
+
+/// In ems of most of the text. The letter spacing counts apart, in the ratio as in a browser.
+double HtmlParagraph::GetWordSpacing() const
+{
     const double ratio = paragraph.atts->Get(Story::ParagraphAtt::WordSpaceDesired);
-    if (!std::isfinite(ratio) || ratio <= 0 || std::abs(ratio - 1) < 5e-3) return;
+    if (!std::isfinite(ratio) || ratio <= 0 || std::abs(ratio - 1) < 5e-3) return 0;
     const double space = base->GetFontMetrics()->GetGlyphMetrics(U' ').advance;
-    style.Set("word-spacing", MakeNumber((ratio - 1) * space, 4) + "em");
+    const double letter = base->Get(Story::GlyphAtt::LetterSpacing);
+    return letter > 0 && letter < space ? ratio * (space - letter) - space : (ratio - 1) * space;
 }
 
 std::string HtmlParagraph::MakeContent() const
@@ -228,15 +236,17 @@ HtmlParagraph::Pieces HtmlParagraph::CollectPieces() const
 void HtmlParagraph::FindGaps(Pieces& pieces) const
 {
     constexpr double c_wideGap = 3;
+    const double spacing = GetWordSpacing();
     auto piece = pieces.begin();
     for (std::size_t i = paragraph.firstLine; i < paragraph.lastLine; ++i) {
         const TextLineObject& line = *column.lines[i];
         for (auto c = GetTextBegin(line); c != line.chars.end(); ++c) {
             if (!IsInStory(*c)) continue;
             if (piece == pieces.end()) return;
-            const double blank = c->width / c->GetWordSpace();
-            if (c->isSpace && c->width > c_wideGap * blank * std::max(line.wordSpace, 1.0))
-                piece->gap = c->width - blank;
+            const double ems = spacing + c->atts->Get(Story::GlyphAtt::LetterSpacing);
+            const double blank = c->GetFontWidthOf(U' ') + ems * c->GetSize();
+            if (c->isSpace && c->GetWordSpace() > c_wideGap * std::max(line.wordSpace, 1.0))
+                piece->gap = std::max(c->width - blank, 0.0);
             ++piece;
         }
         // What stands for the line's end.
@@ -295,7 +305,8 @@ std::string HtmlParagraph::MakeText(Pieces::const_iterator first, Pieces::const_
 /// ends at a stop from the right is in the cell, at its right.
 std::string HtmlParagraph::MakeLines(const Pieces& pieces) const
 {
-    const std::vector<Tab> tabs = CollectTabs(column, paragraph, frame);
+    // Cells stand from left to right.
+    const std::vector<Tab> tabs = IsRightToLeft() ? std::vector<Tab>() : CollectTabs(column, paragraph, frame);
     auto tab = tabs.begin();
     std::string html;
     auto first = pieces.begin();

@@ -50,6 +50,7 @@ private:
     bool IsRightToLeft() const;
     void SetIndents(HtmlStyle& style) const;
     void SetWordSpace(HtmlStyle& style) const;
+    double GetWordSpacing() const;
     double Across(double length) const { return length / scale; }
 
     const Quillet::ColumnObject& column;

@@ -60,8 +60,8 @@ std::string GetReadText(const Quillet::TextLineObject& line)
     for (const Quillet::Char& c : line.chars)
         text += GetCharacter(c);
     std::string read;
-    for (const std::size_t place : Kernel::GetLogicalOrder(text))
-        Kernel::CharTraits::AppendCodePoint(read, text[place]);
+    for (const Kernel::ReadCharacter& character : Kernel::GetLogicalOrder(text))
+        Kernel::CharTraits::AppendCodePoint(read, character.GetFrom(text));
     return read.empty() ? MakeUtf8(text) : read;
 }
 

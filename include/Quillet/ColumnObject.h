@@ -93,15 +93,11 @@ public:
 
     // Not for hosts.
     using Paragraphs = std::vector<Kernel::Counted<Paragraph>>;
-    /// How near to its ink that of a line has to be which joins one of the lines.
-    double GetReach() const;
 
 private:
     /// How far ink of any line reaches above and below its baseline, at least.
     double inkAbove = 0;
     double inkBelow = 0;
-    /// The largest of the lines' sizes, at least.
-    double largestText = 0;
 
     void NoteInk(const TextLineObject& line);
     /// The topmost of the lines that begin beside a drop cap, if `cap` is one without text; the end for none.

@@ -35,6 +35,10 @@ char16_t GetStandIn(char32_t character) noexcept
         return u'a';
     case U_EUROPEAN_NUMBER:
         return u'0';
+    case U_ARABIC_NUMBER:
+        return u'\u0660';
+    case U_DIR_NON_SPACING_MARK:
+        return u'\u0300';
     default:
         return u'\uFFFC';
     }
@@ -45,6 +49,30 @@ struct BidiCloser
     void operator()(UBiDi* bidi) const noexcept { ubidi_close(bidi); }
 };
 
+struct Layout
+{
+    /// The places of the units in the order that ICU gives them; empty if it fails.
+    std::vector<int32_t> order;
+    /// Of the units; odd for those that run from right to left.
+    std::vector<UBiDiLevel> levels;
+};
+
+Layout Reorder(const std::u16string& text, UBiDiLevel level, UBiDiReorderingMode mode)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const auto length = static_cast<int32_t>(text.size());
+    const std::unique_ptr<UBiDi, BidiCloser> bidi(ubidi_openSized(length, 0, &status));
+    if (U_FAILURE(status)) return {};
+    ubidi_setReorderingMode(bidi.get(), mode);
+    ubidi_setPara(bidi.get(), text.data(), length, level, nullptr, &status);
+    Layout layout{std::vector<int32_t>(text.size()), {}};
+    ubidi_getVisualMap(bidi.get(), layout.order.data(), &status);
+    const UBiDiLevel* const levels = ubidi_getLevels(bidi.get(), &status);
+    if (U_FAILURE(status)) return {};
+    layout.levels.assign(levels, levels + length);
+    return layout;
+}
+
 } // namespace
 
 bool IsRightToLeft(char32_t character) noexcept
@@ -54,28 +82,49 @@ bool IsRightToLeft(char32_t character) noexcept
     return direction == U_RIGHT_TO_LEFT || direction == U_RIGHT_TO_LEFT_ARABIC;
 }
 
-std::vector<std::size_t> GetLogicalOrder(std::u32string_view visual)
+bool IsRightToLeft(std::u32string_view text) noexcept
 {
-    const auto count = std::ranges::count_if(visual, IsRightToLeft);
-    if (count == 0) return {};
+    const auto count = std::ranges::count_if(text, [](char32_t character) { return IsRightToLeft(character); });
     const auto against =
-        std::ranges::count_if(visual, [](char32_t character) { return GetDirection(character) == U_LEFT_TO_RIGHT; });
+        std::ranges::count_if(text, [](char32_t character) { return GetDirection(character) == U_LEFT_TO_RIGHT; });
+    return count > 0 && count >= against;
+}
 
+char32_t GetMirrored(char32_t character) noexcept
+{
+    return character <= CharTraits::c_lastCodePoint
+               ? static_cast<char32_t>(u_charMirror(static_cast<UChar32>(character)))
+               : character;
+}
+
+std::vector<ReadCharacter> GetLogicalOrder(std::u32string_view visual)
+{
+    if (std::ranges::none_of(visual, [](char32_t character) { return IsRightToLeft(character); })) return {};
+    const UBiDiLevel level = IsRightToLeft(visual) ? 1 : 0;
     // The order is one of directions alone, so that a unit can stand for any character.
     std::u16string text;
     text.reserve(visual.size());
     for (const char32_t character : visual)
         text += GetStandIn(character);
-    UErrorCode status = U_ZERO_ERROR;
-    const auto length = static_cast<int32_t>(text.size());
-    const std::unique_ptr<UBiDi, BidiCloser> bidi(ubidi_openSized(length, 0, &status));
-    if (U_FAILURE(status)) return {};
-    ubidi_setReorderingMode(bidi.get(), UBIDI_REORDER_INVERSE_LIKE_DIRECT);
-    ubidi_setPara(bidi.get(), text.data(), length, count >= against ? UBIDI_RTL : UBIDI_LTR, nullptr, &status);
-    std::vector<int32_t> order(visual.size());
-    ubidi_getVisualMap(bidi.get(), order.data(), &status);
-    if (U_FAILURE(status)) return {};
-    return {order.begin(), order.end()};
+    std::vector<ReadCharacter> best;
+    // They differ in numbers; the one that gives the line again when it is laid out is right.
+    for (const UBiDiReorderingMode mode : {UBIDI_REORDER_INVERSE_NUMBERS_AS_L, UBIDI_REORDER_INVERSE_LIKE_DIRECT}) {
+        const Layout layout = Reorder(text, level, mode);
+        if (layout.order.empty()) return {};
+        std::u16string logical;
+        for (const int32_t place : layout.order)
+            logical += text[static_cast<std::size_t>(place)];
+        const Layout back = Reorder(logical, level, UBIDI_REORDER_DEFAULT);
+        if (back.order.empty()) return {};
+        const bool isSame = std::ranges::equal(
+            back.order, text, {}, [&logical](int32_t place) { return logical[static_cast<std::size_t>(place)]; });
+        if (!isSame && !best.empty()) break;
+        best.clear();
+        for (std::size_t i = 0; i < logical.size(); ++i)
+            best.push_back({static_cast<std::size_t>(layout.order[i]), back.levels[i] % 2 == 1});
+        if (isSame) break;
+    }
+    return best;
 }
 
 } // namespace Kernel

@@ -59,6 +59,10 @@ ColumnObject::Paragraphs ColumnObject::GetCompatibleLists(const Paragraphs& para
 void ColumnObject::SetListCandidates(Paragraphs& paragraphs)
 {
     if (lines.empty() || lines.front()->fidelity == TextFidelityExact) return;
+    // A large numeral beside its text is a drop cap, and no marker.
+    for (const auto& paragraph : paragraphs) {
+        if (paragraph->lines.front()->IsDropCap()) paragraph->lines.front()->SetNotList();
+    }
     std::size_t next = 0;
     for (Paragraphs list = GetCompatibleLists(paragraphs, next); !list.empty();
          list = GetCompatibleLists(paragraphs, next)) {

@@ -7,6 +7,8 @@
 #include <Quillet/Budget.h>
 #include <Quillet/Page.h>
 
+#include <Kernel/CharacterType.h>
+
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -16,8 +18,6 @@ namespace Quillet {
 
 namespace {
 
-/// Ink of the same line is no farther apart, if it is not that of a drop cap.
-constexpr double c_reach = 1;
 /// Lines, and edges, as far apart are the same.
 constexpr double c_sameEdge = 1;
 constexpr double c_noise = 1e-5;
@@ -77,7 +77,7 @@ ColumnObject::ColumnObject(int newId) : Object(Kind::Column)
 }
 
 ColumnObject::ColumnObject(ColumnObject& source, int newId, Lines::const_iterator first)
-    : Object(source), inkAbove(source.inkAbove), inkBelow(source.inkBelow), largestText(source.largestText)
+    : Object(source), inkAbove(source.inkAbove), inkBelow(source.inkBelow)
 {
     id = newId;
     SetSoftMask(source.softMask);
@@ -163,16 +163,12 @@ void ColumnObject::NoteInk(const TextLineObject& line)
     const double baseline = line.GetGdiPosition().y;
     inkAbove = std::max(inkAbove, baseline - line.bbox.top);
     inkBelow = std::max(inkBelow, line.bbox.bottom - baseline);
-    largestText = std::max(largestText, line.textHeight);
-}
-
-double ColumnObject::GetReach() const
-{
-    return std::max(c_reach, largestText);
 }
 
 ColumnObject::Lines::iterator ColumnObject::FindLineOfCap(const TextLineObject& cap)
 {
+    // One letter or digit, behind whatever marks.
+    if (cap.chars.empty() || !Kernel::IsAlnum(cap.chars.back().unicode)) return lines.end();
     if (cap.GetDropCapEnd() != cap.chars.cend() || !std::isfinite(cap.bbox.top)) return lines.end();
     const double right = cap.bbox.right;
     const double baseline = cap.GetGdiPosition().y;
@@ -209,12 +205,10 @@ bool ColumnObject::TryAddMerge(const Kernel::Counted<TextLineObject>& line, bool
         AddMerge(std::prev(lines.end()), *line);
         return true;
     }
+    if (!DoBoxesMeet(Grow(bbox, 1), line->bbox)) return false;
     // A drop cap that is drawn after its text stands beside several lines. It is the first one's.
     auto target = FindLineOfCap(*line);
-    if (target == lines.end()) {
-        if (!DoBoxesMeet(Grow(bbox, c_reach), line->bbox)) return false;
-        target = FindInk(Grow(line->bbox, c_noise));
-    }
+    if (target == lines.end()) target = FindInk(Grow(line->bbox, c_noise));
     if (!(*target)->CanMergeWith(*line)) return false;
     AddMerge(target, *line);
     return true;

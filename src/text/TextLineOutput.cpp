@@ -26,7 +26,7 @@ char32_t GetCharacter(const Char& c)
 
 /// Of the characters from `first` on, which stand as they are seen: a story takes them as they are typed. Empty where
 /// that is the same.
-std::vector<std::size_t> GetReadingOrder(const TextLineObject::Chars& chars, std::size_t first)
+std::vector<Kernel::ReadCharacter> GetReadingOrder(const TextLineObject::Chars& chars, std::size_t first)
 {
     const auto begin = chars.begin() + static_cast<std::ptrdiff_t>(first);
     if (std::none_of(begin, chars.end(), [](const Char& c) { return Kernel::IsRightToLeft(c.unicode); })) return {};
@@ -56,16 +56,22 @@ void TextLineObject::AppendTo(Story::GlyphSink& sink, bool isWrapped) const
                                             : Story::ParagraphAtts::GetDefault());
     }
     const std::size_t first = GetMarkerEnd();
-    const std::vector<std::size_t> order = GetReadingOrder(chars, first);
+    // A drop cap comes first, wherever it is seen.
+    const bool hasCap = isParagraphFront && paragraphAtts && paragraphAtts->GetDropCap();
+    const auto capEnd = hasCap ? static_cast<std::size_t>(GetDropCapEnd() - chars.begin()) : 0;
+    const std::size_t text = std::max(first, capEnd);
+    const std::vector<Kernel::ReadCharacter> order = GetReadingOrder(chars, text);
     const Story::GlyphAtts* sent = nullptr;
     for (std::size_t i = first; i < chars.size(); ++i) {
-        const Char& c = chars[order.empty() ? i : first + order[i - first]];
+        const Kernel::ReadCharacter* const read = order.empty() || i < text ? nullptr : &order[i - text];
+        const Char& c = chars[read ? text + read->place : i];
+        const char32_t character = read && read->isMirrored ? Kernel::GetMirrored(GetCharacter(c)) : GetCharacter(c);
         if (c.atts.Get() != sent) sink.SetGlyphAtts(c.atts);
         sent = c.atts.Get();
         if (c.glyphIndex >= 1) {
-            sink.AddGlyphIndex(c.glyphIndex, GetCharacter(c));
+            sink.AddGlyphIndex(c.glyphIndex, character);
         } else {
-            sink.Add(GetCharacter(c));
+            sink.Add(character);
         }
     }
     if (IsColumnBack()) return;

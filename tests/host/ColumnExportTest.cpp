@@ -406,7 +406,7 @@ TEST(ColumnExport, WritesRightToLeftTextAsItIsRead)
     EXPECT_EQ(json["lines"][0]["text"], "בא גד");
     EXPECT_EQ(json["lines"][1]["text"], "ab");
     EXPECT_EQ(json["paragraphs"][0]["text"], "בא גד ab");
-    EXPECT_THAT(Select(MakeHtml(maker.Get()), "/div/p", "style")[0], HasSubstr("unicode-bidi:plaintext"));
+    EXPECT_THAT(Select(MakeHtml(maker.Get()), "/div/p", "style")[0], HasSubstr("direction:rtl"));
 }
 
 TEST(ColumnExport, KeepsWideGapsInHtml)

@@ -135,13 +135,26 @@ TEST(FlowTest, ADropCapDoesNotMoveTheBaselineOfItsText)
 {
     const std::string text =
         "BT /F 10 Tf 125 700 Td (ook at the lamp) Tj ET BT /F 10 Tf 125 688 Td (in the tower) Tj ET ";
-    const std::string cap = "BT /F 30 Tf 100 688 Td (L) Tj ET ";
     // The gap of 7 points is a space of the cap's size.
-    for (const std::string& content : {cap + text, text + cap}) {
-        const ReducedPage page(content);
-        ASSERT_EQ(page.columns.size(), 1) << content;
-        EXPECT_NEAR(page.columns[0]->lines.front()->position.y, -100, 1e-6) << content;
+    const ReducedPage page("BT /F 30 Tf 100 688 Td (L) Tj ET " + text);
+    ASSERT_EQ(page.columns.size(), 1);
+    EXPECT_NEAR(page.columns[0]->lines.front()->position.y, -100, 1e-6);
+
+    // Large numerals are drop caps as well, and not the numbers of a list.
+    std::string numbered;
+    for (int i = 1; i <= 2; ++i) {
+        const std::string y = ToText(800 - 100 * i), below = ToText(788 - 100 * i);
+        numbered += "BT /F 30 Tf 100 " + below + " Td (" + ToText(i) + ") Tj ET BT /F 10 Tf 125 " + y +
+                    " Td (The lamp) Tj ET BT /F 10 Tf 125 " + below + " Td (is lit) Tj ET ";
     }
+    const ReducedPage page2(numbered);
+    std::string all;
+    for (std::size_t i = 0; i < page2.columns.size(); ++i) {
+        const Story::Story story = page2.GetStory(i);
+        for (const auto& paragraph : story.GetParagraphs())
+            all += ReducedPage::ToUtf8(paragraph.GetText()) + "|";
+    }
+    EXPECT_EQ(all, "1The lamp is lit|2The lamp is lit|");
 }
 
 TEST(FlowTest, LeavesRoomAtTheRightOfRaggedText)

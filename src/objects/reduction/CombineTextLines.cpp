@@ -19,6 +19,8 @@ namespace Quillet {
 namespace {
 
 constexpr double c_tolerance = 1e-5;
+/// A line joins a column if their ink is that near.
+constexpr double c_reach = 1;
 /// Objects that are looked at one by one. Most lines find their column, or what bars the way to it, among these.
 constexpr std::size_t c_nearby = 16;
 
@@ -97,8 +99,7 @@ private:
         if (object.GetKind() != Object::Kind::Column) {
             index.Set(i, object.transformedBBox);
         } else if (!object.bbox.IsEmpty()) { // Nothing joins a column without ink from afar.
-            const double reach = static_cast<const ColumnObject&>(object).GetReach();
-            index.Set(i, object.transform.ApplyTo(object.bbox.Inflated(reach)));
+            index.Set(i, object.transform.ApplyTo(object.bbox.Inflated(c_reach)));
         }
     }
 
