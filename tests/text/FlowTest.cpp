@@ -141,16 +141,15 @@ TEST(FlowTest, ADropCapDoesNotMoveTheBaselineOfItsText)
     EXPECT_NEAR(page.columns[0]->lines.front()->position.y, -100, 1e-6);
 
     // Large numerals are drop caps as well, and not the numbers of a list.
-    std::string numbered;
-    for (int i = 1; i <= 2; ++i) {
-        const std::string y = ToText(800 - 100 * i), below = ToText(788 - 100 * i);
-        numbered += "BT /F 30 Tf 100 " + below + " Td (" + ToText(i) + ") Tj ET BT /F 10 Tf 125 " + y +
-                    " Td (The lamp) Tj ET BT /F 10 Tf 125 " + below + " Td (is lit) Tj ET ";
-    }
-    const ReducedPage page2(numbered);
+    const ReducedPage numbered(MakeContent({{100, 688, "1", 30},
+                                            {125, 700, "The lamp"},
+                                            {125, 688, "is lit"},
+                                            {100, 588, "2", 30},
+                                            {125, 600, "The lamp"},
+                                            {125, 588, "is lit"}}));
     std::string all;
-    for (std::size_t i = 0; i < page2.columns.size(); ++i) {
-        const Story::Story story = page2.GetStory(i);
+    for (std::size_t i = 0; i < numbered.columns.size(); ++i) {
+        const Story::Story story = numbered.GetStory(i);
         for (const auto& paragraph : story.GetParagraphs())
             all += ReducedPage::ToUtf8(paragraph.GetText()) + "|";
     }
