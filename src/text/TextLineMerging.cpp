@@ -213,6 +213,8 @@ void TextLineObject::Merge(const TextLineObject& other)
 
     bool isSwept = false;
     if (c != other.chars.end() && pen < position.x + width - chars.back().width) {
+        // All of the line is moved and measured, however short the other is. Who has no more to spend begins no merge.
+        Budget::Spend(Limits::c_measuredCharUnits * chars.size());
         MergeSweep sweep(*this);
         for (; c != other.chars.end() && pen < sweep.GetLastStart(); ++c) {
             if (!IsGap(*c)) {
