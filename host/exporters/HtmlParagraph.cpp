@@ -106,6 +106,14 @@ const char* GetLastAlignValue(Story::AlignX::Type align)
     }
 }
 
+bool IsRightToLeft(const std::vector<Story::Story::Run>& runs)
+{
+    std::u32string text;
+    for (const Story::Story::Run& run : runs)
+        text += run.text;
+    return Kernel::IsRightToLeft(text);
+}
+
 double GetFinite(double value)
 {
     return std::isfinite(value) ? value : 0;
@@ -132,7 +140,8 @@ HtmlParagraph::HtmlParagraph(const ColumnObject& usedColumn, const Kernel::RectT
                              const Raster::ICCManager::ICCProfileSet& usedProfiles, double usedScale)
     : column(usedColumn), frame(textBox), paragraph(usedParagraph), profiles(usedProfiles), scale(usedScale),
       base(FindUsualAtts(*usedParagraph.runs)), look(*base, usedProfiles, usedScale),
-      leading(GetFinite(usedParagraph.atts->Get(Story::ParagraphAtt::Leading)))
+      leading(GetFinite(usedParagraph.atts->Get(Story::ParagraphAtt::Leading))),
+      isRightToLeft(IsRightToLeft(*usedParagraph.runs))
 {
     // A paragraph of one line has no leading that anyone could see.
     if (!(leading > 0)) leading = base->GetSize() * 1.2;
@@ -158,18 +167,10 @@ HtmlStyle HtmlParagraph::MakeStyle(double margin) const
     const auto align = paragraph.atts->GetAlignment();
     style.Set("text-align", GetAlignValue(align));
     if (GetLastAlignValue(align)) style.Set("text-align-last", GetLastAlignValue(align));
-    if (IsRightToLeft()) style.Set("direction", "rtl");
+    if (isRightToLeft) style.Set("direction", "rtl");
     SetIndents(style);
     SetWordSpace(style);
     return style;
-}
-
-bool HtmlParagraph::IsRightToLeft() const
-{
-    std::u32string text;
-    for (const Story::Story::Run& run : *paragraph.runs)
-        text += run.text;
-    return Kernel::IsRightToLeft(text);
 }
 
 void HtmlParagraph::SetIndents(HtmlStyle& style) const
@@ -228,7 +229,7 @@ HtmlParagraph::Pieces HtmlParagraph::CollectPieces() const
         for (const char32_t character : run.text)
             pieces.push_back({character, run.atts.Get()});
     }
-    if (!IsRightToLeft()) FindGaps(pieces);
+    if (!isRightToLeft) FindGaps(pieces);
     return pieces;
 }
 
@@ -244,7 +245,8 @@ void HtmlParagraph::FindGaps(Pieces& pieces) const
             if (!IsInStory(*c)) continue;
             if (piece == pieces.end()) return;
             const double ems = spacing + c->atts->Get(Story::GlyphAtt::LetterSpacing);
-            const double blank = c->GetFontWidthOf(U' ') + ems * c->GetSize();
+            const double blank =
+                c->GetFontWidthOf(U' ') + ems * c->GetSize() * c->atts->Get(Story::GlyphAtt::HorizontalScale);
             if (c->isSpace && c->GetWordSpace() > c_wideGap * std::max(line.wordSpace, 1.0))
                 piece->gap = std::max(c->width - blank, 0.0);
             ++piece;
@@ -306,7 +308,7 @@ std::string HtmlParagraph::MakeText(Pieces::const_iterator first, Pieces::const_
 std::string HtmlParagraph::MakeLines(const Pieces& pieces) const
 {
     // Cells stand from left to right.
-    const std::vector<Tab> tabs = IsRightToLeft() ? std::vector<Tab>() : CollectTabs(column, paragraph, frame);
+    const std::vector<Tab> tabs = isRightToLeft ? std::vector<Tab>() : CollectTabs(column, paragraph, frame);
     auto tab = tabs.begin();
     std::string html;
     auto first = pieces.begin();

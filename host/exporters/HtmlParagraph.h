@@ -47,7 +47,6 @@ private:
     std::string MakeDropCap(Pieces& pieces) const;
     std::string MakeText(Pieces::const_iterator first, Pieces::const_iterator last) const;
     std::string MakeLines(const Pieces& pieces) const;
-    bool IsRightToLeft() const;
     void SetIndents(HtmlStyle& style) const;
     void SetWordSpace(HtmlStyle& style) const;
     double GetWordSpacing() const;
@@ -62,6 +61,7 @@ private:
     Atts base;
     HtmlLook look;
     double leading;
+    bool isRightToLeft;
 };
 
 /// The attributes that most characters have.

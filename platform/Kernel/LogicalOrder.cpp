@@ -85,9 +85,10 @@ bool IsRightToLeft(char32_t character) noexcept
 bool IsRightToLeft(std::u32string_view text) noexcept
 {
     const auto count = std::ranges::count_if(text, [](char32_t character) { return IsRightToLeft(character); });
+    if (count == 0) return false;
     const auto against =
         std::ranges::count_if(text, [](char32_t character) { return GetDirection(character) == U_LEFT_TO_RIGHT; });
-    return count > 0 && count >= against;
+    return count >= against;
 }
 
 char32_t GetMirrored(char32_t character) noexcept

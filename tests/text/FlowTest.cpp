@@ -147,13 +147,7 @@ TEST(FlowTest, ADropCapDoesNotMoveTheBaselineOfItsText)
                                             {100, 588, "2", 30},
                                             {125, 600, "The lamp"},
                                             {125, 588, "is lit"}}));
-    std::string all;
-    for (std::size_t i = 0; i < numbered.columns.size(); ++i) {
-        const Story::Story story = numbered.GetStory(i);
-        for (const auto& paragraph : story.GetParagraphs())
-            all += ReducedPage::ToUtf8(paragraph.GetText()) + "|";
-    }
-    EXPECT_EQ(all, "1The lamp is lit|2The lamp is lit|");
+    EXPECT_EQ(numbered.Print(), "[J 1The lamp is lit | J 2The lamp is lit]");
 }
 
 TEST(FlowTest, LeavesRoomAtTheRightOfRaggedText)

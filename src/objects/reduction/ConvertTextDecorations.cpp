@@ -30,11 +30,6 @@ Rect MakeLarger(const Rect& rect)
     return rect.Inflated(c_smallNoise + c_noise * reach);
 }
 
-bool Contains(const Rect& box, const Kernel::PointT<double>& point)
-{
-    return point.x >= box.left && point.x <= box.right && point.y >= box.top && point.y <= box.bottom;
-}
-
 /// The lines of a group, with those of its columns, in paint order.
 class Lines
 {
@@ -69,8 +64,9 @@ public:
         // What decorates a line lies in its reach, and so does the middle of it.
         const auto middle = path.transform.ApplyTo(path.GetAsRectangle().GetCentre());
         near.clear();
-        index.VisitNear(Rect{middle.x, middle.y, middle.x, middle.y}, [&](std::size_t number) {
-            if (Contains(entries[number].reach, middle)) near.push_back(number);
+        const Rect spot{middle.x, middle.y, middle.x, middle.y};
+        index.VisitNear(spot, [&](std::size_t number) {
+            if (entries[number].reach.Contains(spot)) near.push_back(number);
             return true;
         });
         std::ranges::sort(near);
