@@ -91,16 +91,38 @@ bool IsBefore(const FontFace& a, const FontFace& b)
 
 } // namespace
 
+namespace {
+
+struct ConfigDestroyer
+{
+    void operator()(FcConfig* config) const { FcConfigDestroy(config); }
+};
+using Config = std::unique_ptr<FcConfig, ConfigDestroyer>;
+
+bool HasCache(const Config& config)
+{
+    FcStrList* const directories = FcConfigGetCacheDirs(config.get());
+    const bool isAny = directories && FcStrListNext(directories);
+    if (directories) FcStrListDone(directories);
+    return isAny;
+}
+
+/// The machine's configuration without the descriptions of files that it does not use, which
+/// `FcInitLoadConfigAndFonts` reads beside it for programs that show them to people: twice the files. A configuration
+/// that cannot be read, or names no cache, is left to fontconfig, which knows what to fall back on.
+Config LoadConfig()
+{
+    Config config(FcConfigCreate());
+    if (config && FcConfigParseAndLoad(config.get(), nullptr, FcFalse) && HasCache(config) &&
+        FcConfigBuildFonts(config.get()))
+        return config;
+    return Config(FcInitLoadConfigAndFonts());
+}
+
+} // namespace
+
 struct FontCache::Configuration
 {
-    Configuration() : config(FcInitLoadConfigAndFonts()) {}
-    ~Configuration()
-    {
-        if (config) FcConfigDestroy(config);
-    }
-    Configuration(const Configuration&) = delete;
-    Configuration& operator=(const Configuration&) = delete;
-
     /// The best pattern for a family and a style; null without fonts.
     Pattern Match(const std::string& family, const Font& style) const
     {
@@ -110,13 +132,13 @@ struct FontCache::Configuration
         FcPatternAddInteger(pattern.get(), FC_WEIGHT, FcWeightFromOpenType(style.weight));
         FcPatternAddInteger(pattern.get(), FC_WIDTH, c_widths[style.width - 1]);
         FcPatternAddInteger(pattern.get(), FC_SLANT, style.isItalic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
-        FcConfigSubstitute(config, pattern.get(), FcMatchPattern);
+        FcConfigSubstitute(config.get(), pattern.get(), FcMatchPattern);
         FcDefaultSubstitute(pattern.get());
         FcResult result = FcResultNoMatch;
-        return Pattern(FcFontMatch(config, pattern.get(), &result));
+        return Pattern(FcFontMatch(config.get(), pattern.get(), &result));
     }
 
-    FcConfig* config;
+    Config config = LoadConfig();
 };
 
 const FontCache& FontCache::GetInstance()
@@ -138,7 +160,7 @@ FontCache::FontCache() : configuration(std::make_unique<Configuration>())
     const Pattern all(FcPatternCreate());
     FcObjectSet* objects = FcObjectSetBuild(FC_POSTSCRIPT_NAME, FC_FAMILY, FC_WEIGHT, FC_WIDTH, FC_SLANT, FC_SPACING,
                                             FC_VARIABLE, FC_FILE, FC_INDEX, nullptr);
-    FcFontSet* set = FcFontList(configuration->config, all.get(), objects);
+    FcFontSet* set = FcFontList(configuration->config.get(), all.get(), objects);
     std::vector<FontFace> found;
     for (int i = 0; set && i < set->nfont; ++i)
         found.push_back(ReadFace(set->fonts[i]));

@@ -7,10 +7,13 @@
 
 namespace Quillet {
 
+// Names stand in the rows themselves: a pointer each would be set anew in every process, and thousands of them are a
+// quarter of what it takes to load the library.
+
 /// A glyph name of the Adobe Glyph List or the Zapf Dingbats list. Where the list has several characters, the first.
 struct GlyphListEntry
 {
-    const char* name;
+    char name[40];
     char32_t character;
 };
 
@@ -23,13 +26,13 @@ struct LatinEncoding
     static constexpr int c_pdfDoc = 3;
 
     unsigned char codes[4];
-    const char* name;
+    char name[16];
 };
 
 struct SingleEncoding
 {
     unsigned char code;
-    const char* name;
+    char name[20];
 };
 
 /// A glyph of a standard font: its code in the font's own encoding, -1 for none, and its width in thousandths.
@@ -37,7 +40,7 @@ struct StandardGlyph
 {
     short code;
     short width;
-    const char* name;
+    char name[16];
 };
 
 struct StandardFontMetrics
