@@ -1,8 +1,8 @@
 # Where built files go and how programs find their libraries, in the build tree and when installed. Both trees can be
 # moved: every path between them is relative.
 if(PROJECT_IS_TOP_LEVEL)
-  set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
-  set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+  set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_BINDIR})
+  set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_LIBDIR})
   set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
   set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
@@ -16,11 +16,12 @@ if(PROJECT_IS_TOP_LEVEL)
   endif()
 endif()
 
-set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+# In the build tree as when installed: a path to rewrite would be padded with empty ones, each a folder to look in.
+set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
 if(NOT APPLE)
   file(RELATIVE_PATH quilletLibrariesFromPrograms
     ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-  set(CMAKE_INSTALL_RPATH "$ORIGIN" "$ORIGIN/${quilletLibrariesFromPrograms}")
+  set(CMAKE_INSTALL_RPATH "$ORIGIN/${quilletLibrariesFromPrograms}")
 endif()
 
 # What is read at run time lies where the libraries look for it: under share, beside their own directory.

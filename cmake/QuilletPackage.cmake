@@ -18,9 +18,5 @@ file(RELATIVE_PATH quilletPrefixFromPkgConfig
   ${CMAKE_INSTALL_PREFIX}/${quilletPkgConfigDirectory} ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" quilletPrefixFromPkgConfig ${quilletPrefixFromPkgConfig})
 
-# Hosts call the lower storeys too, through the types of the tree, so they link each by name.
-get_property(quilletLibraries GLOBAL PROPERTY QUILLET_STOREY_FILES)
-list(TRANSFORM quilletLibraries PREPEND "-l")
-list(JOIN quilletLibraries " " quilletLibraries)
 configure_file(${CMAKE_CURRENT_LIST_DIR}/quillet.pc.in ${PROJECT_BINARY_DIR}/quillet.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/quillet.pc DESTINATION ${quilletPkgConfigDirectory})

@@ -1,46 +1,61 @@
-# One storey of the house: a shared library that sees only its own headers and those of the storeys it names.
+# One storey of the house: objects that see only their own headers and those of the storeys they name.
 # quillet_storey(NAME SOURCES file... HEADERS directory [BELOW target...] [PRIVATE library...])
 #
-# HEADERS is the directory whose headers are installed beside the library, under their own directory's name: it is
-# included as <directory/File.h> in this tree and by hosts alike.
+# HEADERS is the directory whose headers are installed, under their own directory's name: it is included as
+# <directory/File.h> in this tree and by hosts alike.
 function(quillet_storey name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "HEADERS" "SOURCES;BELOW;PRIVATE")
-  if(NOT arg_SOURCES)
-    message(WARNING "The storey ${name} has no source")
-    file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${name}Empty.cpp CONTENT "")
-    set(arg_SOURCES ${CMAKE_CURRENT_BINARY_DIR}/${name}Empty.cpp)
-  endif()
-  add_library(${name} SHARED ${arg_SOURCES})
-  add_library(Quillet::${name} ALIAS ${name})
+  add_library(${name} OBJECT ${arg_SOURCES})
   target_compile_features(${name} PUBLIC cxx_std_20)
+  set_target_properties(${name} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
   target_link_libraries(${name} PUBLIC ${arg_BELOW} PRIVATE ${arg_PRIVATE} quillet_options)
   cmake_path(GET arg_HEADERS PARENT_PATH includeDirectory)
-  target_include_directories(${name} PUBLIC
-    $<BUILD_INTERFACE:${includeDirectory}>
-    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/quillet>)
-  # Nothing may be left for a higher storey to provide. The sanitizers' own symbols come with the program.
-  if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT QUILLET_SANITIZE)
-    target_link_options(${name} PRIVATE LINKER:-z,defs)
-  endif()
+  target_include_directories(${name} PUBLIC ${includeDirectory})
+  set_property(GLOBAL APPEND PROPERTY QUILLET_STOREYS ${name})
+  set_property(GLOBAL APPEND PROPERTY QUILLET_INCLUDES ${includeDirectory})
+  install(DIRECTORY ${arg_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/quillet
+    FILES_MATCHING PATTERN "*.h")
 
-  # "libKernel.so" would be anybody's.
-  string(TOLOWER ${name} file)
-  if(NOT file STREQUAL "quillet")
-    set(file quillet-${file})
+  # A library of this storey and of those below: nothing may be left for a higher one to provide.
+  if(QUILLET_CHECK_STOREYS)
+    list(TRANSFORM arg_BELOW APPEND "UpToHere")
+    add_library(${name}UpToHere SHARED $<TARGET_OBJECTS:${name}>)
+    target_link_libraries(${name}UpToHere PUBLIC ${arg_BELOW} PRIVATE ${arg_PRIVATE} quillet_options)
+    target_link_options(${name}UpToHere PRIVATE LINKER:-z,defs)
   endif()
+endfunction()
+
+# The library of all storeys: one, since a process pays for each that it loads.
+function(quillet_library name)
+  get_property(storeys GLOBAL PROPERTY QUILLET_STOREYS)
+  get_property(includes GLOBAL PROPERTY QUILLET_INCLUDES)
+  list(REMOVE_DUPLICATES includes)
+  add_library(${name} SHARED)
+  add_library(Quillet::${name} ALIAS ${name})
+  target_compile_features(${name} PUBLIC cxx_std_20)
+  target_link_libraries(${name} PRIVATE ${storeys})
+  foreach(directory IN LISTS includes)
+    target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${directory}>)
+  endforeach()
+  target_include_directories(${name} PUBLIC $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/quillet>)
+  # Its own functions are not looked up by name when it is loaded, and what only moves with it is packed.
+  foreach(flag -Bsymbolic-functions -z,pack-relative-relocs)
+    string(MAKE_C_IDENTIFIER "QUILLET_LINKS_${flag}" variable)
+    check_linker_flag(CXX LINKER:${flag} ${variable})
+    if(${variable})
+      target_link_options(${name} PRIVATE LINKER:${flag})
+    endif()
+  endforeach()
+  string(TOLOWER ${name} file)
   set_target_properties(${name} PROPERTIES
     OUTPUT_NAME ${file}
-    CXX_VISIBILITY_PRESET hidden
-    VISIBILITY_INLINES_HIDDEN ON
+    LINKER_LANGUAGE CXX
+    INSTALL_RPATH ""
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
-
-  set_property(GLOBAL APPEND PROPERTY QUILLET_STOREY_FILES ${file})
   install(TARGETS ${name} EXPORT QuilletTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-  install(DIRECTORY ${arg_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/quillet
-    FILES_MATCHING PATTERN "*.h")
 endfunction()
 
 # What every target of the project is compiled with, and no host.
