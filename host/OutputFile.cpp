@@ -126,7 +126,7 @@ void OutputFile::Write(std::string_view text)
 
 void OutputFile::Write(const LongText& text)
 {
-    for (const std::string& block : text.GetBlocks())
+    for (const std::string_view block : text.GetBlocks())
         Write(block);
 }
 

@@ -5,8 +5,7 @@
 #include "exporters/HtmlFrame.h"
 #include "exporters/HtmlLook.h"
 #include "exporters/SvgElement.h"
-#include "exporters/SvgPaint.h"
-#include "exporters/SvgShapes.h"
+#include "exporters/SvgDrawing.h"
 
 #include <Quillet/Budget.h>
 #include <Quillet/ColumnObject.h>
@@ -92,29 +91,8 @@ private:
     std::vector<std::pair<const GroupObject*, bool>> path;
 };
 
-/// What is drawn between two frames.
-struct Drawing
-{
-    Drawing(const Kernel::RectT<double>& size, const Raster::ICCManager::ICCProfileSet& profiles,
-            std::string clipPrefix)
-        : svg(Append(document.root(), "svg")), defs(Append(svg, "defs")), paint(profiles, defs, std::move(clipPrefix)),
-          shapes(paint)
-    {
-        Set(svg, "viewBox", "0 0 " + MakeNumber(size.GetWidth()) + " " + MakeNumber(size.GetHeight()));
-        Set(svg, "preserveAspectRatio", "none");
-    }
-    Drawing(const Drawing&) = delete;
-    Drawing& operator=(const Drawing&) = delete;
-
-    pugi::xml_document document;
-    pugi::xml_node svg;
-    pugi::xml_node defs;
-    SvgPaint paint;
-    SvgShapes shapes;
-};
-
-/// The level is the element of a drawn group; none in a box.
-class PageWriter : TreePass<pugi::xml_node>
+/// The level says whether the group is drawn, or is a box.
+class PageWriter : TreePass<bool>
 {
 public:
     explicit PageWriter(const PageView& usedView)
@@ -136,13 +114,12 @@ public:
     }
 
 private:
-    Step Enter(const GroupObject& group, pugi::xml_node& node) override
+    Step Enter(const GroupObject& group, bool& isDrawn) override
     {
         if (Budget::IsSpent()) return Step::End;
-        if (node) {
-            node = drawing->shapes.AddGroup(node, group);
-        } else if (!textGroups.groups.contains(&group)) {
-            node = GetDrawing().shapes.AddGroup(drawing->svg, group);
+        isDrawn = isDrawn || !textGroups.groups.contains(&group);
+        if (isDrawn) {
+            GetDrawing().shapes.BeginGroup(group);
         } else {
             EndDrawing();
             html.Append("<div class=\"group\"" + MakeGroupAttributes(group) + ">\n");
@@ -150,7 +127,7 @@ private:
         return Step::On;
     }
 
-    Step Visit(const Object& object, const pugi::xml_node& node) override
+    Step Visit(const Object& object, const bool&) override
     {
         if (Budget::IsSpent()) return Step::End;
         switch (object.GetKind()) {
@@ -158,10 +135,7 @@ private:
         case Object::Kind::Layer:
             break; // These are entered.
         case Object::Kind::Path:
-            if (node)
-                drawing->shapes.AddPath(node, static_cast<const PathObject&>(object));
-            else
-                GetDrawing().shapes.AddPath(drawing->svg, static_cast<const PathObject&>(object));
+            GetDrawing().shapes.AddPath(static_cast<const PathObject&>(object));
             break;
         case Object::Kind::TextLine:
             EndDrawing();
@@ -177,9 +151,12 @@ private:
         return Step::On;
     }
 
-    void Leave(const GroupObject&, const pugi::xml_node& node) override
+    void Leave(const GroupObject&, const bool& isDrawn) override
     {
-        if (node) return;
+        if (isDrawn) {
+            drawing->svg.End();
+            return;
+        }
         EndDrawing();
         html.Append("</div>\n");
     }
@@ -197,12 +174,12 @@ private:
         return name + style.MakeAttribute();
     }
 
-    Drawing& GetDrawing()
+    SvgDrawing& GetDrawing()
     {
         if (!drawing) {
             const std::string prefix =
                 "p" + std::to_string(view.index + 1) + "-" + std::to_string(++drawingCount) + "-";
-            drawing = std::make_unique<Drawing>(size, view.profiles, prefix);
+            drawing = std::make_unique<SvgDrawing>(view.profiles, prefix);
         }
         return *drawing;
     }
@@ -210,8 +187,12 @@ private:
     void EndDrawing()
     {
         if (!drawing) return;
-        if (!drawing->defs.first_child()) drawing->svg.remove_child(drawing->defs);
-        html.Append(WriteXml(drawing->document, false));
+        XmlWriter element(html);
+        element.Begin("svg");
+        element.Attribute("viewBox", "0 0 " + MakeNumber(size.GetWidth()) + " " + MakeNumber(size.GetHeight()));
+        element.Attribute("preserveAspectRatio", "none");
+        drawing->MoveTo(element);
+        element.End();
         html.Append("\n");
         drawing.reset();
     }
@@ -220,8 +201,8 @@ private:
     const Kernel::RectT<double> size;
     TextGroups textGroups;
     LongText html;
-    /// Null if none is open.
-    std::unique_ptr<Drawing> drawing;
+    /// What is drawn between two frames; null if none is open.
+    std::unique_ptr<SvgDrawing> drawing;
     int drawingCount = 0;
 };
 

@@ -47,14 +47,15 @@ void AppendEscape(LongText& text, unsigned char c)
 
 JsonWriter& JsonWriter::Key(std::string_view name)
 {
-    Writer::Key(name.data(), static_cast<rapidjson::SizeType>(name.size()));
+    BeginText().Append(name);
+    EndText();
     return *this;
 }
 
 void JsonWriter::Number(double value)
 {
     Prefix(rapidjson::kNumberType);
-    AppendShortest(sink.text.GetEnd(), Tidy(value));
+    AppendShortest(sink.text, Tidy(value));
 }
 
 void JsonWriter::Text(std::string_view value)
@@ -67,7 +68,7 @@ void JsonWriter::Text(std::string_view value)
 LongText& JsonWriter::BeginText()
 {
     Prefix(rapidjson::kStringType);
-    sink.Put('"');
+    sink.text.Put('"');
     return sink.text;
 }
 
@@ -95,7 +96,7 @@ void JsonWriter::AddToText(std::string_view piece)
 
 void JsonWriter::EndText()
 {
-    sink.Put('"');
+    sink.text.Put('"');
 }
 
 void JsonWriter::Take(LongText&& value)

@@ -39,7 +39,7 @@ struct JsonSink
         isLineBroken = false;
     }
     /// At the end of the JSON: its last characters are paid for.
-    void Flush() { text.Append(""); }
+    void Flush() { text.Pay(); }
 
     LongText& text;
     bool isLineBroken = false;

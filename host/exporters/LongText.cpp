@@ -3,6 +3,7 @@
 #include <Quillet/Budget.h>
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 #include <utility>
 
@@ -10,52 +11,77 @@ namespace Host {
 
 void LongText::Pay()
 {
-    if (blocks.empty()) return;
-    Quillet::Budget::Spend(blocks.back().size() - std::exchange(paidSize, blocks.back().size()));
+    const auto bytes = static_cast<unsigned long long>(next - std::exchange(paid, next));
+    if (bytes + charged > 0) Quillet::Budget::Spend(bytes + std::exchange(charged, 0));
 }
 
-std::string& LongText::GetEnd()
+void LongText::EndBlock()
 {
     Pay();
-    if (blocks.empty()) {
-        blocks.emplace_back();
-    } else if (blocks.back().size() >= c_blockSize) {
-        // Most texts are short; one that has filled a block will fill more.
-        blocks.emplace_back().reserve(c_blockSize + c_blockSize / 64);
-        paidSize = 0;
-    }
-    return blocks.back();
+    if (!blocks.empty()) blocks.back().size = GetSizeOf(blocks.back());
+}
+
+void LongText::Grow()
+{
+    EndBlock();
+    // Most texts are short; one that has filled a block will fill a larger one.
+    const std::size_t capacity = blocks.empty() ? 8 * c_pieceSize : std::min(4 * blocks.back().capacity, c_blockSize);
+    blocks.push_back({std::make_unique_for_overwrite<char[]>(capacity), capacity});
+    next = blocks.back().characters.get();
+    limit = next + capacity;
+    paid = next;
 }
 
 void LongText::Append(std::string_view text)
 {
     while (!text.empty()) {
-        std::string& end = GetEnd();
-        const std::size_t size = std::min(text.size(), c_blockSize - end.size());
-        end.append(text.substr(0, size));
+        if (next == limit) Grow();
+        const std::size_t size = std::min(text.size(), static_cast<std::size_t>(limit - next));
+        std::memcpy(next, text.data(), size);
+        next += size;
         text.remove_prefix(size);
     }
-    Pay();
+    if (static_cast<unsigned long long>(next - paid) >= c_payStep) Pay();
 }
 
 void LongText::Append(LongText&& other)
 {
-    Pay();
+    if (other.blocks.empty()) return;
+    EndBlock();
     other.Pay();
-    paidSize = other.blocks.empty() ? paidSize : other.paidSize;
     blocks.insert(blocks.end(), std::move_iterator(other.blocks.begin()), std::move_iterator(other.blocks.end()));
+    next = std::exchange(other.next, nullptr);
+    limit = std::exchange(other.limit, nullptr);
+    paid = std::exchange(other.paid, nullptr);
     other.blocks.clear();
-    other.paidSize = 0;
+}
+
+std::size_t LongText::GetSizeOf(const Block& block) const
+{
+    return &block == &blocks.back() ? static_cast<std::size_t>(next - block.characters.get()) : block.size;
+}
+
+std::size_t LongText::GetSize() const
+{
+    std::size_t size = 0;
+    for (const Block& block : blocks)
+        size += GetSizeOf(block);
+    return size;
+}
+
+std::vector<std::string_view> LongText::GetBlocks() const
+{
+    std::vector<std::string_view> texts;
+    for (const Block& block : blocks)
+        texts.emplace_back(block.characters.get(), GetSizeOf(block));
+    return texts;
 }
 
 std::string LongText::Join() const
 {
-    std::size_t size = 0;
-    for (const std::string& block : blocks)
-        size += block.size();
     std::string text;
-    text.reserve(size);
-    for (const std::string& block : blocks)
+    text.reserve(GetSize());
+    for (const std::string_view block : GetBlocks())
         text += block;
     return text;
 }

@@ -4,13 +4,16 @@
 
 namespace Host {
 
+class LongText;
+
 /// Appends a number with at most `decimals` (0 to 15) places behind the point, without zeros at the end, the same in
 /// every locale. What is not finite becomes 0.
 void AppendNumber(std::string& text, double value, int decimals);
+void AppendNumber(LongText& text, double value, int decimals);
 
 /// Appends the shortest text that reads back as the same number: with a point, and beyond 1e15 or below 1e-4 with an
 /// exponent. `value` is finite.
-void AppendShortest(std::string& text, double value);
+void AppendShortest(LongText& text, double value);
 
 /// How many decimals a coordinate needs so that, scaled by `scale` on its way to the page, it is exact to `resolution`
 /// points there.

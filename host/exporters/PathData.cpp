@@ -55,20 +55,18 @@ private:
     void AddCommand(char letter)
     {
         if (letter != command || letter == 'M') {
-            std::string& end = text.GetEnd();
-            if (command != 0) end += ' ';
-            end += letter;
+            if (command != 0) text.Put(' ');
+            text.Put(letter);
         }
         command = letter;
     }
 
     void AddPoint(const Geometry::CurveNode& node)
     {
-        std::string& end = text.GetEnd();
-        end += ' ';
-        AppendNumber(end, node.point.x, decimals);
-        end += ' ';
-        AppendNumber(end, node.point.y, decimals);
+        text.Put(' ');
+        AppendNumber(text, node.point.x, decimals);
+        text.Put(' ');
+        AppendNumber(text, node.point.y, decimals);
     }
 
     LongText& text;

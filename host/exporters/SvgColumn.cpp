@@ -6,6 +6,7 @@
 #include "exporters/SvgPaint.h"
 #include "exporters/SvgWords.h"
 #include "exporters/TextRuns.h"
+#include "exporters/XmlWriter.h"
 
 #include <Quillet/Budget.h>
 #include <Quillet/ColumnObject.h>
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Host {
@@ -72,8 +74,8 @@ std::vector<Span> MakeSpans(const TextLineObject& line)
 class ColumnWriter
 {
 public:
-    ColumnWriter(pugi::xml_node parentNode, const ColumnObject& object, SvgPaint& usedPaint)
-        : parent(parentNode), column(object), paint(usedPaint), frame(object.GetBaseStoryFrameBox())
+    ColumnWriter(XmlWriter& out, const ColumnObject& object, SvgPaint& usedPaint)
+        : svg(out), column(object), paint(usedPaint), frame(object.GetBaseStoryFrameBox())
     {}
 
     void Write()
@@ -87,6 +89,7 @@ public:
         }
         for (std::size_t i = 0; i < lines.size() && !Budget::IsSpent(); ++i)
             AddLine(*column.lines[i], lines[i]);
+        EndText();
     }
 
 private:
@@ -96,20 +99,20 @@ private:
         if (fill->IsEmpty()) return;
         const double baseline = line.GetGdiPosition().y + span.atts->Get(Story::GlyphAtt::BaselineShift);
         const double ascent = span.atts->GetAscent();
-        pugi::xml_node rect = Append(parent, "rect");
-        Set(rect, "x", MakeNumber(span.x));
-        Set(rect, "y", MakeNumber(baseline - ascent));
-        Set(rect, "width", MakeNumber(std::max(0.0, line.GetWidth(span.first, span.last))));
-        Set(rect, "height", MakeNumber(std::max(0.0, ascent + span.atts->GetDescent())));
-        if (!column.transform.IsIdentity(0)) Set(rect, "transform", MakeTransform(column.transform));
-        paint.SetFill(rect, *fill);
-        if (column.clipPath) paint.SetClip(rect, *column.clipPath, column.clipWinding, column.transform);
-        AddLook(rect);
+        svg.Begin("rect");
+        svg.Attribute("x", span.x);
+        svg.Attribute("y", baseline - ascent);
+        svg.Attribute("width", std::max(0.0, line.GetWidth(span.first, span.last)));
+        svg.Attribute("height", std::max(0.0, ascent + span.atts->GetDescent()));
+        if (!column.transform.IsIdentity(0)) SetTransform(svg, column.transform);
+        paint.SetFill(svg, *fill);
+        if (column.clipPath) paint.SetClip(svg, *column.clipPath, column.clipWinding, column.transform);
+        AddLook();
+        svg.End();
     }
 
     void AddLine(const TextLineObject& line, const std::vector<Span>& spans)
     {
-        lineNode = {};
         for (const Span& span : spans) {
             const double size = span.atts->GetSize();
             const double scale = span.atts->Get(Story::GlyphAtt::HorizontalScale);
@@ -119,15 +122,18 @@ private:
         for (const TabPlace& tab : FindTabs(line, frame)) {
             if (tab.HasLeader()) AddLeader(line, tab);
         }
+        EndLine();
     }
 
     void AddSpan(const TextLineObject& line, const Span& span)
     {
         const double baseline = line.GetGdiPosition().y + span.atts->Get(Story::GlyphAtt::BaselineShift);
-        const auto pen = BeginSpan(*span.atts, {span.x, baseline});
+        const auto pen = BeginSpan(span.atts, {span.x, baseline});
         std::string style;
         AddDecorations(style, *span.atts);
-        AddWords(MakeRunNode(span.atts, pen.y), span.first, span.last, pen.x, shape.a, style);
+        const bool isOwn = BeginRun(span.atts, pen.y);
+        AddWords(svg, span.first, span.last, pen.x, shape.a, style);
+        if (isOwn) svg.End();
     }
 
     /// Dots stand at the end of the gap, as typesetters put them.
@@ -140,93 +146,106 @@ private:
         const double count = std::floor((tab.end - tab.start) / step);
         if (count < 1 || !Budget::Spend(Costs::c_svgChar * static_cast<unsigned long long>(count))) return;
         const double baseline = line.GetGdiPosition().y + atts->Get(Story::GlyphAtt::BaselineShift);
-        const auto pen = BeginSpan(*atts, {tab.end - count * step, baseline});
-        pugi::xml_node dots = Append(MakeRunNode(atts, pen.y), "tspan");
-        Set(dots, "x", MakeNumber(pen.x, 4));
-        dots.text().set(std::string(static_cast<std::size_t>(count), '.').c_str());
+        const auto pen = BeginSpan(atts, {tab.end - count * step, baseline});
+        const bool isOwn = BeginRun(atts, pen.y);
+        svg.Begin("tspan");
+        svg.Attribute("x", pen.x, 4);
+        svg.Text(std::string(static_cast<std::size_t>(count), '.'));
+        svg.End();
+        if (isOwn) svg.End();
     }
 
-    /// Sees to it that the element fits the glyphs, and gives a place of the column in it.
-    Kernel::PointT<double> BeginSpan(const Story::GlyphAtts& atts, Kernel::PointT<double> place)
+    /// Sees to it that the element fits the glyphs, and gives a place of the column in it. An element has the look of
+    /// its first run.
+    Kernel::PointT<double> BeginSpan(const Atts& atts, Kernel::PointT<double> place)
     {
-        const Params wanted = atts.GetGlyphTransform({0, 0}) * Params::Scale(1 / atts.GetSize(), 1 / atts.GetSize());
-        if (!text || !wanted.IsEqual(shape, 1e-9)) {
+        const double size = atts->GetSize();
+        const Params wanted = atts->GetGlyphTransform({0, 0}) * Params::Scale(1 / size, 1 / size);
+        if (!isInText || !wanted.IsEqual(shape, 1e-9)) {
+            EndText();
             shape = wanted;
             inverse = shape.GetInverse();
-            text = Append(parent, "text");
-            textAtts = nullptr;
-            lineNode = {};
+            svg.Begin("text");
+            isInText = true;
             const Params placement = column.transform * shape;
-            if (!placement.IsIdentity(0)) Set(text, "transform", MakeTransform(placement));
-            Set(text, "xml:space", "preserve");
-            if (column.clipPath) {
-                paint.SetClip(text, *MakeMoved(*column.clipPath, inverse), column.clipWinding, placement);
-            }
-            AddLook(text);
+            if (!placement.IsIdentity(0)) SetTransform(svg, placement);
+            svg.Attribute("xml:space", "preserve");
+            if (column.clipPath)
+                paint.SetClip(svg, *MakeMoved(*column.clipPath, inverse), column.clipWinding, placement);
+            AddLook();
+            textAtts = atts;
+            SetPaint(*atts, false);
         }
-        if (!lineNode) {
-            lineNode = Append(text, "tspan");
+        if (!isInLine) {
             penY = inverse.ApplyTo(place).y;
-            Set(lineNode, "y", MakeNumber(penY, 4));
+            svg.Begin("tspan");
+            svg.Attribute("y", penY, 4);
+            isInLine = true;
         }
         return inverse.ApplyTo(place);
     }
 
-    /// What a run of that look is put into. The element has the look of its first run.
-    pugi::xml_node MakeRunNode(const Atts& atts, double y)
+    /// Begins an element for a run that stands or looks otherwise than what is open; says whether it did.
+    bool BeginRun(const Atts& atts, double y)
     {
-        const bool isFirst = !textAtts;
-        if (isFirst) {
-            textAtts = atts;
-            SetPaint(text, *atts, false);
-        }
         // What follows a raised run stays up there unless it says where it stands.
         const bool isPlain = atts == textAtts && std::abs(y - penY) < 1e-4;
         penY = y;
-        if (isPlain) return lineNode;
-        pugi::xml_node node = Append(lineNode, "tspan");
-        Set(node, "y", MakeNumber(y, 4));
-        if (!(atts == textAtts)) SetPaint(node, *atts, true);
-        return node;
+        if (isPlain) return false;
+        svg.Begin("tspan");
+        svg.Attribute("y", y, 4);
+        if (!(atts == textAtts)) SetPaint(*atts, true);
+        return true;
     }
 
-    void SetPaint(pugi::xml_node node, const Story::GlyphAtts& atts, bool isOverriding)
+    void EndLine()
+    {
+        if (std::exchange(isInLine, false)) svg.End();
+    }
+
+    void EndText()
+    {
+        EndLine();
+        if (std::exchange(isInText, false)) svg.End();
+    }
+
+    void SetPaint(const Story::GlyphAtts& atts, bool isOverriding)
     {
         using namespace Story::GlyphAtt;
-        SetFont(node, atts, isOverriding);
-        paint.SetFill(node, *atts.GetFill(Story::GlyphAtt::Fill));
+        SetFont(svg, atts, isOverriding);
+        paint.SetFill(svg, *atts.GetFill(Story::GlyphAtt::Fill));
         if (Renderer::LineStyleDescriptor::IsLineStyleVisible(atts.GetLineStyle(), atts.GetFill(StrokeFill)))
-            paint.SetStroke(node, *atts.GetFill(StrokeFill), *atts.GetLineStyle(), GetScale(column.transform * shape));
+            paint.SetStroke(svg, *atts.GetFill(StrokeFill), *atts.GetLineStyle(), GetScale(column.transform * shape));
         else if (isOverriding)
-            Set(node, "stroke", "none");
+            svg.Attribute("stroke", "none");
     }
 
-    void AddLook(pugi::xml_node node)
+    void AddLook()
     {
         std::string style;
         AddBlendMode(style, column.GetBlendMode());
-        if (!style.empty()) Set(node, "style", style);
+        if (!style.empty()) svg.Attribute("style", style);
     }
 
-    const pugi::xml_node parent;
+    XmlWriter& svg;
     const ColumnObject& column;
     SvgPaint& paint;
     const Kernel::RectT<double> frame;
-    pugi::xml_node text;
+    bool isInText = false;
+    bool isInLine = false;
     /// From the element to the column.
     Params shape;
     Params inverse;
-    /// The look that the element has; null for none yet.
+    /// The look that the element has.
     Atts textAtts;
-    pugi::xml_node lineNode;
     double penY = 0;
 };
 
 } // namespace
 
-void AddColumn(pugi::xml_node parent, const ColumnObject& column, SvgPaint& paint)
+void AddColumn(XmlWriter& svg, const ColumnObject& column, SvgPaint& paint)
 {
-    ColumnWriter(parent, column, paint).Write();
+    ColumnWriter(svg, column, paint).Write();
 }
 
 } // namespace Host

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <pugixml.hpp>
-
 namespace Quillet {
 class ColumnObject;
 }
@@ -9,10 +7,11 @@ class ColumnObject;
 namespace Host {
 
 class SvgPaint;
+class XmlWriter;
 
 /// Appends a column: one text element, with a span for each line, in which each word stands where the page has it.
 /// Where glyphs change their scale or slant, which only an element can have, another element begins. Highlights lie
 /// behind it as rectangles.
-void AddColumn(pugi::xml_node parent, const Quillet::ColumnObject& column, SvgPaint& paint);
+void AddColumn(XmlWriter& svg, const Quillet::ColumnObject& column, SvgPaint& paint);
 
 } // namespace Host

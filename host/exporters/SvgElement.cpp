@@ -4,6 +4,7 @@
 #include "exporters/LongText.h"
 #include "exporters/NumberText.h"
 #include "exporters/PathData.h"
+#include "exporters/XmlWriter.h"
 
 #include <Quillet/Budget.h>
 
@@ -17,20 +18,6 @@ namespace Host {
 using namespace Quillet;
 using Params = Raster::AffineTransform::Params;
 
-pugi::xml_node Append(pugi::xml_node parent, const char* name)
-{
-    Budget::Spend(Costs::c_svgElement);
-    return parent.append_child(name);
-}
-
-const char* Set(pugi::xml_node node, const char* name, const std::string& value)
-{
-    Budget::Spend(Costs::c_svgAttribute + Costs::c_svgValueByte * value.size());
-    pugi::xml_attribute attribute = node.append_attribute(name);
-    attribute.set_value(value.c_str());
-    return attribute.value();
-}
-
 std::string MakeNumber(double value, int decimals)
 {
     std::string text;
@@ -38,16 +25,21 @@ std::string MakeNumber(double value, int decimals)
     return text;
 }
 
-std::string MakeTransform(const Params& transform)
+void SetTransform(XmlWriter& svg, const Params& transform)
 {
-    std::string text = "matrix(";
+    LongText& text = svg.BeginAttribute("transform");
+    text.Append("matrix(");
     for (const double value : {transform.a, transform.b, transform.c, transform.d}) {
         const double size = std::abs(value);
         // Nine digits that count, however small the scale.
         AppendNumber(text, value, size > 0 && size < 1 ? std::min(15, 9 - static_cast<int>(std::log10(size))) : 9);
-        text += ' ';
+        text.Put(' ');
     }
-    return text + MakeNumber(transform.e) + " " + MakeNumber(transform.f) + ")";
+    AppendNumber(text, transform.e, 6);
+    text.Put(' ');
+    AppendNumber(text, transform.f, 6);
+    text.Put(')');
+    svg.EndAttribute();
 }
 
 std::string MakePathData(const Geometry::PolyCurveDbl& path, const Params& toPage)
@@ -57,17 +49,10 @@ std::string MakePathData(const Geometry::PolyCurveDbl& path, const Params& toPag
     return text.Join();
 }
 
-LongText WriteXml(const pugi::xml_document& document, bool hasDeclaration)
+void SetPathData(XmlWriter& svg, const Geometry::PolyCurveDbl& path, const Params& toPage)
 {
-    struct Writer : pugi::xml_writer
-    {
-        void write(const void* data, std::size_t size) override { text.Append({static_cast<const char*>(data), size}); }
-        LongText text;
-    } out;
-    const Budget::Reprieve reprieve;
-    const unsigned head = hasDeclaration ? 0 : pugi::format_no_declaration;
-    document.save(out, "", pugi::format_raw | head, pugi::encoding_utf8);
-    return std::move(out.text);
+    AppendPathData(svg.BeginAttribute("d"), path, toPage);
+    svg.EndAttribute();
 }
 
 bool IsXmlCharacter(char32_t code)

@@ -2,9 +2,8 @@
 
 #include "exporters/Format.h"
 #include "exporters/SvgColumn.h"
+#include "exporters/SvgDrawing.h"
 #include "exporters/SvgElement.h"
-#include "exporters/SvgPaint.h"
-#include "exporters/SvgShapes.h"
 #include "exporters/SvgText.h"
 
 #include <Quillet/Budget.h>
@@ -20,62 +19,64 @@ namespace {
 
 using namespace Quillet;
 
-class SvgWriter : TreePass<pugi::xml_node>
+/// The level says whether the group is an element.
+class SvgWriter : TreePass<bool>
 {
 public:
-    SvgWriter(const Page& page, const std::string& title, const Raster::ICCManager::ICCProfileSet& profiles)
-        : svg(AddPage(document.root(), page)), defs(AddHead(svg, title)), paint(profiles, defs, ""), shapes(paint)
-    {}
+    explicit SvgWriter(const PageView& usedView) : view(usedView), drawing(view.profiles, "") {}
 
-    LongText Write(const GroupObject& root)
+    LongText Write()
     {
-        WalkTree(root, *this);
-        if (!defs.first_child()) svg.remove_child(defs);
-        LongText text = WriteXml(document, true);
-        text.Append("\n");
+        WalkTree(view.root, *this);
+        LongText text("<?xml version=\"1.0\"?>");
+        XmlWriter page(text);
+        page.Begin("svg");
+        SetLook(page);
+        if (!view.title.empty()) {
+            page.Begin("title");
+            page.Text(MakeXmlText(view.title));
+            page.End();
+        }
+        drawing.MoveTo(page);
+        page.End();
+        text.Put('\n');
+        text.Pay();
         return text;
     }
 
 private:
-    static pugi::xml_node AddPage(pugi::xml_node document, const Page& page)
+    void SetLook(XmlWriter& page) const
     {
-        const auto size = PageBase::ApplyRotate(page.GetTrimBox(), page.GetRotate());
+        const auto size = PageBase::ApplyRotate(view.page.GetTrimBox(), view.page.GetRotate());
         const std::string width = MakeNumber(size.GetWidth());
         const std::string height = MakeNumber(size.GetHeight());
-        const pugi::xml_node node = Append(document, "svg");
-        Set(node, "xmlns", "http://www.w3.org/2000/svg");
-        Set(node, "xmlns:inkscape", "http://www.inkscape.org/namespaces/inkscape");
-        Set(node, "xmlns:sodipodi", "http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd");
-        Set(node, "version", "1.1");
+        page.Attribute("xmlns", "http://www.w3.org/2000/svg");
+        page.Attribute("xmlns:inkscape", "http://www.inkscape.org/namespaces/inkscape");
+        page.Attribute("xmlns:sodipodi", "http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd");
+        page.Attribute("version", "1.1");
         // A page is an isolated group that is painted before it is put on paper (ISO 32000-2, 11.4.7): its blend modes
         // never see the paper.
-        Set(node, "style", "isolation:isolate");
-        Set(node, "width", width + "pt");
-        Set(node, "height", height + "pt");
-        Set(node, "viewBox", "0 0 " + width + " " + height);
-        return node;
+        page.Attribute("style", "isolation:isolate");
+        page.Attribute("width", width + "pt");
+        page.Attribute("height", height + "pt");
+        page.Attribute("viewBox", "0 0 " + width + " " + height);
     }
 
-    /// What stands before the content; gives where definitions go.
-    static pugi::xml_node AddHead(pugi::xml_node svg, const std::string& title)
+    Step Enter(const GroupObject& group, bool& isElement) override
     {
-        if (!title.empty()) Append(svg, "title").text().set(MakeXmlText(title).c_str());
-        return Append(svg, "defs");
-    }
-
-    /// The level is the element of the group; for the root, none as yet.
-    Step Enter(const GroupObject& group, pugi::xml_node& node) override
-    {
-        if (!node) {
-            node = IsPlain(group) ? svg : shapes.AddGroup(svg, group);
-            return Step::On;
-        }
-        if (Budget::IsSpent()) return Step::End;
-        node = shapes.AddGroup(node, group);
+        const bool isRoot = &group == &view.root;
+        if (!isRoot && Budget::IsSpent()) return Step::End;
+        isElement = !isRoot || !IsPlain(group);
+        if (isElement) drawing.shapes.BeginGroup(group);
         return Step::On;
     }
 
-    Step Visit(const Object& object, const pugi::xml_node& parent) override
+    void Leave(const GroupObject&, const bool& isElement) override
+    {
+        if (isElement) drawing.svg.End();
+    }
+
+    Step Visit(const Object& object, const bool&) override
     {
         if (Budget::IsSpent()) return Step::End;
         switch (object.GetKind()) {
@@ -83,13 +84,13 @@ private:
         case Object::Kind::Layer:
             break; // These are entered.
         case Object::Kind::Path:
-            shapes.AddPath(parent, static_cast<const PathObject&>(object));
+            drawing.shapes.AddPath(static_cast<const PathObject&>(object));
             break;
         case Object::Kind::TextLine:
-            AddTextLine(parent, static_cast<const TextLineObject&>(object), paint);
+            AddTextLine(drawing.svg, static_cast<const TextLineObject&>(object), drawing.paint);
             break;
         case Object::Kind::Column:
-            AddColumn(parent, static_cast<const ColumnObject&>(object), paint);
+            AddColumn(drawing.svg, static_cast<const ColumnObject&>(object), drawing.paint);
             break;
         case Object::Kind::Bitmap:
             break; // Pictures are not part of these files yet.
@@ -100,18 +101,15 @@ private:
     /// A group that the SVG element itself can stand for.
     static bool IsPlain(const GroupObject& group) { return !group.clipPath && !group.IsPreserve(); }
 
-    pugi::xml_document document;
-    pugi::xml_node svg;
-    pugi::xml_node defs;
-    SvgPaint paint;
-    SvgShapes shapes;
+    const PageView& view;
+    SvgDrawing drawing;
 };
 
 } // namespace
 
 LongText MakeSvg(const PageView& view)
 {
-    LongText text = SvgWriter(view.page, view.title, view.profiles).Write(view.root);
+    LongText text = SvgWriter(view).Write();
     if (Budget::IsSpent()) view.problems[Error::CutShort] = 1;
     return text;
 }

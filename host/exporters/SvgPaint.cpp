@@ -3,6 +3,7 @@
 #include "exporters/Costs.h"
 #include "exporters/NumberText.h"
 #include "exporters/SvgElement.h"
+#include "exporters/XmlWriter.h"
 
 #include <Quillet/Budget.h>
 
@@ -19,21 +20,21 @@ using Geometry::WindingOrderMode;
 
 namespace {
 
-void SetLine(pugi::xml_node node, const Renderer::LineStyleDescriptor& descriptor, double scale)
+void SetLine(XmlWriter& svg, const Renderer::LineStyleDescriptor& descriptor, double scale)
 {
     const Renderer::LineStyle& style = *descriptor.lineStyle;
     const int decimals = GetDecimals(scale, 1e-4);
     const double width = style.width / scale;
-    Set(node, "stroke-width", MakeNumber(width, decimals));
+    svg.Attribute("stroke-width", width, decimals);
     if (style.cap != Renderer::LineStyle::CapButt) {
-        Set(node, "stroke-linecap", style.cap == Renderer::LineStyle::CapHalfCircle ? "round" : "square");
+        svg.Attribute("stroke-linecap", style.cap == Renderer::LineStyle::CapHalfCircle ? "round" : "square");
     }
     if (style.join == Renderer::LineStyle::JoinRound)
-        Set(node, "stroke-linejoin", "round");
+        svg.Attribute("stroke-linejoin", "round");
     else if (style.join == Renderer::LineStyle::JoinBevel)
-        Set(node, "stroke-linejoin", "bevel");
+        svg.Attribute("stroke-linejoin", "bevel");
     else
-        Set(node, "stroke-miterlimit", MakeNumber(std::max(style.mitreLimit, 1.0)));
+        svg.Attribute("stroke-miterlimit", std::max(style.mitreLimit, 1.0));
     if (style.dashKind == Renderer::LineStyle::DashDashed) {
         std::string dashes;
         for (const double dash : style.dashes) {
@@ -41,84 +42,88 @@ void SetLine(pugi::xml_node node, const Renderer::LineStyleDescriptor& descripto
             if (!dashes.empty()) dashes += ' ';
             AppendNumber(dashes, dash * width, decimals);
         }
-        Set(node, "stroke-dasharray", dashes);
-        if (style.dashPhase != 0) Set(node, "stroke-dashoffset", MakeNumber(style.dashPhase * width, decimals));
+        svg.Attribute("stroke-dasharray", dashes);
+        if (style.dashPhase != 0) svg.Attribute("stroke-dashoffset", style.dashPhase * width, decimals);
     }
-    if (descriptor.isBehindFill) Set(node, "paint-order", "stroke");
+    if (descriptor.isBehindFill) svg.Attribute("paint-order", "stroke");
 }
 
 } // namespace
 
-void SvgPaint::SetFill(pugi::xml_node node, const Renderer::FillDescriptor& descriptor, const Params& toElement)
+void SvgPaint::SetFill(XmlWriter& svg, const Renderer::FillDescriptor& descriptor, const Params& toElement)
 {
-    SetPaint(node, "fill", "fill-opacity", descriptor, toElement);
+    SetPaint(svg, "fill", "fill-opacity", descriptor, toElement);
 }
 
-void SvgPaint::SetStroke(pugi::xml_node node, const Renderer::FillDescriptor& descriptor,
+void SvgPaint::SetStroke(XmlWriter& svg, const Renderer::FillDescriptor& descriptor,
                          const Renderer::LineStyleDescriptor& line, double scale, const Params& toElement)
 {
-    SetPaint(node, "stroke", "stroke-opacity", descriptor, toElement);
-    SetLine(node, line, scale > 0 ? scale : 1);
+    SetPaint(svg, "stroke", "stroke-opacity", descriptor, toElement);
+    SetLine(svg, line, scale > 0 ? scale : 1);
 }
 
-void SvgPaint::SetClip(pugi::xml_node node, const Geometry::PolyCurveDbl& path, WindingOrderMode winding,
+void SvgPaint::SetClip(XmlWriter& svg, const Geometry::PolyCurveDbl& path, WindingOrderMode winding,
                        const Params& toPage)
 {
     // Runs of objects share one clip.
-    const std::string data = MakePathData(path, toPage);
+    std::string data = MakePathData(path, toPage);
     const bool isEvenOdd = winding == WindingOrderMode::EvenOdd;
     auto& known = isEvenOdd ? evenOddClips : nonZeroClips;
-    auto found = known.find(data);
-    if (found == known.end()) {
-        const std::size_t number = nonZeroClips.size() + evenOddClips.size() + 1;
-        pugi::xml_node clip = Append(defs, "clipPath");
-        Set(clip, "id", MakeClipName(number));
-        Set(clip, "clipPathUnits", "userSpaceOnUse");
-        pugi::xml_node shape = Append(clip, "path");
-        found = known.emplace(Set(shape, "d", data), number).first;
-        if (isEvenOdd) Set(shape, "clip-rule", "evenodd");
+    const std::size_t number = nonZeroClips.size() + evenOddClips.size() + 1;
+    const auto [clip, isNew] = known.try_emplace(std::move(data), number);
+    if (isNew) {
+        defs.Begin("clipPath");
+        defs.Attribute("id", MakeClipName(number));
+        defs.Attribute("clipPathUnits", "userSpaceOnUse");
+        defs.Begin("path");
+        defs.Attribute("d", clip->first);
+        if (isEvenOdd) defs.Attribute("clip-rule", "evenodd");
+        defs.End();
+        defs.End();
     }
-    Set(node, "clip-path", "url(#" + MakeClipName(found->second) + ")");
+    svg.Attribute("clip-path", "url(#" + MakeClipName(clip->second) + ")");
 }
 
-void SvgPaint::SetPaint(pugi::xml_node node, const char* name, const char* opacityName,
+void SvgPaint::SetPaint(XmlWriter& svg, const char* name, const char* opacityName,
                         const Renderer::FillDescriptor& descriptor, const Params& toElement)
 {
     if (!descriptor.IsEmpty() && descriptor.fill->GetKind() == Renderer::Fill::Kind::Gradient) {
         const auto& fill = static_cast<const Renderer::FillGradient&>(*descriptor.fill);
-        Set(node, name, "url(#" + AddGradient(fill, toElement * descriptor.transform) + ")");
+        svg.Attribute(name, "url(#" + AddGradient(fill, toElement * descriptor.transform) + ")");
         return;
     }
     const auto colour = descriptor.IsEmpty() ? nullptr : descriptor.fill->GetColour();
     if (!colour) {
-        Set(node, name, "none");
+        svg.Attribute(name, "none");
         return;
     }
-    Set(node, name, MakeColourCode(*colour, profiles));
+    svg.Attribute(name, MakeColourCode(*colour, profiles));
     const double alpha = GetOpacity(*colour);
-    if (alpha != 1) Set(node, opacityName, MakeNumber(alpha));
+    if (alpha != 1) svg.Attribute(opacityName, alpha);
 }
 
 std::string SvgPaint::AddGradient(const Renderer::FillGradient& fill, const Params& placement)
 {
     const bool isLinear = fill.type == Renderer::FillGradient::Linear;
-    pugi::xml_node gradient = Append(defs, isLinear ? "linearGradient" : "radialGradient");
     std::string id = prefix + "gradient-" + std::to_string(++gradientCount);
-    Set(gradient, "id", id);
+    defs.Begin(isLinear ? "linearGradient" : "radialGradient");
+    defs.Attribute("id", id);
     // It runs over the unit square, or from the centre of the unit circle to its edge.
-    Set(gradient, "gradientUnits", "userSpaceOnUse");
+    defs.Attribute("gradientUnits", "userSpaceOnUse");
     for (const char* attribute : isLinear ? std::array{"x1", "y1", "y2"} : std::array{"cx", "cy", "fx"})
-        Set(gradient, attribute, "0");
-    Set(gradient, isLinear ? "x2" : "r", "1");
-    Set(gradient, "gradientTransform", MakeTransform(placement));
+        defs.Attribute(attribute, "0");
+    defs.Attribute(isLinear ? "x2" : "r", "1");
+    SetTransform(defs, placement);
     for (const Renderer::ColourPosition& position : fill.gradient->stops) {
         if (!Budget::Spend(Costs::c_svgElement)) break;
-        pugi::xml_node stop = Append(gradient, "stop");
-        Set(stop, "offset", MakeNumber(position.position));
-        Set(stop, "stop-color", MakeColourCode(*position.colour, profiles));
+        defs.Begin("stop");
+        defs.Attribute("offset", position.position);
+        defs.Attribute("stop-color", MakeColourCode(*position.colour, profiles));
         const double alpha = GetOpacity(*position.colour);
-        if (alpha != 1) Set(stop, "stop-opacity", MakeNumber(alpha));
+        if (alpha != 1) defs.Attribute("stop-opacity", alpha);
+        defs.End();
     }
+    defs.End();
     return id;
 }
 

@@ -9,11 +9,8 @@
 
 #include <Raster/ICCManager.h>
 
-#include <pugixml.hpp>
-
 #include <cstddef>
 #include <string>
-#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -24,40 +21,42 @@ class FillGradient;
 
 namespace Host {
 
-/// How the elements of an SVG look: colours as sRGB by way of `profiles`, gradients, which stand in its "defs", and
-/// clips, which stand there once for all who use them.
+class XmlWriter;
+
+/// How the elements of an SVG, each the one that has just begun, look: colours as sRGB by way of `profiles`, gradients,
+/// which stand in its "defs", and clips, which stand there once for all who use them.
 class SvgPaint
 {
 public:
     using Params = Raster::AffineTransform::Params;
 
     /// Names of clips and gradients begin with `namePrefix`: they are those of a whole file.
-    SvgPaint(const Raster::ICCManager::ICCProfileSet& usedProfiles, pugi::xml_node defsNode, std::string namePrefix)
-        : profiles(usedProfiles), defs(defsNode), prefix(std::move(namePrefix))
+    SvgPaint(const Raster::ICCManager::ICCProfileSet& usedProfiles, XmlWriter& definitions, std::string namePrefix)
+        : profiles(usedProfiles), defs(definitions), prefix(std::move(namePrefix))
     {}
 
     /// `toElement` leads from the space of the object to that of the element's data.
-    void SetFill(pugi::xml_node node, const Renderer::FillDescriptor& descriptor, const Params& toElement = {});
+    void SetFill(XmlWriter& svg, const Renderer::FillDescriptor& descriptor, const Params& toElement = {});
     /// `scale` leads from the space of the element's data to the page, on which the style's lengths are points.
-    void SetStroke(pugi::xml_node node, const Renderer::FillDescriptor& descriptor,
+    void SetStroke(XmlWriter& svg, const Renderer::FillDescriptor& descriptor,
                    const Renderer::LineStyleDescriptor& line, double scale, const Params& toElement = {});
     /// `path` is in the space of the element that it clips, from which `toPage` leads to the page.
-    void SetClip(pugi::xml_node node, const Geometry::PolyCurveDbl& path, Geometry::WindingOrderMode winding,
+    void SetClip(XmlWriter& svg, const Geometry::PolyCurveDbl& path, Geometry::WindingOrderMode winding,
                  const Params& toPage);
 
 private:
     std::string MakeClipName(std::size_t number) const { return prefix + "clip-" + std::to_string(number); }
-    void SetPaint(pugi::xml_node node, const char* name, const char* opacityName,
-                  const Renderer::FillDescriptor& descriptor, const Params& toElement);
+    void SetPaint(XmlWriter& svg, const char* name, const char* opacityName, const Renderer::FillDescriptor& descriptor,
+                  const Params& toElement);
     /// The name of a gradient in "defs".
     std::string AddGradient(const Renderer::FillGradient& fill, const Params& placement);
 
     const Raster::ICCManager::ICCProfileSet& profiles;
-    pugi::xml_node defs;
+    XmlWriter& defs;
     const std::string prefix;
-    /// The numbers of those in use, by their path data, which the document keeps.
-    std::unordered_map<std::string_view, std::size_t> nonZeroClips;
-    std::unordered_map<std::string_view, std::size_t> evenOddClips;
+    /// The numbers of those in use, by their path data.
+    std::unordered_map<std::string, std::size_t> nonZeroClips;
+    std::unordered_map<std::string, std::size_t> evenOddClips;
     std::size_t gradientCount = 0;
 };
 

@@ -3,6 +3,7 @@
 #include "exporters/PathData.h"
 #include "exporters/SvgElement.h"
 #include "exporters/SvgPaint.h"
+#include "exporters/XmlWriter.h"
 
 #include <Quillet/LayerObject.h>
 #include <Quillet/PathObject.h>
@@ -29,55 +30,55 @@ bool IsSimilarity(const Params& transform)
 
 } // namespace
 
-pugi::xml_node SvgShapes::AddGroup(pugi::xml_node parent, const GroupObject& group)
+void SvgShapes::BeginGroup(const GroupObject& group)
 {
-    pugi::xml_node node = Append(parent, "g");
+    svg.Begin("g");
     std::string style;
     if (group.IsLayer()) {
         const auto& layer = static_cast<const LayerObject&>(group);
-        Set(node, "inkscape:groupmode", "layer");
-        if (!layer.isEditable) Set(node, "sodipodi:insensitive", "true");
+        svg.Attribute("inkscape:groupmode", "layer");
+        if (!layer.isEditable) svg.Attribute("sodipodi:insensitive", "true");
         if (!layer.isVisible) AddStyle(style, "display:none");
     }
-    if (!group.name.empty()) Set(node, "inkscape:label", MakeXmlText(group.name));
-    if (group.clipPath) paint.SetClip(node, *group.clipPath, group.clipWinding, group.transform);
-    if (group.opacity != 1) Set(node, "opacity", MakeNumber(group.opacity));
+    if (!group.name.empty()) svg.Attribute("inkscape:label", MakeXmlText(group.name));
+    if (group.clipPath) paint.SetClip(svg, *group.clipPath, group.clipWinding, group.transform);
+    if (group.opacity != 1) svg.Attribute("opacity", group.opacity);
     if (group.isIsolated) AddStyle(style, "isolation:isolate");
     AddBlendMode(style, group.blendMode);
-    if (!style.empty()) Set(node, "style", style);
-    return node;
+    if (!style.empty()) svg.Attribute("style", style);
 }
 
-void SvgShapes::AddPath(pugi::xml_node parent, const PathObject& object)
+void SvgShapes::AddPath(const PathObject& object)
 {
     if (!object.path) return;
-    pugi::xml_node node = Append(parent, "path");
+    svg.Begin("path");
     const bool isStroked = object.IsStroked();
     // A line has one width on the page, which SVG can say only where x and y are scaled alike; elsewhere the path
     // itself moves to the page, and its clip with it.
     const bool isOnPage = isStroked && !IsSimilarity(object.transform);
     if (isOnPage) {
-        Set(node, "d", MakePathData(*MakeMoved(*object.path, object.transform), Params()));
+        SetPathData(svg, *MakeMoved(*object.path, object.transform), Params());
     } else {
-        Set(node, "d", MakePathData(*object.path, object.transform));
-        if (!object.transform.IsIdentity(0)) Set(node, "transform", MakeTransform(object.transform));
+        SetPathData(svg, *object.path, object.transform);
+        if (!object.transform.IsIdentity(0)) SetTransform(svg, object.transform);
     }
     const Params toElement = isOnPage ? object.transform : Params();
-    paint.SetFill(node, *object.GetBrushDescriptor(), toElement);
-    if (object.IsFilled() && object.winding == WindingOrderMode::EvenOdd) Set(node, "fill-rule", "evenodd");
+    paint.SetFill(svg, *object.GetBrushDescriptor(), toElement);
+    if (object.IsFilled() && object.winding == WindingOrderMode::EvenOdd) svg.Attribute("fill-rule", "evenodd");
     if (isStroked) {
         const double scale = isOnPage ? 1 : GetScale(object.transform);
-        paint.SetStroke(node, *object.penDescriptor, *object.lineStyleDescriptor, scale, toElement);
+        paint.SetStroke(svg, *object.penDescriptor, *object.lineStyleDescriptor, scale, toElement);
     }
     if (object.clipPath && isOnPage) {
-        paint.SetClip(node, *MakeMoved(*object.clipPath, object.transform), object.clipWinding, Params());
+        paint.SetClip(svg, *MakeMoved(*object.clipPath, object.transform), object.clipWinding, Params());
     } else if (object.clipPath) {
-        paint.SetClip(node, *object.clipPath, object.clipWinding, object.transform);
+        paint.SetClip(svg, *object.clipPath, object.clipWinding, object.transform);
     }
-    if (object.opacity != 1) Set(node, "opacity", MakeNumber(object.opacity));
+    if (object.opacity != 1) svg.Attribute("opacity", object.opacity);
     std::string style;
     AddBlendMode(style, object.blendMode);
-    if (!style.empty()) Set(node, "style", style);
+    if (!style.empty()) svg.Attribute("style", style);
+    svg.End();
 }
 
 } // namespace Host

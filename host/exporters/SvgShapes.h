@@ -1,7 +1,5 @@
 #pragma once
 
-#include <pugixml.hpp>
-
 namespace Quillet {
 class GroupObject;
 class PathObject;
@@ -10,18 +8,20 @@ class PathObject;
 namespace Host {
 
 class SvgPaint;
+class XmlWriter;
 
 /// What is no text, as elements of an SVG.
 class SvgShapes
 {
 public:
-    explicit SvgShapes(SvgPaint& usedPaint) : paint(usedPaint) {}
+    SvgShapes(XmlWriter& out, SvgPaint& usedPaint) : svg(out), paint(usedPaint) {}
 
-    /// A group without its children.
-    pugi::xml_node AddGroup(pugi::xml_node parent, const Quillet::GroupObject& group);
-    void AddPath(pugi::xml_node parent, const Quillet::PathObject& object);
+    /// What comes next, up to the element's end, are its children.
+    void BeginGroup(const Quillet::GroupObject& group);
+    void AddPath(const Quillet::PathObject& object);
 
 private:
+    XmlWriter& svg;
     SvgPaint& paint;
 };
 

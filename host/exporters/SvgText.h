@@ -1,7 +1,5 @@
 #pragma once
 
-#include <pugixml.hpp>
-
 namespace Quillet {
 class TextLineObject;
 } // namespace Quillet
@@ -9,9 +7,10 @@ class TextLineObject;
 namespace Host {
 
 class SvgPaint;
+class XmlWriter;
 
 /// Appends a line, run by run and word by word, so that each word starts and ends where the page has it, whatever font
 /// it is shown in.
-void AddTextLine(pugi::xml_node parent, const Quillet::TextLineObject& line, SvgPaint& paint);
+void AddTextLine(XmlWriter& svg, const Quillet::TextLineObject& line, SvgPaint& paint);
 
 } // namespace Host

@@ -3,6 +3,7 @@
 #include "exporters/Costs.h"
 #include "exporters/SvgElement.h"
 #include "exporters/TextRuns.h"
+#include "exporters/XmlWriter.h"
 
 #include <Quillet/Budget.h>
 
@@ -77,7 +78,7 @@ bool IsSeen(Chars::const_iterator first, Chars::const_iterator last)
     return std::any_of(first, last, [](const Char& c) { return !c.isSpace && !c.IsTab(); });
 }
 
-void AddWords(pugi::xml_node text, Chars::const_iterator first, Chars::const_iterator last, double pen, double scale,
+void AddWords(XmlWriter& svg, Chars::const_iterator first, Chars::const_iterator last, double pen, double scale,
               const std::string& style)
 {
     while (first != last) {
@@ -90,22 +91,23 @@ void AddWords(pugi::xml_node text, Chars::const_iterator first, Chars::const_ite
         if (!Budget::Spend(Costs::c_svgChar * static_cast<unsigned long long>(piece.last - first))) return;
         const std::string characters = MakeXmlText(GetRunText(first, piece.last));
         if (!characters.empty()) {
-            pugi::xml_node span = Append(text, "tspan");
-            Set(span, "x", MakeNumber(pen, 4));
-            if (std::abs(piece.spacing) > 1e-3) Set(span, "letter-spacing", MakeNumber(piece.spacing, 4));
+            svg.Begin("tspan");
+            svg.Attribute("x", pen, 4);
+            if (std::abs(piece.spacing) > 1e-3) svg.Attribute("letter-spacing", piece.spacing, 4);
             std::string ownStyle = style;
             // The characters are in the order of their places, and not of reading.
             if (std::any_of(first, piece.last, IsRightToLeft))
                 AddStyle(ownStyle, "direction:ltr;unicode-bidi:bidi-override");
-            if (!ownStyle.empty()) Set(span, "style", ownStyle);
-            span.text().set(characters.c_str());
+            if (!ownStyle.empty()) svg.Attribute("style", ownStyle);
+            svg.Text(characters);
+            svg.End();
         }
         for (; first != piece.last; ++first)
             pen += first->width / scale;
     }
 }
 
-void SetFont(pugi::xml_node node, const Story::GlyphAtts& atts, bool isOverriding)
+void SetFont(XmlWriter& svg, const Story::GlyphAtts& atts, bool isOverriding)
 {
     const Kernel::Font& desired = atts.GetDesiredFont();
     const Kernel::Font& actual = atts.GetFontMetrics()->GetActualFont();
@@ -120,10 +122,10 @@ void SetFont(pugi::xml_node node, const Story::GlyphAtts& atts, bool isOverridin
     };
     add(actual.family);
     if (desired.family != actual.family) add(desired.family.empty() ? desired.postscriptName : desired.family);
-    Set(node, "font-family", MakeXmlText(families));
-    Set(node, "font-size", MakeNumber(atts.GetSize(), 4));
-    if (isOverriding || actual.weight != 400) Set(node, "font-weight", std::to_string(actual.weight));
-    if (isOverriding || actual.isItalic) Set(node, "font-style", actual.isItalic ? "italic" : "normal");
+    svg.Attribute("font-family", MakeXmlText(families));
+    svg.Attribute("font-size", atts.GetSize(), 4);
+    if (isOverriding || actual.weight != 400) svg.Attribute("font-weight", std::to_string(actual.weight));
+    if (isOverriding || actual.isItalic) svg.Attribute("font-style", actual.isItalic ? "italic" : "normal");
 }
 
 void AddDecorations(std::string& style, const Story::GlyphAtts& atts)

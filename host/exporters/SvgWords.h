@@ -2,23 +2,23 @@
 
 #include <Quillet/TextLineObject.h>
 
-#include <pugixml.hpp>
-
 #include <string>
 
 namespace Host {
 
+class XmlWriter;
+
 /// Whether there is anything but spaces and tabs.
 bool IsSeen(Quillet::TextLineObject::Chars::const_iterator first, Quillet::TextLineObject::Chars::const_iterator last);
 
-/// Appends characters word by word from `pen` on, in points of the text element, whose unit is `scale` points of the
-/// line. Tabs are gaps. Each word has the `style`: not every renderer hands decorations on.
-void AddWords(pugi::xml_node text, Quillet::TextLineObject::Chars::const_iterator first,
+/// Appends characters word by word from `pen` on, in points of the text element that is open, whose unit is `scale`
+/// points of the line. Tabs are gaps. Each word has the `style`: not every renderer hands decorations on.
+void AddWords(XmlWriter& svg, Quillet::TextLineObject::Chars::const_iterator first,
               Quillet::TextLineObject::Chars::const_iterator last, double pen, double scale,
               const std::string& style = {});
 
 /// With `isOverriding`, what is usual is said too.
-void SetFont(pugi::xml_node node, const Story::GlyphAtts& atts, bool isOverriding);
+void SetFont(XmlWriter& svg, const Story::GlyphAtts& atts, bool isOverriding);
 
 /// Appends to the value of a "style".
 void AddDecorations(std::string& style, const Story::GlyphAtts& atts);
