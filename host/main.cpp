@@ -1,6 +1,8 @@
 #include "CommandLine.h"
+#include "LargePages.h"
 
 int main(int argc, char** argv)
 {
+    Host::UseLargePages();
     return Host::RunCommandLine(argc, argv);
 }

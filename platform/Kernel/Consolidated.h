@@ -12,10 +12,24 @@ namespace Kernel {
 class QUILLET_API Consolidatable : public Countable
 {
 public:
-    /// Equal values have equal hashes. Stable within a process only.
+    Consolidatable() = default;
+    /// A copy is a value of its own, which is not interned.
+    Consolidatable(const Consolidatable& other) noexcept : Countable(other) {}
+    Consolidatable& operator=(const Consolidatable&) noexcept { return *this; }
+
+    /// Equal values have equal hashes. Stable within a process only: what files say is hashed with a seed of the
+    /// process
+    /// (`HashAccumulator`).
     virtual std::size_t GetHash() const = 0;
     /// `other` is of the same dynamic type.
     virtual bool IsEqual(const Consolidatable& other) const = 0;
+
+private:
+    friend class InternTable;
+
+    // The table's: what it found the value by, and the next one in its chain.
+    mutable std::size_t internedHash = 0;
+    mutable const Consolidatable* nextInterned = nullptr;
 };
 
 /// The process-wide table of interned values. It owns nothing: a value that nobody holds leaves it.
@@ -31,6 +45,7 @@ public:
 
 private:
     friend class Countable;
+    class Shard;
     static void Release(const Countable& value) noexcept;
 };
 

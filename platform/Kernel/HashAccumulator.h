@@ -12,8 +12,8 @@
 
 namespace Kernel {
 
-/// Builds a hash from the parts of a value. The same bytes in the same steps give the same hash on every run on one
-/// kind of machine; the hash is neither for files nor against attackers.
+/// Builds a hash from the parts of a value. The same bytes in the same steps give the same hash within a process. Each
+/// process has a seed of its own, so that no file can be made whose values all meet in one place of a table.
 class QUILLET_API HashAccumulator
 {
 public:
