@@ -1,5 +1,6 @@
 #include <Kernel/FontCache.h>
 
+#include <Kernel/FontSnapshot.h>
 #include <Kernel/ToLowerCase.h>
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <tuple>
+#include <utility>
 
 #include <fontconfig/fontconfig.h>
 
@@ -121,8 +123,9 @@ Config LoadConfig()
 
 } // namespace
 
-struct FontCache::Configuration
+class FontCache::Configuration
 {
+public:
     /// The best pattern for a family and a style; null without fonts.
     Pattern Match(const std::string& family, const Font& style) const
     {
@@ -138,8 +141,86 @@ struct FontCache::Configuration
         return Pattern(FcFontMatch(config.get(), pattern.get(), &result));
     }
 
+    std::vector<FontFace> ListFaces() const
+    {
+        std::vector<FontFace> found;
+        if (!config) return found;
+        const Pattern all(FcPatternCreate());
+        FcObjectSet* objects = FcObjectSetBuild(FC_POSTSCRIPT_NAME, FC_FAMILY, FC_WEIGHT, FC_WIDTH, FC_SLANT,
+                                                FC_SPACING, FC_VARIABLE, FC_FILE, FC_INDEX, nullptr);
+        FcFontSet* set = FcFontList(config.get(), all.get(), objects);
+        for (int i = 0; set && i < set->nfont; ++i)
+            found.push_back(ReadFace(set->fonts[i]));
+        if (set) FcFontSetDestroy(set);
+        FcObjectSetDestroy(objects);
+        // In an order of its own, so that which of two equal fonts is used does not depend on the order of a folder.
+        std::sort(found.begin(), found.end(), IsBefore);
+        return found;
+    }
+
+    /// The files and folders that all answers come from; some may be missing.
+    std::vector<std::string> ListSources() const
+    {
+        std::vector<std::string> sources;
+        if (!config) return sources;
+        Append(sources, FcConfigGetConfigFiles(config.get()));
+        // A file that joins those of a folder.
+        for (std::size_t i = 0, count = sources.size(); i < count; ++i)
+            sources.push_back(std::filesystem::path(sources[i]).parent_path().string());
+        Append(sources, FcConfigGetConfigDirs(config.get()));
+        Append(sources, FcConfigGetFontDirs(config.get()));
+        for (const auto& [variable, fallback] : {std::pair("XDG_CONFIG_HOME", ".config"), {"HOME", ""}}) {
+            const char* const named = std::getenv(variable);
+            const char* const home = std::getenv("HOME");
+            if (!named && !home) continue;
+            const std::filesystem::path folder = named ? named : std::filesystem::path(home) / fallback;
+            for (const char* name :
+                 {"fontconfig", "fontconfig/fonts.conf", "fontconfig/conf.d", ".fonts.conf", ".fonts.conf.d"})
+                sources.push_back((folder / name).string());
+        }
+        std::sort(sources.begin(), sources.end());
+        sources.erase(std::unique(sources.begin(), sources.end()), sources.end());
+        return sources;
+    }
+
+private:
+    static void Append(std::vector<std::string>& texts, FcStrList* list)
+    {
+        while (const FcChar8* text = list ? FcStrListNext(list) : nullptr)
+            texts.emplace_back(reinterpret_cast<const char*>(text));
+        if (list) FcStrListDone(list);
+    }
+
     Config config = LoadConfig();
 };
+
+namespace {
+
+/// What fontconfig's answers depend on beside files.
+std::string GetEnvironment()
+{
+    std::string text = std::to_string(FcGetVersion());
+    for (const char* name : {"FONTCONFIG_FILE", "FONTCONFIG_PATH", "FONTCONFIG_SYSROOT", "FC_LANG", "LC_ALL",
+                             "LC_CTYPE", "LANG", "HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
+        const char* const value = std::getenv(name);
+        text += '\n';
+        if (value) text += std::string("=") + value;
+    }
+    return text;
+}
+
+std::filesystem::path& GetKeptDirectory()
+{
+    static std::filesystem::path directory;
+    return directory;
+}
+
+} // namespace
+
+void FontCache::KeepIn(const std::filesystem::path& directory)
+{
+    GetKeptDirectory() = directory;
+}
 
 const FontCache& FontCache::GetInstance()
 {
@@ -153,23 +234,29 @@ bool FontCache::IsLoaded()
     return s_isLoaded;
 }
 
-FontCache::FontCache() : configuration(std::make_unique<Configuration>())
+FontCache::FontCache()
+    : snapshot(GetKeptDirectory().empty() ? nullptr
+                                          : std::make_unique<FontSnapshot>(GetKeptDirectory(), GetEnvironment()))
 {
     s_isLoaded = true;
-    if (!configuration->config) return;
-    const Pattern all(FcPatternCreate());
-    FcObjectSet* objects = FcObjectSetBuild(FC_POSTSCRIPT_NAME, FC_FAMILY, FC_WEIGHT, FC_WIDTH, FC_SLANT, FC_SPACING,
-                                            FC_VARIABLE, FC_FILE, FC_INDEX, nullptr);
-    FcFontSet* set = FcFontList(configuration->config.get(), all.get(), objects);
-    std::vector<FontFace> found;
-    for (int i = 0; set && i < set->nfont; ++i)
-        found.push_back(ReadFace(set->fonts[i]));
-    if (set) FcFontSetDestroy(set);
-    FcObjectSetDestroy(objects);
-    // In an order of its own, so that which of two equal fonts is used does not depend on the order of a folder.
-    std::sort(found.begin(), found.end(), IsBefore);
-    for (FontFace& face : found)
-        Add(std::move(face));
+    const auto kept = snapshot ? snapshot->Read() : std::nullopt;
+    if (!kept) {
+        AskMachine();
+        return;
+    }
+    for (const FontFace& face : kept->faces)
+        Add(face);
+    for (const auto& [question, face] : kept->matches)
+        matches.emplace(question, face < 0 ? nullptr : faces[static_cast<std::size_t>(face)].get());
+}
+
+void FontCache::AskMachine()
+{
+    configuration = std::make_unique<Configuration>();
+    const std::vector<FontFace> found = configuration->ListFaces();
+    if (snapshot) snapshot->Write(found, configuration->ListSources());
+    for (const FontFace& face : found)
+        Add(face);
 }
 
 FontCache::~FontCache() = default;
@@ -227,8 +314,17 @@ const FontFace* FontCache::Match(const std::string& family, const Font& style) c
     const std::lock_guard lock(mutex);
     const auto [entry, isNew] = matches.try_emplace(key, nullptr);
     if (!isNew) return entry->second;
+    const int face = AskForMatch(family, style);
+    if (face >= 0) entry->second = faces[static_cast<std::size_t>(face)].get();
+    if (snapshot) snapshot->Add(key, face);
+    return entry->second;
+}
+
+int FontCache::AskForMatch(const std::string& family, const Font& style) const
+{
+    if (!configuration) configuration = std::make_unique<Configuration>();
     const Pattern pattern = configuration->Match(family, style);
-    if (!pattern) return nullptr;
+    if (!pattern) return -1;
     const FontFace wanted = ReadFace(pattern.get());
     const auto same = std::ranges::find_if(faces, [&wanted](const std::unique_ptr<FontFace>& face) {
         return face->file == wanted.file && face->index == wanted.index;
@@ -236,8 +332,7 @@ const FontFace* FontCache::Match(const std::string& family, const Font& style) c
     const auto alike = same != faces.end() ? same : std::ranges::find_if(faces, [&wanted](const auto& face) {
         return face->file == wanted.file;
     });
-    if (alike != faces.end()) entry->second = alike->get();
-    return entry->second;
+    return alike == faces.end() ? -1 : static_cast<int>(alike - faces.begin());
 }
 
 const FontFace* FontCache::MatchKnown(const std::string& family, const Font& style) const

@@ -2,6 +2,7 @@
 
 #include <Kernel/Font.h>
 
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -11,6 +12,8 @@
 #include <vector>
 
 namespace Kernel {
+
+class FontSnapshot;
 
 /// A font of the machine, and where it lies.
 struct FontFace
@@ -35,6 +38,9 @@ public:
     static const FontCache& GetInstance();
     /// Whether the machine was asked for its fonts yet.
     static bool IsLoaded();
+    /// Keeps what fontconfig says in a folder from one process to the next (`FontSnapshot`): to ask it takes longer
+    /// than to import a page. Before fonts are first asked for; the library by itself leaves nothing on the machine.
+    static void KeepIn(const std::filesystem::path& directory);
 
     /// Null if no font has that PostScript name.
     const FontFamily* FindFontFamilyByPostscriptName(const std::string& name) const;
@@ -56,10 +62,15 @@ private:
     FontCache();
     ~FontCache();
 
-    struct Configuration;
+    class Configuration;
+    void AskMachine();
     void Add(FontFace face);
+    /// The number of a face that fontconfig gives; -1 for none.
+    int AskForMatch(const std::string& family, const Font& style) const;
 
-    std::unique_ptr<Configuration> configuration;
+    /// What was kept answers for it until it is asked something new.
+    mutable std::unique_ptr<Configuration> configuration;
+    const std::unique_ptr<FontSnapshot> snapshot;
     std::vector<std::unique_ptr<FontFace>> faces;
     std::map<std::string, FontFamily> families;
     std::unordered_map<std::string, const FontFace*> byName;
