@@ -12,7 +12,9 @@ if(PROJECT_IS_TOP_LEVEL)
 
   find_program(QUILLET_CCACHE ccache)
   if(QUILLET_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${QUILLET_CCACHE})
+    # What it has to be told of headers that are compiled once.
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+      ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${QUILLET_CCACHE})
   endif()
 endif()
 

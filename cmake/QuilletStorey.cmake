@@ -11,6 +11,7 @@ function(quillet_storey name)
   target_link_libraries(${name} PUBLIC ${arg_BELOW} PRIVATE ${arg_PRIVATE} quillet_options)
   cmake_path(GET arg_HEADERS PARENT_PATH includeDirectory)
   target_include_directories(${name} PUBLIC ${includeDirectory})
+  quillet_precompile(${name})
   set_property(GLOBAL APPEND PROPERTY QUILLET_STOREYS ${name})
   set_property(GLOBAL APPEND PROPERTY QUILLET_INCLUDES ${includeDirectory})
   install(DIRECTORY ${arg_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/quillet
@@ -66,6 +67,16 @@ set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+# quillet_precompile(TARGET header...): for builds that only check. A build without it says which include is missing.
+function(quillet_precompile name)
+  if(QUILLET_PRECOMPILE)
+    target_precompile_headers(${name} PRIVATE <algorithm> <array> <cmath> <cstdint> <functional> <map> <memory>
+      <optional> <span> <string> <string_view> <unordered_map> <utility> <vector> ${ARGN})
+    # Else the compiler's cache would take each build's header for another one.
+    target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>)
+  endif()
+endfunction()
 
 set(QUILLET_SANITIZE "" CACHE STRING "Sanitizers for every target, as -fsanitize takes them")
 if(QUILLET_SANITIZE)

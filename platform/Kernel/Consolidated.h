@@ -15,7 +15,7 @@ public:
     Consolidatable() = default;
     /// A copy is a value of its own, which is not interned.
     Consolidatable(const Consolidatable& other) noexcept : Countable(other) {}
-    Consolidatable& operator=(const Consolidatable&) noexcept { return *this; }
+    Consolidatable& operator=(const Consolidatable&) = delete;
 
     /// Equal values have equal hashes. Stable within a process only: what files say is hashed with a seed of the
     /// process

@@ -200,21 +200,41 @@ Kernel::Counted<FontEncoding> MakeSingleTable(const char* name, std::span<const 
     return encoding;
 }
 
+Encoding MakeTable(Type type)
+{
+    switch (type) {
+    case FontEncodingIdentity:
+        return MakeIdentity();
+    case FontEncodingStandard:
+        return MakeLatinTable("StandardEncoding", LatinEncoding::c_standard);
+    case FontEncodingMacRoman:
+        return MakeLatinTable("MacRomanEncoding", LatinEncoding::c_macRoman);
+    case FontEncodingWinAnsi:
+        return MakeLatinTable("WinAnsiEncoding", LatinEncoding::c_winAnsi);
+    case FontEncodingMacExpert:
+        return MakeSingleTable("MacExpertEncoding", c_macExpertEncoding);
+    case FontEncodingSymbol:
+        return MakeSingleTable("Symbol", c_symbolEncoding);
+    case FontEncodingZapfDingbats:
+        return MakeSingleTable("ZapfDingbats", c_zapfDingbatsEncoding);
+    }
+    return nullptr;
+}
+
 Encoding FontEncodingFactory::Get(Type type)
 {
-    static const auto& encodings = *[] {
+    struct Table
+    {
+        std::once_flag once;
+        Encoding encoding;
+    };
+    static auto& tables = *new std::array<Table, 7>;
+    Table& table = tables.at(static_cast<std::size_t>(type));
+    std::call_once(table.once, [&] {
         const Budget::Reprieve reprieve;
-        return new std::array<Encoding, 7>{
-            MakeIdentity(),
-            MakeLatinTable("StandardEncoding", LatinEncoding::c_standard),
-            MakeLatinTable("MacRomanEncoding", LatinEncoding::c_macRoman),
-            MakeLatinTable("WinAnsiEncoding", LatinEncoding::c_winAnsi),
-            MakeSingleTable("MacExpertEncoding", c_macExpertEncoding),
-            MakeSingleTable("Symbol", c_symbolEncoding),
-            MakeSingleTable("ZapfDingbats", c_zapfDingbatsEncoding),
-        };
-    }();
-    return encodings.at(static_cast<std::size_t>(type));
+        table.encoding = MakeTable(type);
+    });
+    return table.encoding;
 }
 
 Type FontEncodingFactory::GetNamedId(const std::string& encodingName, const std::string& fontName, bool isSymbolic)
