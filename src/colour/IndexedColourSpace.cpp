@@ -69,13 +69,7 @@ void IndexedColourSpace::LoadTableFromStream(Kernel::Counted<Dictionary> diction
 {
     const auto stream = Kernel::MakeCounted<Stream>(std::move(dictionary));
     std::vector<char> bytes(static_cast<std::size_t>(entryCount) * static_cast<std::size_t>(base->GetComponentCount()));
-    std::size_t length = 0;
-    while (length < bytes.size()) {
-        const int count = stream->Read(bytes.data() + length, static_cast<int>(bytes.size() - length));
-        if (count <= 0) break;
-        length += static_cast<std::size_t>(count);
-    }
-    bytes.resize(length);
+    bytes.resize(stream->ReadUpTo(bytes.data(), bytes.size()));
     LoadTableFromStringBuf(bytes, entryCount);
     // Unlike a string, a stream that is too short leaves entries of zeros.
     table.resize(static_cast<std::size_t>(entryCount), Colour(base->GetComponentCount()));

@@ -1,7 +1,7 @@
 #include "colour/PsCompiler.h"
 
 #include "colour/Function.h"
-#include "colour/PsOperators.h"
+#include "colour/PsInterpreter.h"
 #include "document/Guard.h"
 #include "document/Limits.h"
 

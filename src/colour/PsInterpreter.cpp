@@ -4,8 +4,10 @@
 #include <cmath>
 #include <cstdint>
 #include <functional>
+#include <iterator>
 #include <limits>
 #include <numbers>
+#include <string_view>
 
 namespace Quillet {
 
@@ -13,12 +15,82 @@ namespace {
 
 constexpr double c_degree = std::numbers::pi / 180;
 
+struct PsOperator
+{
+    std::string_view name;
+    /// Null for those that do nothing on their own: booleans are values, and conditionals stand behind procedures.
+    void (PsInterpreter::*evaluate)();
+};
+
+/// By code, which is by name: in order of bytes, for the search.
+constexpr PsOperator c_operators[] = {
+    {"abs", &PsInterpreter::EvaluateAbs},
+    {"add", &PsInterpreter::EvaluateAdd},
+    {"and", &PsInterpreter::EvaluateAnd},
+    {"atan", &PsInterpreter::EvaluateAtan},
+    {"bitshift", &PsInterpreter::EvaluateBitshift},
+    {"ceiling", &PsInterpreter::EvaluateCeiling},
+    {"copy", &PsInterpreter::EvaluateCopy},
+    {"cos", &PsInterpreter::EvaluateCos},
+    {"cvi", &PsInterpreter::EvaluateCvi},
+    {"cvr", &PsInterpreter::EvaluateCvr},
+    {"div", &PsInterpreter::EvaluateDiv},
+    {"dup", &PsInterpreter::EvaluateDup},
+    {"eq", &PsInterpreter::EvaluateEq},
+    {"exch", &PsInterpreter::EvaluateExch},
+    {"exp", &PsInterpreter::EvaluateExp},
+    {"false", nullptr},
+    {"floor", &PsInterpreter::EvaluateFloor},
+    {"ge", &PsInterpreter::EvaluateGe},
+    {"gt", &PsInterpreter::EvaluateGt},
+    {"idiv", &PsInterpreter::EvaluateIdiv},
+    {"if", nullptr},
+    {"ifelse", nullptr},
+    {"index", &PsInterpreter::EvaluateIndex},
+    {"le", &PsInterpreter::EvaluateLe},
+    {"ln", &PsInterpreter::EvaluateLn},
+    {"log", &PsInterpreter::EvaluateLog},
+    {"lt", &PsInterpreter::EvaluateLt},
+    {"mod", &PsInterpreter::EvaluateMod},
+    {"mul", &PsInterpreter::EvaluateMul},
+    {"ne", &PsInterpreter::EvaluateNe},
+    {"neg", &PsInterpreter::EvaluateNeg},
+    {"not", &PsInterpreter::EvaluateNot},
+    {"or", &PsInterpreter::EvaluateOr},
+    {"pop", &PsInterpreter::EvaluatePop},
+    {"roll", &PsInterpreter::EvaluateRoll},
+    {"round", &PsInterpreter::EvaluateRound},
+    {"sin", &PsInterpreter::EvaluateSin},
+    {"sqrt", &PsInterpreter::EvaluateSqrt},
+    {"sub", &PsInterpreter::EvaluateSub},
+    {"true", nullptr},
+    {"truncate", &PsInterpreter::EvaluateTruncate},
+    {"xor", &PsInterpreter::EvaluateXor},
+};
+
+constexpr const PsOperator& GetRow(PsCode code)
+{
+    return c_operators[code - PsFirstOperator];
+}
+
+static_assert(std::size(c_operators) == PsUnknown - PsFirstOperator);
+static_assert(std::ranges::is_sorted(c_operators, {}, &PsOperator::name));
+static_assert(GetRow(PsFalse).name == "false" && GetRow(PsTrue).name == "true");
+static_assert(GetRow(PsIf).name == "if" && GetRow(PsIfElse).name == "ifelse");
+
 bool FitsInteger(double value)
 {
     return value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max();
 }
 
 } // namespace
+
+PsCode GetPsOperator(const char* name)
+{
+    const auto* const found = std::ranges::lower_bound(c_operators, std::string_view(name), {}, &PsOperator::name);
+    if (found == std::end(c_operators) || found->name != name) return PsUnknown;
+    return static_cast<PsCode>(PsFirstOperator + (found - c_operators));
+}
 
 void PsInterpreter::OnError() const
 {
@@ -49,6 +121,13 @@ double PsInterpreter::PopReal()
     const PsObject object = Pop();
     Check(object.IsNumber());
     return object.GetReal();
+}
+
+double PsInterpreter::PopPositive()
+{
+    const double value = PopReal();
+    Check(value > 0);
+    return value;
 }
 
 bool PsInterpreter::PopBool()
@@ -101,102 +180,10 @@ std::size_t PsInterpreter::Branch(const PsProcedureVec& procedures, const std::v
 
 void PsInterpreter::Execute(PsCode code)
 {
-    switch (code) {
-    case PsAbs:
-        return EvaluateAbs();
-    case PsAdd:
-        return EvaluateAdd();
-    case PsAnd:
-        return EvaluateAnd();
-    case PsAtan:
-        return EvaluateAtan();
-    case PsBitshift:
-        return EvaluateBitshift();
-    case PsCeiling:
-        return EvaluateCeiling();
-    case PsCopy:
-        return EvaluateCopy();
-    case PsCos:
-        return Push(PsObject(std::cos(PopReal() * c_degree)));
-    case PsCvi:
-        return EvaluateCvi();
-    case PsCvr:
-        return Push(PsObject(PopReal()));
-    case PsDiv:
-        return EvaluateDiv();
-    case PsDup:
-        Check(count > 0);
-        return Push(stack[count - 1]);
-    case PsEq:
-        return EvaluateEq(true);
-    case PsExch:
-        Check(count > 1);
-        return std::swap(stack[count - 1], stack[count - 2]);
-    case PsExp:
-        return EvaluateExp();
-    case PsFloor:
-        return EvaluateFloor();
-    case PsGe:
-        return Compare(std::greater_equal<>());
-    case PsGt:
-        return Compare(std::greater<>());
-    case PsIdiv:
-        return EvaluateIdiv();
-    case PsIndex:
-        return EvaluateIndex();
-    case PsLe:
-        return Compare(std::less_equal<>());
-    case PsLn:
-    case PsLog: {
-        const double value = PopReal();
-        Check(value > 0);
-        return Push(PsObject(code == PsLn ? std::log(value) : std::log10(value)));
-    }
-    case PsLt:
-        return Compare(std::less<>());
-    case PsMod:
-        return EvaluateMod();
-    case PsMul:
-        return EvaluateMul();
-    case PsNe:
-        return EvaluateEq(false);
-    case PsNeg:
-        return EvaluateNeg();
-    case PsNot:
-        return EvaluateNot();
-    case PsOr:
-        return EvaluateOr();
-    case PsPop:
-        Pop();
-        return;
-    case PsRoll:
-        return EvaluateRoll();
-    case PsRound:
-        return EvaluateRound();
-    case PsSin:
-        return Push(PsObject(std::sin(PopReal() * c_degree)));
-    case PsSqrt: {
-        const double value = PopReal();
-        Check(value >= 0);
-        return Push(PsObject(std::sqrt(value)));
-    }
-    case PsSub:
-        return EvaluateSub();
-    case PsTruncate:
-        return EvaluateTruncate();
-    case PsXor:
-        return EvaluateXor();
-    case PsIf:
-    case PsIfElse:
-    case PsInteger:
-    case PsReal:
-    case PsProcedure:
-    case PsFalse:
-    case PsTrue:
-    case PsUnknown:
-        break;
-    }
-    OnError();
+    Check(code != PsUnknown);
+    const auto evaluate = GetRow(code).evaluate;
+    Check(evaluate != nullptr);
+    (this->*evaluate)();
 }
 
 template <typename Operation>
@@ -295,6 +282,11 @@ void PsInterpreter::EvaluateCopy()
     count += copied;
 }
 
+void PsInterpreter::EvaluateCos()
+{
+    Push(PsObject(std::cos(PopReal() * c_degree)));
+}
+
 void PsInterpreter::EvaluateCvi()
 {
     const PsObject value = Pop();
@@ -302,6 +294,11 @@ void PsInterpreter::EvaluateCvi()
     const double whole = std::trunc(value.GetReal());
     Check(FitsInteger(whole));
     Push(PsObject(static_cast<int>(whole)));
+}
+
+void PsInterpreter::EvaluateCvr()
+{
+    Push(PsObject(PopReal()));
 }
 
 void PsInterpreter::EvaluateDiv()
@@ -312,13 +309,24 @@ void PsInterpreter::EvaluateDiv()
     Push(PsObject(value / divisor));
 }
 
-void PsInterpreter::EvaluateEq(bool isEqualWanted)
+void PsInterpreter::EvaluateDup()
+{
+    Check(count > 0);
+    Push(stack[count - 1]);
+}
+
+void PsInterpreter::EvaluateEq()
 {
     const PsObject b = Pop();
     const PsObject a = Pop();
     Check((a.IsNumber() || a.IsBool()) && (b.IsNumber() || b.IsBool()));
-    const bool isEqual = a.IsNumber() && b.IsNumber() ? a.GetReal() == b.GetReal() : a.code == b.code;
-    Push(PsObject::FromBool(isEqual == isEqualWanted));
+    Push(PsObject::FromBool(a.IsNumber() && b.IsNumber() ? a.GetReal() == b.GetReal() : a.code == b.code));
+}
+
+void PsInterpreter::EvaluateExch()
+{
+    Check(count > 1);
+    std::swap(stack[count - 1], stack[count - 2]);
 }
 
 void PsInterpreter::EvaluateExp()
@@ -333,6 +341,16 @@ void PsInterpreter::EvaluateExp()
 void PsInterpreter::EvaluateFloor()
 {
     RoundReal([](double value) { return std::floor(value); });
+}
+
+void PsInterpreter::EvaluateGe()
+{
+    Compare(std::greater_equal<>());
+}
+
+void PsInterpreter::EvaluateGt()
+{
+    Compare(std::greater<>());
 }
 
 void PsInterpreter::EvaluateIdiv()
@@ -350,6 +368,26 @@ void PsInterpreter::EvaluateIndex()
     Push(stack[count - 1 - depth]);
 }
 
+void PsInterpreter::EvaluateLe()
+{
+    Compare(std::less_equal<>());
+}
+
+void PsInterpreter::EvaluateLn()
+{
+    Push(PsObject(std::log(PopPositive())));
+}
+
+void PsInterpreter::EvaluateLog()
+{
+    Push(PsObject(std::log10(PopPositive())));
+}
+
+void PsInterpreter::EvaluateLt()
+{
+    Compare(std::less<>());
+}
+
 void PsInterpreter::EvaluateMod()
 {
     const long long divisor = PopInteger();
@@ -361,6 +399,12 @@ void PsInterpreter::EvaluateMod()
 void PsInterpreter::EvaluateMul()
 {
     Arithmetic(std::multiplies<>());
+}
+
+void PsInterpreter::EvaluateNe()
+{
+    EvaluateEq();
+    EvaluateNot();
 }
 
 void PsInterpreter::EvaluateNeg()
@@ -386,6 +430,11 @@ void PsInterpreter::EvaluateOr()
     Bitwise(std::bit_or<>());
 }
 
+void PsInterpreter::EvaluatePop()
+{
+    Pop();
+}
+
 void PsInterpreter::EvaluateRoll()
 {
     const int amount = PopInteger();
@@ -401,6 +450,18 @@ void PsInterpreter::EvaluateRound()
 {
     // Halves go up, on both sides of zero.
     RoundReal([](double value) { return std::floor(value + 0.5); });
+}
+
+void PsInterpreter::EvaluateSin()
+{
+    Push(PsObject(std::sin(PopReal() * c_degree)));
+}
+
+void PsInterpreter::EvaluateSqrt()
+{
+    const double value = PopReal();
+    Check(value >= 0);
+    Push(PsObject(std::sqrt(value)));
 }
 
 void PsInterpreter::EvaluateSub()

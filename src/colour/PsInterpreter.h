@@ -6,6 +6,9 @@
 
 namespace Quillet {
 
+/// The code of an operator by its keyword; `PsUnknown` for any other text.
+QUILLET_API PsCode GetPsOperator(const char* name);
+
 /// What ends a program: too few or the wrong operands, a full stack, a value without meaning.
 class PsInterpeterException
 {};
@@ -22,6 +25,46 @@ public:
     /// Runs procedure `start`.
     void Evaluate(const PsProcedureVec& procedures, unsigned long start);
 
+    // The operators of these names.
+    void EvaluateAbs();
+    void EvaluateAdd();
+    void EvaluateAnd();
+    void EvaluateAtan();
+    void EvaluateBitshift();
+    void EvaluateCeiling();
+    void EvaluateCopy();
+    void EvaluateCos();
+    void EvaluateCvi();
+    void EvaluateCvr();
+    void EvaluateDiv();
+    void EvaluateDup();
+    void EvaluateEq();
+    void EvaluateExch();
+    void EvaluateExp();
+    void EvaluateFloor();
+    void EvaluateGe();
+    void EvaluateGt();
+    void EvaluateIdiv();
+    void EvaluateIndex();
+    void EvaluateLe();
+    void EvaluateLn();
+    void EvaluateLog();
+    void EvaluateLt();
+    void EvaluateMod();
+    void EvaluateMul();
+    void EvaluateNe();
+    void EvaluateNeg();
+    void EvaluateNot();
+    void EvaluateOr();
+    void EvaluatePop();
+    void EvaluateRoll();
+    void EvaluateRound();
+    void EvaluateSin();
+    void EvaluateSqrt();
+    void EvaluateSub();
+    void EvaluateTruncate();
+    void EvaluateXor();
+
     static constexpr int c_stackSize = 100;
 
     PsObject stack[c_stackSize];
@@ -32,31 +75,6 @@ private:
     std::size_t Branch(const PsProcedureVec& procedures, const std::vector<PsObject>& elements, std::size_t index);
     void Execute(PsCode code);
 
-    void EvaluateAbs();
-    void EvaluateAdd();
-    void EvaluateAnd();
-    void EvaluateAtan();
-    void EvaluateBitshift();
-    void EvaluateCeiling();
-    void EvaluateCopy();
-    void EvaluateCvi();
-    void EvaluateDiv();
-    void EvaluateEq(bool isEqualWanted);
-    void EvaluateExp();
-    void EvaluateFloor();
-    void EvaluateIdiv();
-    void EvaluateIndex();
-    void EvaluateMod();
-    void EvaluateMul();
-    void EvaluateNeg();
-    void EvaluateNot();
-    void EvaluateOr();
-    void EvaluateRoll();
-    void EvaluateRound();
-    void EvaluateSub();
-    void EvaluateTruncate();
-    void EvaluateXor();
-
     void Check(bool condition) const
     {
         if (!condition) OnError();
@@ -65,6 +83,7 @@ private:
 
     int PopInteger();
     double PopReal();
+    double PopPositive();
     bool PopBool();
     /// The result of an operation on integers, as a real if it does not fit.
     void PushWhole(long long value);

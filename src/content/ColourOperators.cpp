@@ -23,15 +23,11 @@ Colour GetColour(const ArgVec& args, int componentCount)
 
 } // namespace
 
-OpSetColour::OpSetColour(bool isForStroke, Kernel::Counted<const ColourSpace> fixedSpace)
-    : isStroke(isForStroke), space(std::move(fixedSpace))
-{}
-
 void OpSetColour::Execute(const ArgVec& args) const
 {
     if (!Budget::Spend(Limits::c_paintUnits)) return;
     GraphicsState& state = GetState();
-    if (space) state.SetColourSpace(isStroke, space);
+    if (space) state.SetColourSpace(isStroke, stack->context->*space);
     const Kernel::Counted<const ColourSpace> current = state.GetColourSpace(isStroke);
     if (!current->IsPattern()) {
         const int count = current->GetComponentCount();
@@ -47,7 +43,7 @@ void OpSetColour::Execute(const ArgVec& args) const
 
 void OpSetColour::AddRasterFormats(RasterFormatPicker& picker, const ArgVec&) const
 {
-    if (space) space->AddRasterFormats(picker, false);
+    if (space) (stack->context->*space)->AddRasterFormats(picker, false);
 }
 
 Kernel::Counted<const ColourSpace> OpSetColourSpace::MakeSpace(const ArgVec& args) const

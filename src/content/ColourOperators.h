@@ -1,6 +1,6 @@
 #pragma once
 
-#include "colour/ColourSpace.h"
+#include "content/ContentContext.h"
 #include "content/Operator.h"
 
 namespace Quillet {
@@ -9,14 +9,17 @@ namespace Quillet {
 class OpSetColour : public Operator
 {
 public:
+    using FixedSpace = Kernel::Counted<const ColourSpace> ContentContext::*;
+
     /// `fixedSpace` is what the operator sets along with the colour; null for those that use the current space.
-    OpSetColour(bool isForStroke, Kernel::Counted<const ColourSpace> fixedSpace);
+    explicit OpSetColour(bool isForStroke, FixedSpace fixedSpace = nullptr) : isStroke(isForStroke), space(fixedSpace)
+    {}
 
     void Execute(const ArgVec& args) const override;
     void AddRasterFormats(RasterFormatPicker& picker, const ArgVec& args) const override;
 
     bool isStroke;
-    Kernel::Counted<const ColourSpace> space;
+    FixedSpace space;
 };
 
 /// "cs", "CS": sets the colour space, and its default colour.

@@ -53,13 +53,7 @@ private:
 std::vector<char> ReadUpTo(SequentialSource& source, std::size_t limit)
 {
     std::vector<char> bytes(limit);
-    std::size_t length = 0;
-    while (length < limit) {
-        const int count = source.Read(bytes.data() + length, static_cast<int>(limit - length));
-        if (count <= 0) break;
-        length += static_cast<std::size_t>(count);
-    }
-    bytes.resize(length);
+    bytes.resize(source.ReadUpTo(bytes.data(), limit));
     bytes.shrink_to_fit();
     return bytes;
 }

@@ -18,6 +18,7 @@
 namespace Quillet {
 
 class ColourSpaceFactory;
+struct ContentContext;
 class ErrorHandler;
 class GroupObject;
 class Page;
@@ -75,8 +76,10 @@ public:
     ClippingAction::Type clippingAction = ClippingAction::None;
     int xObjectDepth = 0;
     OperatorCategory::Type currentCategory = OperatorCategory::Page;
-    /// Tables of interpreters that have ended, for the next form: a form may run a hundred thousand times on a page.
-    std::vector<OperatorTable> spareOperators;
+    /// One for all content that runs here: a form may run a hundred thousand times on a page.
+    OperatorTable operators;
+    /// Of the innermost content being run; null outside of a run.
+    const ContentContext* context = nullptr;
 
 private:
     void Init(Kernel::NonCounted<const Page> page);

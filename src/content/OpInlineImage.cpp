@@ -3,6 +3,7 @@
 #include "colour/ColourSpace.h"
 #include "colour/ColourSpaceFactory.h"
 #include "document/ArgVec.h"
+#include "content/ContentContext.h"
 #include "content/GraphicsStateStack.h"
 #include "document/Resources.h"
 #include "document/Limits.h"
@@ -150,6 +151,7 @@ void OpInlineImage::AddRasterFormats(RasterFormatPicker&, const ArgVec&) const
 
 bool OpInlineImage::SkipImage() const
 {
+    const Kernel::NonCounted<Parser> parser = stack->context->parser;
     InlineImageHelper image(parser.Get(), GetColourSpaceFactory(), GetResources(), GetErrorHandler());
     if (!parser->Check(parser->tokenType == Token::TokenKeyword, parser->errorType)) return false;
     if (!Check(image.IsAtData(), Error::General)) return false;

@@ -33,6 +33,22 @@ using Kernel::Counted;
 constexpr std::size_t c_tableSize = 100;
 constexpr OperatorCategory::Type c_stateMask = OperatorCategory::Page | OperatorCategory::Text;
 
+/// Makes a context the stack's as long as it lives.
+class InnermostContext
+{
+public:
+    InnermostContext(GraphicsStateStack& usedStack, const ContentContext& context)
+        : stack(usedStack), outer(std::exchange(stack.context, &context))
+    {}
+    ~InnermostContext() { stack.context = outer; }
+    InnermostContext(const InnermostContext&) = delete;
+    InnermostContext& operator=(const InnermostContext&) = delete;
+
+private:
+    GraphicsStateStack& stack;
+    const ContentContext* const outer;
+};
+
 } // namespace
 
 StreamInterpreter::StreamInterpreter(Kernel::NonCounted<const Page> page)
@@ -40,42 +56,36 @@ StreamInterpreter::StreamInterpreter(Kernel::NonCounted<const Page> page)
 {}
 
 StreamInterpreter::StreamInterpreter(Counted<GraphicsStateStack> runStack, Counted<SequentialSource> source)
-    : parser(Kernel::MakeCounted<Parser>(std::move(source))), stack(std::move(runStack))
+    : parser(Kernel::MakeCounted<Parser>(std::move(source))), stack(std::move(runStack)), context(MakeContext())
 {
-    if (stack->spareOperators.empty()) {
-        RegisterOperators();
-        return;
-    }
-    operators = std::move(stack->spareOperators.back());
-    stack->spareOperators.pop_back();
-    RegisterParserOps();
-    RegisterDeviceColourOps();
+    if (stack->operators.empty()) RegisterOperators();
 }
 
 StreamInterpreter::~StreamInterpreter() = default;
 
-void StreamInterpreter::RegisterOperator(const char* keyword, std::unique_ptr<Operator> op)
+ContentContext StreamInterpreter::MakeContext() const
 {
-    hasForeignOperators = true;
-    Register(keyword, std::move(op));
+    const Kernel::NonCounted<ColourSpaceFactory> factory = stack->GetColourSpaceFactory();
+    return {parser, factory->MakeDeviceGray(stack->resources), factory->MakeDeviceRgb(stack->resources),
+            factory->MakeDeviceCmyk(stack->resources)};
 }
 
-void StreamInterpreter::Register(const char* keyword, std::unique_ptr<Operator> op)
+void StreamInterpreter::RegisterOperator(const char* keyword, std::unique_ptr<Operator> op)
 {
     op->Init(stack);
-    operators[keyword] = std::move(op);
+    stack->operators[keyword] = std::move(op);
 }
 
 template <typename Handler, typename... Arguments>
 void StreamInterpreter::Add(const char* keyword, Arguments&&... arguments)
 {
-    Register(keyword, std::make_unique<Handler>(std::forward<Arguments>(arguments)...));
+    RegisterOperator(keyword, std::make_unique<Handler>(std::forward<Arguments>(arguments)...));
 }
 
 void StreamInterpreter::RegisterOperators()
 {
-    operators.max_load_factor(1.0F);
-    operators.reserve(c_tableSize);
+    stack->operators.max_load_factor(1.0F);
+    stack->operators.reserve(c_tableSize);
     RegisterSpecialOps();
     RegisterGraphicStateOps();
     RegisterPathOps();
@@ -95,12 +105,7 @@ void StreamInterpreter::RegisterSpecialOps()
     Add<OpBeginMarkedContent>("BMC");
     Add<OpBeginMarkedContentProperties>("BDC");
     Add<OpEndMarkedContent>("EMC");
-    RegisterParserOps();
-}
-
-void StreamInterpreter::RegisterParserOps()
-{
-    Add<OpInlineImage>("BI", parser);
+    Add<OpInlineImage>("BI");
 }
 
 void StreamInterpreter::RegisterGraphicStateOps()
@@ -166,26 +171,17 @@ void StreamInterpreter::RegisterColourOps()
 {
     Add<OpSetColourSpace>("cs", false);
     Add<OpSetColourSpace>("CS", true);
-    Add<OpSetColour>("sc", false, nullptr);
-    Add<OpSetColour>("SC", true, nullptr);
-    Add<OpSetColour>("scn", false, nullptr);
-    Add<OpSetColour>("SCN", true, nullptr);
+    Add<OpSetColour>("sc", false);
+    Add<OpSetColour>("SC", true);
+    Add<OpSetColour>("scn", false);
+    Add<OpSetColour>("SCN", true);
+    Add<OpSetColour>("g", false, &ContentContext::deviceGray);
+    Add<OpSetColour>("G", true, &ContentContext::deviceGray);
+    Add<OpSetColour>("rg", false, &ContentContext::deviceRgb);
+    Add<OpSetColour>("RG", true, &ContentContext::deviceRgb);
+    Add<OpSetColour>("k", false, &ContentContext::deviceCmyk);
+    Add<OpSetColour>("K", true, &ContentContext::deviceCmyk);
     Add<OpShade>("sh");
-    RegisterDeviceColourOps();
-}
-
-void StreamInterpreter::RegisterDeviceColourOps()
-{
-    const Kernel::NonCounted<ColourSpaceFactory> factory = stack->GetColourSpaceFactory();
-    const Counted<const ColourSpace> gray = factory->MakeDeviceGray(stack->resources);
-    const Counted<const ColourSpace> rgb = factory->MakeDeviceRgb(stack->resources);
-    const Counted<const ColourSpace> cmyk = factory->MakeDeviceCmyk(stack->resources);
-    Add<OpSetColour>("g", false, gray);
-    Add<OpSetColour>("G", true, gray);
-    Add<OpSetColour>("rg", false, rgb);
-    Add<OpSetColour>("RG", true, rgb);
-    Add<OpSetColour>("k", false, cmyk);
-    Add<OpSetColour>("K", true, cmyk);
 }
 
 template <typename Visit>
@@ -196,6 +192,7 @@ void StreamInterpreter::Run(Visit visit)
     if (!handler->Check(static_cast<bool>(descent), Error::General)) return;
 
     const RunningContent running(*stack->page, parser.Get());
+    const InnermostContext innermost(*stack, context);
     const bool* abort = stack->GetAbortPointer();
     ArgVec args(handler);
     for (;;) {
@@ -225,8 +222,6 @@ void StreamInterpreter::AddRasterFormats(RasterFormatPicker& picker)
 
 void StreamInterpreter::End()
 {
-    if (!hasForeignOperators) stack->spareOperators.push_back(std::move(operators));
-    operators.clear();
     stack = nullptr;
     parser = nullptr;
 }
@@ -247,8 +242,8 @@ const Operator* StreamInterpreter::ParseObject(ArgVec& args)
 {
     switch (parser->tokenType) {
     case Token::TokenKeyword: {
-        const auto found = operators.find(parser->tokenText);
-        return found == operators.end() ? &defaultOperator : found->second.get();
+        const auto found = stack->operators.find(parser->tokenText);
+        return found == stack->operators.end() ? &defaultOperator : found->second.get();
     }
     case Token::TokenInt:
         args.AddInt(parser->tokenInt);

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "content/ContentContext.h"
 #include "content/GeneralOperators.h"
-#include "content/OperatorTable.h"
 
 #include <Kernel/Counted.h>
 #include <Kernel/NonCounted.h>
@@ -18,7 +18,8 @@ class Parser;
 class RasterFormatPicker;
 class SequentialSource;
 
-/// Runs one content stream, once, against a stack of graphics states: a loop over tokens around a table of operators.
+/// Runs one content stream, once, against a stack of graphics states: a loop over tokens around the stack's table of
+/// operators.
 ///
 /// Unknown keywords end the operand list and are passed over without a report. The abort flag is read once per
 /// operator.
@@ -27,14 +28,16 @@ class QUILLET_API StreamInterpreter
 public:
     /// For a page's own content, on a stack of its own.
     explicit StreamInterpreter(Kernel::NonCounted<const Page> page);
-    /// For a form and the like; a form shares its caller's stack.
+    /// For a form and the like; a form shares its caller's stack. The device colours are those of the resources that
+    /// the stack has now.
     StreamInterpreter(Kernel::Counted<GraphicsStateStack> stack, Kernel::Counted<SequentialSource> source);
     ~StreamInterpreter();
     StreamInterpreter(const StreamInterpreter&) = delete;
     StreamInterpreter& operator=(const StreamInterpreter&) = delete;
 
-    /// Takes the operator over, in the place of an earlier one.
+    /// Gives the stack an operator, in the place of an earlier one: whatever content runs on it has that.
     void RegisterOperator(const char* keyword, std::unique_ptr<Operator> op);
+    /// All that are known.
     void RegisterOperators();
 
     /// The root of the tree that the stack builds. Null on a second call. Fatal errors pass through.
@@ -50,22 +53,18 @@ public:
     /// Null once the run has ended, as is `stack`.
     Kernel::Counted<Parser> parser;
     Kernel::Counted<GraphicsStateStack> stack;
-    OperatorTable operators;
     /// Stands for the end of the data; never executed.
     OpDefault endOperator;
     /// Stands for everything that is no registered operator.
     OpDefault defaultOperator;
 
 private:
+    ContentContext MakeContext() const;
     void RegisterSpecialOps();
     void RegisterGraphicStateOps();
     void RegisterPathOps();
     void RegisterTextOps();
     void RegisterColourOps();
-    /// What a table taken over from an earlier run needs anew.
-    void RegisterParserOps();
-    void RegisterDeviceColourOps();
-    void Register(const char* keyword, std::unique_ptr<Operator> op);
     template <typename Handler, typename... Arguments>
     void Add(const char* keyword, Arguments&&... arguments);
 
@@ -75,8 +74,7 @@ private:
     void Run(Visit visit);
     void End();
 
-    /// The table is then no use to others.
-    bool hasForeignOperators = false;
+    ContentContext context;
 };
 
 } // namespace Quillet

@@ -13,6 +13,17 @@ int SequentialSource::Read(unsigned long long, char* buf, int size)
     return Read(buf, size);
 }
 
+std::size_t SequentialSource::ReadUpTo(char* buf, std::size_t size)
+{
+    std::size_t length = 0;
+    while (length < size) {
+        const int count = Read(buf + length, static_cast<int>(size - length));
+        if (count <= 0) break;
+        length += static_cast<std::size_t>(count);
+    }
+    return length;
+}
+
 void SequentialSource::ReadAll(std::vector<char>& out)
 {
     AppendAll(out, Limits::c_maxDecodedLength);

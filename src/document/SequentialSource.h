@@ -3,6 +3,7 @@
 #include "document/Limits.h"
 #include "document/PdfSource.h"
 
+#include <cstddef>
 #include <vector>
 
 namespace Quillet {
@@ -19,6 +20,8 @@ public:
 
     /// Takes up to `size` bytes, fewer only where the data has a joint or ends; 0 at the end.
     virtual int Read(char* buf, int size) = 0;
+    /// Takes `size` bytes over all joints, fewer only at the end; gives how many.
+    std::size_t ReadUpTo(char* buf, std::size_t size);
     /// Appends all that is left.
     virtual void ReadAll(std::vector<char>& out);
     /// The same for what is held in one piece, up to the cap of such: metadata, profiles, tables.

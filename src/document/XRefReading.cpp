@@ -7,12 +7,16 @@
 #include "filters/Stream.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace Quillet {
 
 using namespace Token;
 
 namespace {
+
+/// The count of records is the file's word only: they are read in pieces, so that memory is taken for bytes that came.
+constexpr long long c_pieceLength = 65536;
 
 /// Field `index` of a big-endian record; only the lowest four bytes of a wide field count.
 unsigned GetField(const unsigned char* record, const std::vector<int>& widths, std::size_t index, unsigned fallback)
@@ -24,6 +28,18 @@ unsigned GetField(const unsigned char* record, const std::vector<int>& widths, s
     for (int i = 0; i < widths[index]; ++i)
         value = value << 8 | record[i];
     return value;
+}
+
+/// Nothing for widths that no record has.
+std::optional<std::size_t> GetRecordLength(const std::vector<int>& widths)
+{
+    unsigned long long length = 0;
+    for (const int width : widths) {
+        if (width < 0) return std::nullopt;
+        length += static_cast<unsigned long long>(width);
+    }
+    if (length > Limits::c_maxRecordLength) return std::nullopt;
+    return length;
 }
 
 } // namespace
@@ -155,43 +171,35 @@ Ref XRefs::ReadStream(const Ref& ref)
     if (!dictionary->GetIntVec("Index", index)) index = {0, dictionary->GetInt("Size", 0)};
     std::vector<int> widths;
     dictionary->GetIntVec("W", widths);
-    unsigned long long recordLength = 0;
-    for (const int width : widths) {
-        if (!Check(width >= 0, Error::XRefTable)) return {};
-        recordLength += static_cast<unsigned long long>(width);
-    }
-    if (!Check(recordLength <= Limits::c_maxRecordLength, Error::XRefTable)) return {};
+    const auto recordLength = GetRecordLength(widths);
+    if (!Check(recordLength.has_value(), Error::XRefTable)) return {};
 
     Stream stream(dictionary);
-    for (std::size_t i = 0; i + 1 < index.size(); i += 2) {
-        if (index[i + 1] == 0 || recordLength == 0) continue;
-        if (!Check(index[i + 1] > 0, Error::XRefTable)) return {};
-        // The count is the file's word only: records are read in pieces, so that memory is taken for bytes that came.
-        const unsigned long long recordsAtOnce = std::max(65536 / recordLength, 1ull);
-        auto remaining = static_cast<unsigned long long>(index[i + 1]);
-        long long number = index[i];
-        std::vector<char> records;
-        while (remaining > 0) {
-            const unsigned long long count = std::min(remaining, recordsAtOnce);
-            records.resize(count * recordLength);
-            std::size_t filled = 0;
-            while (filled < records.size()) {
-                const int got = stream.Read(records.data() + filled, static_cast<int>(records.size() - filled));
-                if (got <= 0) break;
-                filled += static_cast<std::size_t>(got);
-            }
-            if (!Check(filled == records.size(), Error::XRefTable)) return {};
-            for (std::size_t offset = 0; offset < filled; offset += recordLength) {
-                ReadStreamEntry(number++, reinterpret_cast<const unsigned char*>(records.data()) + offset, widths);
-            }
-            remaining -= count;
-        }
+    for (std::size_t i = 0; *recordLength != 0 && i + 1 < index.size(); i += 2) {
+        const int count = index[i + 1];
+        if (!Check(count >= 0 && ReadStreamSection(stream, index[i], count, widths, *recordLength), Error::XRefTable))
+            return {};
     }
 
     const int previous = dictionary->GetInt("Prev", 0);
     if (previous < 1 || static_cast<unsigned>(previous) > dictionary->source->GetLength()) return {};
     dictionary->Seek(static_cast<unsigned long long>(previous));
     return dictionary->NextObjectStart();
+}
+
+bool XRefs::ReadStreamSection(SequentialSource& stream, long long first, int count, const std::vector<int>& widths,
+                              std::size_t recordLength)
+{
+    const auto recordsAtOnce = std::max<long long>(c_pieceLength / static_cast<long long>(recordLength), 1);
+    const long long end = first + count;
+    std::vector<char> piece;
+    for (long long number = first; number < end;) {
+        piece.resize(static_cast<std::size_t>(std::min(end - number, recordsAtOnce)) * recordLength);
+        if (stream.ReadUpTo(piece.data(), piece.size()) != piece.size()) return false;
+        for (std::size_t offset = 0; offset < piece.size(); offset += recordLength)
+            ReadStreamEntry(number++, reinterpret_cast<const unsigned char*>(piece.data()) + offset, widths);
+    }
+    return true;
 }
 
 void XRefs::ReadStreamEntry(long long index, const unsigned char* record, const std::vector<int>& widths)

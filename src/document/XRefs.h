@@ -13,6 +13,7 @@ namespace Quillet {
 
 class ObjectSource;
 class Parser;
+class SequentialSource;
 
 /// The cross-reference table of a document: where each object lies, and what was built from it.
 class QUILLET_API XRefs : public ErrorForwarder
@@ -100,7 +101,11 @@ private:
     void ReadSection(Parser& parser);
     void ReadEntry(Parser& parser, XRef& entry);
     void ReadStreamChain(Ref ref);
+    /// Gives the previous one; null for none.
     Ref ReadStream(const Ref& ref);
+    /// False if the stream ends before its records do.
+    bool ReadStreamSection(SequentialSource& stream, long long first, int count, const std::vector<int>& widths,
+                           std::size_t recordLength);
     void ReadStreamEntry(long long index, const unsigned char* record, const std::vector<int>& widths);
 };
 

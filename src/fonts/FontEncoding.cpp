@@ -13,6 +13,7 @@ namespace Quillet {
 
 namespace {
 
+using CodeSpaceRange = FontEncoding::CodeSpaceRange;
 using MapRange = FontEncoding::MapRange;
 
 /// Whether `next` goes on where `range` ends.
@@ -21,6 +22,80 @@ bool Continues(const MapRange& range, const MapRange& next)
     const long long distance = static_cast<long long>(next.first) - range.first;
     return static_cast<long long>(range.last) + 1 == next.first && range.sequence.Advanced(distance) == next.sequence;
 }
+
+/// Whether a code of the range may start with the `count` bytes of `value`.
+bool HasStart(const CodeSpaceRange& range, unsigned value, int count)
+{
+    if (count > range.byteCount) return false;
+    const int shift = 8 * std::min(range.byteCount - count, 4);
+    return shift >= 32 ? value == 0 : value >= range.low >> shift && value <= range.high >> shift;
+}
+
+/// Takes bytes off a text at `pos`, as a number that starts anew with each attempt.
+class CodeReader
+{
+public:
+    CodeReader(const std::vector<CodeSpaceRange>& codeSpaceRanges, const std::vector<char>& bytes, int& place)
+        : ranges(codeSpaceRanges), text(bytes), pos(place), size(static_cast<int>(bytes.size())),
+          // Without a single byte a code would never end.
+          maxBytes(ranges.empty() ? 1 : std::max(ranges.back().byteCount, 1))
+    {}
+
+    /// Takes a code, or as many bytes as the longest has. The range of the code; null for none.
+    const CodeSpaceRange* TakeCode()
+    {
+        value = 0;
+        for (int taken = 1; taken <= maxBytes && TakePaidByte(); ++taken) {
+            for (const CodeSpaceRange& range : ranges) {
+                if (range.byteCount == taken && value >= range.low && value <= range.high) return &range;
+            }
+        }
+        return nullptr;
+    }
+
+    /// Takes as many bytes as the longest code has. The longest range that starts like them, or else the first of all.
+    const CodeSpaceRange* TakeLikeCode()
+    {
+        const CodeSpaceRange* best = nullptr;
+        value = 0;
+        for (int taken = 1; taken <= maxBytes && TakePaidByte(); ++taken) {
+            for (const CodeSpaceRange& range : ranges) {
+                if (HasStart(range, value, taken) && (!best || range.byteCount > best->byteCount)) best = &range;
+            }
+        }
+        return best || ranges.empty() ? best : &ranges.front();
+    }
+
+    void TakeBytes(int count)
+    {
+        value = 0;
+        for (int taken = 0; taken < count && TakeByte(); ++taken) {
+        }
+    }
+
+    unsigned value = 0;
+
+private:
+    bool TakeByte()
+    {
+        if (pos >= size) return false;
+        value = value << 8 | static_cast<unsigned char>(text[static_cast<std::size_t>(pos++)]);
+        return true;
+    }
+
+    /// Goes to the end of the text on a page that has used up its work.
+    bool TakePaidByte()
+    {
+        if (pos < size && !Budget::Spend(Limits::c_operatorUnits + ranges.size())) pos = size;
+        return TakeByte();
+    }
+
+    const std::vector<CodeSpaceRange>& ranges;
+    const std::vector<char>& text;
+    int& pos;
+    const int size;
+    const int maxBytes;
+};
 
 } // namespace
 
@@ -130,51 +205,18 @@ bool FontEncoding::ContainsMappingFor(int code) const
 
 bool FontEncoding::AdvanceCharCode(int& fontIndex, int& code, int& pos, const std::vector<char>& text) const
 {
-    const int size = static_cast<int>(text.size());
     const int start = pos;
-    // Without a single byte a code would never end.
-    const int maxBytes = codeSpaceRanges.empty() ? 1 : std::max(codeSpaceRanges.back().byteCount, 1);
-    unsigned value = 0;
-    const auto take = [&] { value = value << 8 | static_cast<unsigned char>(text[static_cast<std::size_t>(pos++)]); };
-    const auto isAffordable = [work = Limits::c_operatorUnits + codeSpaceRanges.size(), size, &pos] {
-        if (pos >= size) return false;
-        if (Budget::Spend(work)) return true;
-        pos = size;
-        return false;
-    };
-
-    for (int taken = 1; taken <= maxBytes && isAffordable(); ++taken) {
-        take();
-        for (const CodeSpaceRange& range : codeSpaceRanges) {
-            if (range.byteCount != taken || value < range.low || value > range.high) continue;
-            fontIndex = range.fontIndex;
-            code = static_cast<int>(value);
-            return true;
-        }
+    CodeReader reader(codeSpaceRanges, text, pos);
+    const CodeSpaceRange* range = reader.TakeCode();
+    const bool isCode = range != nullptr;
+    if (!isCode) {
+        range = reader.TakeLikeCode();
+        reader.TakeBytes(range ? range->byteCount : 0);
     }
-
-    const CodeSpaceRange* best = codeSpaceRanges.empty() ? nullptr : &codeSpaceRanges.front();
-    value = 0;
-    bool hasBest = false;
-    for (int taken = 1; taken <= maxBytes && isAffordable(); ++taken) {
-        take();
-        for (const CodeSpaceRange& range : codeSpaceRanges) {
-            if (range.byteCount < taken) continue;
-            const int shift = 8 * std::min(range.byteCount - taken, 4);
-            const auto shifted = [shift](unsigned bound) { return shift >= 32 ? 0 : bound >> shift; };
-            if (value < shifted(range.low) || value > shifted(range.high)) continue;
-            if (!hasBest || range.byteCount > best->byteCount) best = &range;
-            hasBest = true;
-        }
-    }
-
-    value = 0;
-    fontIndex = best ? best->fontIndex : 0;
-    for (int taken = 0; best && taken < best->byteCount && pos < size; ++taken)
-        take();
-    code = static_cast<int>(value);
+    fontIndex = range ? range->fontIndex : 0;
+    code = static_cast<int>(reader.value);
     if (pos == start) ++pos;
-    return false;
+    return isCode;
 }
 
 int FontEncoding::GetFontIndex(unsigned long code) const

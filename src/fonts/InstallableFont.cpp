@@ -114,39 +114,35 @@ bool InstallableFont::StripSuffix(std::string& name, std::string_view suffix)
     return true;
 }
 
-void InstallableFont::Use(const Kernel::Font& closest)
-{
-    isAvailable = true;
-    requestedFont = effectiveFont = closest;
-}
-
 bool InstallableFont::MapFonts()
 {
     std::string& name = requestedFont.postscriptName;
     if (HasSubsetPrefix(name)) name.erase(0, 7);
     TryParsePostscriptName();
     if (requestedFont.IsEmpty()) return false;
-    if (const Kernel::Font closest = GetClosestAvailableFont(requestedFont, FontMatchType::Strict);
-        !closest.IsEmpty()) {
-        Use(closest);
-        return true;
-    }
-    Kernel::Font closest = GetClosestAvailableFont(requestedFont, FontMatchType::Looser);
-    if (!closest.IsEmpty() && closest.IsVariationOf(requestedFont)) {
-        if (closest.variationParams.GetDistance(requestedFont.variationParams) != 0) {
-            closest.ResetPostscriptName();
-            closest.SetVariationParams(requestedFont.variationParams);
-        }
-        Use(closest);
-        return true;
-    }
+    if (Use(GetClosestAvailableFont(requestedFont, FontMatchType::Strict)) || Use(FindVariation())) return true;
     const std::string stripped = StripInstanceSuffix(name);
     if (stripped.empty()) return false;
     requestedFont.SetPostscriptName(stripped);
-    closest = GetClosestAvailableFont(requestedFont, FontMatchType::Strict);
-    isAvailable = !closest.IsEmpty();
-    if (isAvailable) Use(closest);
+    return Use(GetClosestAvailableFont(requestedFont, FontMatchType::Strict));
+}
+
+bool InstallableFont::Use(const Kernel::Font& found)
+{
+    isAvailable = !found.IsEmpty();
+    if (isAvailable) requestedFont = effectiveFont = found;
     return isAvailable;
+}
+
+Kernel::Font InstallableFont::FindVariation() const
+{
+    Kernel::Font closest = GetClosestAvailableFont(requestedFont, FontMatchType::Looser);
+    if (!closest.IsVariationOf(requestedFont)) return {};
+    if (closest.variationParams.GetDistance(requestedFont.variationParams) != 0) {
+        closest.ResetPostscriptName();
+        closest.SetVariationParams(requestedFont.variationParams);
+    }
+    return closest;
 }
 
 bool InstallableFont::TryParsePostscriptName()

@@ -60,7 +60,10 @@ private:
     int GuessStyleFrom(std::string name);
     void ReadStyle(const Ref& ref);
     void SetIsScript();
-    void Use(const Kernel::Font& closest);
+    /// Takes a font of the machine for both; false for an empty one.
+    bool Use(const Kernel::Font& found);
+    /// The machine's variable font of the family, set as the one that is asked for; empty for none.
+    Kernel::Font FindVariation() const;
 };
 
 /// The map by which a document's fonts are replaced; null without a document.

@@ -1,7 +1,6 @@
 #include "colour/PsFunction.h"
 
 #include "colour/PsInterpreter.h"
-#include "colour/PsOperators.h"
 #include "support/PdfBuilder.h"
 #include "support/TestDocument.h"
 

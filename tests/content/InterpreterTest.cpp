@@ -126,7 +126,7 @@ TEST(InterpreterTest, ReportsShadingsThatNothingDraws)
     EXPECT_EQ(ContentRun("sh").GetErrors(), std::vector<int>(2, c_general));
 }
 
-/// A form takes over the operators of the one before, which had a parser of its own.
+/// Forms share the operators of the page, and each has a parser of its own.
 TEST(InterpreterTest, RunsFormsOneAfterTheOther)
 {
     PageParts parts;
