@@ -77,9 +77,8 @@ FormXObject::~FormXObject() = default;
 
 void FormXObject::ReadMatrix(Dictionary& dictionary)
 {
-    if (dictionary.GetToken("Matrix") == Token::TokenNone) return;
-    const Kernel::Counted<Parser> parser = dictionary.OptionalDereference();
-    if (parser->tokenType != Token::TokenArrayStart) return;
+    const Kernel::Counted<Parser> parser = dictionary.OpenValue("Matrix");
+    if (!parser || parser->tokenType != Token::TokenArrayStart) return;
     std::array<double, 6> values{1, 0, 0, 1, 0, 0};
     std::size_t count = 0;
     while (parser->NextToken() != Token::TokenArrayEnd && parser->tokenType != Token::TokenEnd) {

@@ -101,6 +101,8 @@ public:
     Kernel::Counted<Parser> Dereference();
     /// As `Dereference` on a reference token, else this parser.
     Kernel::Counted<Parser> OptionalDereference();
+    /// The next value, with one reference followed, on its first token.
+    Kernel::Counted<Parser> NextValue() { return NextToken(), OptionalDereference(); }
 
     bool IsEncrypted() const { return object.IsEncrypted(); }
 

@@ -57,10 +57,8 @@ void CidFont::SetWidths(long long first, long long last, double width)
 void CidFont::ReadMetrics(Dictionary& dictionary)
 {
     missingWidth = dictionary.GetReal("DW", c_defaultWidth);
-    if (!dictionary.DictionarySeek("W")) return;
-    dictionary.NextToken();
-    const Kernel::Counted<Parser> parser = dictionary.OptionalDereference();
-    if (parser->tokenType != Token::TokenArrayStart) return;
+    const Kernel::Counted<Parser> parser = dictionary.OpenValue("W");
+    if (!parser || parser->tokenType != Token::TokenArrayStart) return;
     while (parser->NextToken() != Token::TokenArrayEnd && parser->tokenType != Token::TokenEnd) {
         long long cid = parser->GetTokenInt();
         if (parser->NextToken() == Token::TokenArrayEnd) break;
@@ -95,9 +93,8 @@ void CidFont::ReadEncoding(const Kernel::Counted<Dictionary>& dictionary)
     const auto host = FontEncodingFactory::GetFromOs(requestedFont);
     if (!host) return;
     encoding = host;
-    if (!dictionary->DictionarySeek("CIDToGIDMap")) return;
-    dictionary->NextToken();
-    const Kernel::Counted<Parser> value = dictionary->OptionalDereference();
+    const Kernel::Counted<Parser> value = dictionary->OpenValue("CIDToGIDMap");
+    if (!value) return;
     if (value->tokenType == Token::TokenDictStart) {
         if (auto own = ReadGlyphIds(dictionary->GetRef("CIDToGIDMap"), *host)) encoding = own;
         return;
