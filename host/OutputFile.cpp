@@ -6,7 +6,6 @@
 
 #include <cerrno>
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -61,9 +60,8 @@ OutputFile::~OutputFile()
 
 bool OutputFile::IsStream(const std::string& path)
 {
-    struct stat info = {};
-    return path == c_standardOutput ||
-           (stat(path.c_str(), &info) == 0 && !S_ISREG(info.st_mode) && !S_ISDIR(info.st_mode));
+    std::error_code error;
+    return path == c_standardOutput || std::filesystem::is_other(path, error);
 }
 
 void OutputFile::Open(const std::string& path)
@@ -146,9 +144,10 @@ bool OutputFile::Commit()
     Flush();
     if (IsGood() && close(std::exchange(descriptor, -1)) != 0) failure = errno;
     if (IsGood() && !temporary.empty()) {
-        if (std::rename(temporary.c_str(), target.c_str()) != 0) {
-            failure = errno;
-        } else {
+        std::error_code error;
+        std::filesystem::rename(temporary, target, error);
+        failure = error.value();
+        if (IsGood()) {
             Interrupt::SetUnfinishedFile({});
             temporary.clear();
         }

@@ -2,6 +2,7 @@
 
 #include "PageRange.h"
 
+#include <algorithm>
 #include <charconv>
 #include <filesystem>
 #include <string_view>
@@ -11,15 +12,15 @@ namespace Host {
 
 namespace {
 
-/// Where the number of a page goes.
+namespace fs = std::filesystem;
+
+/// Where the number of a page goes in a file's name, which may be an ending alone.
 std::size_t FindEnding(const std::string& out)
 {
-    const auto slash = out.rfind('/');
-    const auto dot = out.rfind('.');
-    return dot == out.npos || (slash != out.npos && dot < slash) ? out.size() : dot;
+    return std::min(out.rfind('.'), out.size());
 }
 
-/// The page whose file has that name, from 1; 0 for none.
+/// The page whose file has that name, from 1; 0 for none. Names without their folders.
 int ParsePageName(const std::string& out, const std::string& name)
 {
     const std::string_view stem = std::string_view(out).substr(0, FindEnding(out));
@@ -35,21 +36,22 @@ int ParsePageName(const std::string& out, const std::string& name)
 
 std::string MakePageName(const std::string& out, int page)
 {
-    const std::size_t ending = FindEnding(out);
-    return out.substr(0, ending) + "-" + std::to_string(page) + out.substr(ending);
+    fs::path path(out);
+    std::string name = path.filename().string();
+    name.insert(FindEnding(name), "-" + std::to_string(page));
+    return path.replace_filename(name).string();
 }
 
 std::string FindPageName(const std::string& out, const PageRange& range, const std::string& file)
 {
-    const std::size_t nameStart = out.rfind('/') + 1;
-    const std::string folder = nameStart == 0 ? "." : out.substr(0, nameStart);
+    const fs::path path(out);
     std::error_code error;
-    std::filesystem::directory_iterator entry(folder, error);
-    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-        const std::string name = out.substr(0, nameStart) + entry->path().filename().string();
-        const int page = ParsePageName(out, name);
+    fs::directory_iterator entry(path.has_parent_path() ? path.parent_path() : ".", error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const int page = ParsePageName(path.filename().string(), entry->path().filename().string());
         std::error_code none;
-        if (page > 0 && range.Contains(page - 1) && std::filesystem::equivalent(name, file, none)) return name;
+        if (page > 0 && range.Contains(page - 1) && fs::equivalent(entry->path(), file, none))
+            return MakePageName(out, page);
     }
     return {};
 }

@@ -25,7 +25,8 @@ void Remember(int signal)
     s_signal = signal;
 }
 
-/// Hides what is typed, and holds back signals that would leave the terminal like that.
+/// Hides what is typed, and holds back signals that would leave the terminal like that. In readpassphrase() a signal
+/// that comes between the prompt and the wait for the first key is lost, and Ctrl-C with it.
 class HiddenTyping
 {
 public:

@@ -15,6 +15,7 @@
 #include <Quillet/PdfDocument.h>
 #include <Quillet/TreeWalk.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <unordered_set>
@@ -213,8 +214,8 @@ LongText MakeHtmlHead(const PdfDocument& document)
     LongText html("<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>");
     const std::string title = document.GetTitle();
     // Where the file lies is nobody's business.
-    const std::string name = document.GetDocName();
-    html.Append(MakeHtmlText(title.empty() ? name.substr(name.rfind('/') + 1) : title));
+    const auto name = std::filesystem::path(document.GetDocName()).filename();
+    html.Append(MakeHtmlText(title.empty() ? name.string() : title));
     html.Append("</title>\n<style>");
     html.Append(c_css);
     html.Append("</style>\n</head>\n<body>\n");

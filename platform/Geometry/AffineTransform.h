@@ -4,6 +4,8 @@
 #include <Kernel/PointT.h>
 #include <Kernel/RectT.h>
 
+#include <span>
+
 namespace Raster::AffineTransform {
 
 /// An affine map of the plane: x' = a x + c y + e, y' = b x + d y + f.
@@ -20,6 +22,10 @@ struct QUILLET_API Params
     static constexpr Params FromPdf(double a, double b, double c, double d, double e, double f)
     {
         return {a, c, e, b, d, f};
+    }
+    static constexpr Params FromPdf(std::span<const double, 6> values)
+    {
+        return FromPdf(values[0], values[1], values[2], values[3], values[4], values[5]);
     }
     static constexpr Params Translation(double x, double y) { return {1, 0, x, 0, 1, y}; }
     static constexpr Params Scale(double x, double y) { return {x, 0, 0, 0, y, 0}; }

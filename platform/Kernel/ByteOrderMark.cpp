@@ -43,27 +43,14 @@ std::string RepairUtf8(std::string_view text)
 std::string ConvertUtf16(std::string_view bytes, ByteOrderMark order)
 {
     const std::size_t highByte = order == ByteOrderMark::Utf16BigEndian ? 0 : 1;
-    const auto unitAt = [=](std::size_t position) {
-        const auto high = static_cast<unsigned char>(bytes[position + highByte]);
-        const auto low = static_cast<unsigned char>(bytes[position + 1 - highByte]);
-        return static_cast<char32_t>((high << 8) | low);
-    };
-
-    std::string result;
-    result.reserve(bytes.size());
-    std::size_t position = 0;
-    while (position + 2 <= bytes.size()) {
-        char32_t codePoint = unitAt(position);
-        position += 2;
-        if (CharTraits::IsHighSurrogate(codePoint) && position + 2 <= bytes.size() &&
-            CharTraits::IsLowSurrogate(unitAt(position))) {
-            codePoint = CharTraits::MakeCodePoint(codePoint, unitAt(position));
-            position += 2;
-        }
-        CharTraits::AppendCodePoint(result, codePoint);
+    std::u16string units(bytes.size() / 2, u'\0');
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        const auto high = static_cast<unsigned char>(bytes[2 * i + highByte]);
+        const auto low = static_cast<unsigned char>(bytes[2 * i + 1 - highByte]);
+        units[i] = static_cast<char16_t>(high << 8 | low);
     }
-    if (position < bytes.size()) CharTraits::AppendCodePoint(result, CharTraits::c_replacement);
-    return result;
+    if (bytes.size() % 2 != 0) units += static_cast<char16_t>(CharTraits::c_replacement);
+    return CharTraits::ToUtf8(units);
 }
 
 } // namespace

@@ -24,8 +24,6 @@ public:
     /// (Unicode Standard Annex 11).
     static bool IsWide(char32_t character) noexcept;
 
-    static constexpr bool IsHighSurrogate(char32_t unit) noexcept { return (unit & ~0x3FFu) == 0xD800; }
-    static constexpr bool IsLowSurrogate(char32_t unit) noexcept { return (unit & ~0x3FFu) == 0xDC00; }
     /// Whether `value` may stand alone in a text: in range, and no surrogate.
     static constexpr bool IsScalarValue(char32_t value) noexcept
     {
@@ -45,6 +43,9 @@ public:
     /// The code point at byte `position`, which moves behind it; `position` lies inside `text`. A broken sequence gives
     /// U+FFFD and is left behind up to the first byte that cannot belong to it, so the call always moves on.
     static char32_t DecodeCodePoint(std::string_view text, std::size_t& position) noexcept;
+
+    /// A lone surrogate becomes U+FFFD.
+    static std::string ToUtf8(std::u16string_view text);
 };
 
 } // namespace Kernel

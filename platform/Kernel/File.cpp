@@ -1,6 +1,8 @@
 #include <Kernel/File.h>
 
+#include <filesystem>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
@@ -29,12 +31,17 @@ bool IsRegular(int descriptor)
     return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
 }
 
+/// The system would open another file than the one that is named.
+bool HasHiddenEnd(const std::string& path)
+{
+    return path.find('\0') != std::string::npos;
+}
+
 /// -1 if there is no regular file to open.
 int OpenRegular(const std::string& path, std::string_view mode)
 {
     const int flags = GetOpenFlags(mode);
-    const bool hasHiddenEnd = path.find('\0') != std::string::npos;
-    if (flags < 0 || hasHiddenEnd) return -1;
+    if (flags < 0 || HasHiddenEnd(path)) return -1;
 
     // Without O_NONBLOCK, opening a pipe waits for somebody at its other end; on regular files it means nothing.
     const int descriptor = open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0666);
@@ -81,9 +88,8 @@ bool File::Close()
 
 long long File::GetSize(const std::string& path)
 {
-    struct stat status;
-    if (path.find('\0') != std::string::npos || stat(path.c_str(), &status) != 0) return -1;
-    return S_ISREG(status.st_mode) ? status.st_size : -1;
+    std::error_code error;
+    return HasHiddenEnd(path) ? -1 : static_cast<long long>(std::filesystem::file_size(path, error));
 }
 
 } // namespace Kernel

@@ -13,6 +13,7 @@
 
 #include <unicode/ucnv.h>
 #include <unicode/ucnv_cb.h>
+#include <unicode/utf16.h>
 
 namespace Kernel {
 
@@ -128,34 +129,16 @@ std::string ConvertFromUtf16(UConverter* converter, std::u16string_view text)
     return result;
 }
 
-std::string Utf16ToUtf8(std::u16string_view text)
-{
-    std::string result;
-    result.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        char32_t codePoint = text[i];
-        if (CharTraits::IsHighSurrogate(codePoint) && i + 1 < text.size() && CharTraits::IsLowSurrogate(text[i + 1])) {
-            codePoint = CharTraits::MakeCodePoint(codePoint, text[++i]);
-        }
-        CharTraits::AppendCodePoint(result, codePoint);
-    }
-    return result;
-}
-
 std::u16string Utf8ToUtf16(std::string_view utf8)
 {
-    std::u16string result;
-    result.reserve(utf8.size());
-    std::size_t position = 0;
-    while (position < utf8.size()) {
+    // No character takes more units than bytes.
+    std::u16string result(utf8.size(), u'\0');
+    std::size_t length = 0;
+    for (std::size_t position = 0; position < utf8.size();) {
         const char32_t codePoint = CharTraits::DecodeCodePoint(utf8, position);
-        if (codePoint < 0x10000) {
-            result += static_cast<char16_t>(codePoint);
-        } else {
-            result += static_cast<char16_t>(0xD800 + ((codePoint - 0x10000) >> 10));
-            result += static_cast<char16_t>(0xDC00 + (codePoint & 0x3FF));
-        }
+        U16_APPEND_UNSAFE(result, length, codePoint);
     }
+    result.resize(length);
     return result;
 }
 
@@ -171,7 +154,7 @@ public:
         if (isAsciiKept && IsAscii(bytes)) return std::string(bytes);
         const Converter converter = OpenConverter(name);
         if (!converter) return {};
-        return Utf16ToUtf8(ConvertToUtf16(converter.get(), bytes));
+        return CharTraits::ToUtf8(ConvertToUtf16(converter.get(), bytes));
     }
 
     std::string FromUnicode(std::string_view utf8, std::size_t maxBytes) const override
@@ -213,7 +196,7 @@ private:
             const bool fits = ConvertFromUtf16(converter, text.substr(0, middle)).size() <= maxBytes;
             (fits ? fitting : tooLong) = middle;
         }
-        const bool splitsPair = fitting > 0 && CharTraits::IsHighSurrogate(text[fitting - 1]);
+        const bool splitsPair = fitting > 0 && U16_IS_LEAD(text[fitting - 1]);
         return text.substr(0, splitsPair ? fitting - 1 : fitting);
     }
 

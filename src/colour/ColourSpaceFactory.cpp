@@ -62,8 +62,7 @@ ColourSpaceFactory::~ColourSpaceFactory() = default;
 Kernel::Counted<const ColourSpace> ColourSpaceFactory::Make(Kernel::Counted<Parser> parser,
                                                             Kernel::NonCounted<const Resources> resources) const
 {
-    parser->NextToken();
-    parser = parser->OptionalDereference();
+    parser = parser->NextValue();
     if (parser->tokenType == Token::TokenName) {
         const std::string name = parser->GetTokenName();
         if (auto device = MakeCalibrated(name)) return device;

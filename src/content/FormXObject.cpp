@@ -71,18 +71,11 @@ FormXObject::~FormXObject() = default;
 
 void FormXObject::ReadMatrix(Dictionary& dictionary)
 {
-    if (dictionary.GetToken("Matrix") == Token::TokenNone) return;
-    const Kernel::Counted<Parser> parser = dictionary.OptionalDereference();
-    if (parser->tokenType != Token::TokenArrayStart) return;
+    const Kernel::Counted<Parser> parser = dictionary.OpenValue("Matrix");
+    if (!parser || parser->tokenType != Token::TokenArrayStart) return;
     std::array<double, 6> values{1, 0, 0, 1, 0, 0};
-    std::size_t count = 0;
-    while (parser->NextToken() != Token::TokenArrayEnd && parser->tokenType != Token::TokenEnd) {
-        const double value = parser->GetTokenReal();
-        if (count < values.size()) values[count] = value;
-        ++count;
-    }
-    dictionary.Check(count == values.size(), dictionary.errorType);
-    matrix = Raster::AffineTransform::Params::FromPdf(values[0], values[1], values[2], values[3], values[4], values[5]);
+    dictionary.Check(parser->GetTokenNumbers(values) == values.size(), dictionary.errorType);
+    matrix = Raster::AffineTransform::Params::FromPdf(values);
 }
 
 Kernel::Counted<SequentialSource> FormXObject::OpenContent() const

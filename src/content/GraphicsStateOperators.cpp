@@ -96,13 +96,7 @@ void OpRestore::Execute(const ArgVec& args) const
 void OpTransform::Execute(const ArgVec& args) const
 {
     CheckCall(OperatorCategory::Page, args, 6);
-    const double a = args.GetReal(0);
-    const double b = args.GetReal(1);
-    const double c = args.GetReal(2);
-    const double d = args.GetReal(3);
-    const double e = args.GetReal(4);
-    const double f = args.GetReal(5);
-    Params matrix = Params::FromPdf(a, b, c, d, e, f);
+    Params matrix = args.GetMatrix();
     matrix.EnsureHasInverse();
     GraphicsState& state = GetState();
     state.SetLtCurrent(state.ltCurrent * matrix);

@@ -4,6 +4,7 @@
 #include "colour/ColourSpaceFactory.h"
 #include "document/ArgVec.h"
 #include "content/ContentContext.h"
+#include "document/CharType.h"
 #include "content/GraphicsStateStack.h"
 #include "document/Resources.h"
 #include "document/Limits.h"
@@ -23,11 +24,6 @@ namespace Quillet {
 namespace {
 
 using Kernel::Counted;
-
-bool IsWhiteSpace(char byte)
-{
-    return byte == '\0' || byte == '\t' || byte == '\n' || byte == '\f' || byte == '\r' || byte == ' ';
-}
 
 /// The dictionary of an inline image, and the way through its data.
 class InlineImageHelper
@@ -127,7 +123,8 @@ bool SkipToEndMarker(Parser& parser, bool isAlone)
     while (parser.Read(&byte, 1) == 1) {
         const bool isMarker = last == 'E' && byte == 'I';
         if (isMarker && !isAlone) return true;
-        if (isMarker && IsWhiteSpace(before) && (parser.AtEnd() || IsWhiteSpace(*parser.cursor))) return true;
+        if (isMarker && CharType::IsPdfSpace(before) && (parser.AtEnd() || CharType::IsPdfSpace(*parser.cursor)))
+            return true;
         before = last;
         last = byte;
     }
@@ -157,7 +154,7 @@ bool OpInlineImage::SkipImage() const
     if (!Check(image.IsAtData(), Error::General)) return false;
 
     char separator = 0;
-    const bool isSeparated = parser->Read(&separator, 1) == 1 && IsWhiteSpace(separator);
+    const bool isSeparated = parser->Read(&separator, 1) == 1 && CharType::IsPdfSpace(separator);
     Check(isSeparated, Error::General);
     if (separator == '\r' && *parser->cursor == '\n') parser->Read(&separator, 1);
 

@@ -62,13 +62,7 @@ void OpTextPosition::Execute(const ArgVec& args) const
 void OpTextMatrix::Execute(const ArgVec& args) const
 {
     CheckCall(OperatorCategory::Text, args, 6);
-    const double a = args.GetReal(0);
-    const double b = args.GetReal(1);
-    const double c = args.GetReal(2);
-    const double d = args.GetReal(3);
-    const double e = args.GetReal(4);
-    const double f = args.GetReal(5);
-    Params matrix = Params::FromPdf(a, b, c, d, e, f);
+    Params matrix = args.GetMatrix();
     matrix.EnsureHasInverse();
     GetTextHandler().SetLtText(matrix);
     GetTextHandler().SetLtTextLineStart();

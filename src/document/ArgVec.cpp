@@ -7,6 +7,7 @@
 #include <Kernel/ToString.h>
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace Quillet {
@@ -116,6 +117,12 @@ double ArgVec::GetReal(int index) const
 {
     const bool isThere = index >= 0 && index < count && IsNumber(args[static_cast<std::size_t>(index)]);
     return Check(isThere, Error::General) ? args[static_cast<std::size_t>(index)].realValue : 0;
+}
+
+Raster::AffineTransform::Params ArgVec::GetMatrix() const
+{
+    const std::array<double, 6> values{GetReal(0), GetReal(1), GetReal(2), GetReal(3), GetReal(4), GetReal(5)};
+    return Raster::AffineTransform::Params::FromPdf(values);
 }
 
 int ArgVec::GetInt(int index) const

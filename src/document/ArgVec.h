@@ -48,6 +48,8 @@ public:
     Token::Type GetType(int index) const;
     Token::Type GetToken(int index) const { return GetType(index); }
     double GetReal(int index) const;
+    /// The first six operands.
+    Raster::AffineTransform::Params GetMatrix() const;
     /// Integers only: a real operand is a fault.
     int GetInt(int index) const;
     /// A number from 0 to 1 as 0 to 255.

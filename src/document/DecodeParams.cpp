@@ -88,8 +88,7 @@ std::string DecodeParams::GetName(const char* key) const
 std::vector<Kernel::Counted<const DecodeParams>> GetDecodeParams(Kernel::Counted<Parser> parser, const Ref& owner)
 {
     std::vector<Kernel::Counted<const DecodeParams>> result;
-    parser->NextToken();
-    parser = parser->OptionalDereference();
+    parser = parser->NextValue();
     if (parser->tokenType == Token::TokenDictStart) {
         result.push_back(Kernel::MakeCounted<DecodeParams>(parser, owner));
         return result;

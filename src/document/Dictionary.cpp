@@ -50,9 +50,22 @@ bool Dictionary::GetNext(const char* key)
     return true;
 }
 
+template <typename Value, typename Result>
+bool Dictionary::Get(const char* key, Value& out, Result (Parser::*get)(Value&))
+{
+    if (!GetNext(key)) return false;
+    (this->*get)(out);
+    return true;
+}
+
 Token::Type Dictionary::GetToken(const char* key)
 {
-    return DictionarySeek(key) ? NextToken() : TokenNone;
+    return GetNext(key) ? tokenType : TokenNone;
+}
+
+Kernel::Counted<Parser> Dictionary::OpenValue(const char* key)
+{
+    return DictionarySeek(key) ? NextValue() : nullptr;
 }
 
 std::vector<std::string> Dictionary::GetKeys() const
@@ -111,58 +124,42 @@ bool Dictionary::GetRef(const char* key, Ref& out)
 
 bool Dictionary::GetRect(const char* key, Kernel::RectT<double>& out)
 {
-    if (!GetNext(key)) return false;
-    GetTokenRect(out);
-    return true;
+    return Get(key, out, &Parser::GetTokenRect);
 }
 
 bool Dictionary::GetTransform(const char* key, Raster::AffineTransform::Params& out)
 {
-    if (!GetNext(key)) return false;
-    GetTokenTransform(out);
-    return true;
+    return Get(key, out, &Parser::GetTokenTransform);
 }
 
 bool Dictionary::GetIntVec(const char* key, std::vector<int>& out)
 {
-    if (!GetNext(key)) return false;
-    GetTokenIntVec(out);
-    return true;
+    return Get(key, out, &Parser::GetTokenIntVec);
 }
 
 bool Dictionary::GetRealVec(const char* key, std::vector<double>& out)
 {
-    if (!GetNext(key)) return false;
-    GetTokenRealVec(out);
-    return true;
+    return Get(key, out, &Parser::GetTokenRealVec);
 }
 
 bool Dictionary::GetRefVec(const char* key, std::vector<Ref>& out)
 {
-    if (!GetNext(key)) return false;
-    GetTokenRefVec(out);
-    return true;
+    return Get(key, out, &Parser::GetTokenRefVec);
 }
 
 bool Dictionary::GetNameVec(const char* key, std::vector<std::string>& out)
 {
-    if (!GetNext(key)) return false;
-    GetTokenNameVec(out);
-    return true;
+    return Get(key, out, &Parser::GetTokenNameVec);
 }
 
 bool Dictionary::GetStringVec(const char* key, std::vector<std::string>& out)
 {
-    if (!GetNext(key)) return false;
-    GetTokenStringVec(out);
-    return true;
+    return Get(key, out, &Parser::GetTokenStringVec);
 }
 
 bool Dictionary::GetStringBufVec(const char* key, std::vector<std::vector<char>>& out)
 {
-    if (!GetNext(key)) return false;
-    GetTokenStringBufVec(out);
-    return true;
+    return Get(key, out, &Parser::GetTokenStringBufVec);
 }
 
 void Dictionary::UnimplementedKeys(const char* const* keys)

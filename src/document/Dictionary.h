@@ -29,6 +29,8 @@ public:
     using Parser::DictionarySeek;
     /// The type of the value, which becomes the current token; `TokenNone` if absent.
     Token::Type GetToken(const char* key);
+    /// The value with one reference followed, on its first token; null if absent. For a counted dictionary.
+    Kernel::Counted<Parser> OpenValue(const char* key);
     /// In order of bytes.
     std::vector<std::string> GetKeys() const;
 
@@ -61,6 +63,8 @@ public:
 private:
     void ReadItems();
     bool GetNext(const char* key);
+    template <typename Value, typename Result>
+    bool Get(const char* key, Value& out, Result (Parser::*get)(Value&));
 };
 
 } // namespace Quillet

@@ -9,6 +9,7 @@
 #include <Geometry/AffineTransform.h>
 #include <Kernel/RectT.h>
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -80,6 +81,8 @@ public:
     void GetTokenRect(Kernel::RectT<double>& rect);
     /// False, with the identity, for anything but an array of six numbers.
     bool GetTokenTransform(Raster::AffineTransform::Params& transform);
+    /// The numbers of an array, as many as there is room for; gives how many it has. For an array token only.
+    std::size_t GetTokenNumbers(std::span<double> values);
     // An array or one single value, appended.
     void GetTokenIntVec(std::vector<int>& out);
     void GetTokenRealVec(std::vector<double>& out);
@@ -101,6 +104,8 @@ public:
     Kernel::Counted<Parser> Dereference();
     /// As `Dereference` on a reference token, else this parser.
     Kernel::Counted<Parser> OptionalDereference();
+    /// The next value, with one reference followed, on its first token.
+    Kernel::Counted<Parser> NextValue() { return NextToken(), OptionalDereference(); }
 
     bool IsEncrypted() const { return object.IsEncrypted(); }
 

@@ -12,6 +12,7 @@
 #include <Kernel/FormatString.h>
 #include <Kernel/StringEncoding.h>
 
+#include <array>
 #include <limits>
 #include <utility>
 
@@ -155,15 +156,20 @@ bool Parser::GetTokenTransform(Raster::AffineTransform::Params& transform)
     }
     if (tokenType != TokenArrayStart) return false;
 
-    double values[6] = {};
-    int count = 0;
+    std::array<double, 6> values{};
+    if (GetTokenNumbers(values) != values.size()) return false;
+    transform = Params::FromPdf(values);
+    return true;
+}
+
+std::size_t Parser::GetTokenNumbers(std::span<double> values)
+{
+    std::size_t count = 0;
     for (; NextToken() != TokenArrayEnd && tokenType != TokenEnd; ++count) {
         const double value = GetTokenReal();
-        if (count < 6) values[count] = value;
+        if (count < values.size()) values[count] = value;
     }
-    if (count != 6) return false;
-    transform = Params::FromPdf(values[0], values[1], values[2], values[3], values[4], values[5]);
-    return true;
+    return count;
 }
 
 template <typename Value, typename Getter>

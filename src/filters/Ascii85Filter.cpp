@@ -1,6 +1,6 @@
 #include "filters/Ascii85Filter.h"
 
-#include "filters/AsciiWhiteSpace.h"
+#include "document/CharType.h"
 
 #include <algorithm>
 #include <cstring>
@@ -37,7 +37,7 @@ int Ascii85Filter::ReadBuf()
             Check(digits == 0, Error::General);
             return SetGroup(0, 4);
         } else {
-            Check(IsAsciiWhiteSpace(byte), Error::General);
+            Check(CharType::IsPdfSpace(byte), Error::General);
         }
     }
     if (digits == 0) return 0;

@@ -1,20 +1,8 @@
 #include "filters/AsciiHexFilter.h"
 
-#include "filters/AsciiWhiteSpace.h"
+#include "document/CharType.h"
 
 namespace Quillet {
-
-namespace {
-
-int GetHexValue(char byte)
-{
-    if (byte >= '0' && byte <= '9') return byte - '0';
-    if (byte >= 'A' && byte <= 'F') return byte - 'A' + 10;
-    if (byte >= 'a' && byte <= 'f') return byte - 'a' + 10;
-    return -1;
-}
-
-} // namespace
 
 int AsciiHexFilter::Decode(char* buf, int size)
 {
@@ -32,8 +20,8 @@ int AsciiHexFilter::Decode(char* buf, int size)
 int AsciiHexFilter::GetHexDigit()
 {
     for (char byte; source->Read(&byte, 1) == 1 && byte != '>';) {
-        if (IsAsciiWhiteSpace(byte)) continue;
-        const int value = GetHexValue(byte);
+        if (CharType::IsPdfSpace(byte)) continue;
+        const int value = CharType::GetHexValue(byte);
         return Check(value >= 0, Error::General) ? value : 0;
     }
     isFinished = true;

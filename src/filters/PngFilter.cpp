@@ -1,11 +1,9 @@
 #include "filters/PngFilter.h"
 
 #include "document/DecodeParams.h"
-#include "filters/RowLayout.h"
 
-#include <algorithm>
 #include <cstdlib>
-#include <cstring>
+#include <utility>
 
 namespace Quillet {
 
@@ -56,21 +54,9 @@ void UndoPaeth(unsigned char* row, const unsigned char* above, int pixel, int si
 
 void PngFilter::SetDecodeParams(Kernel::Counted<const DecodeParams> params)
 {
-    rowSize = 0;
     const int predictor = params->GetInt("Predictor", 1);
     if (!Check(predictor >= 10 && predictor <= 15, Error::General)) return;
-    const int colors = params->GetInt("Colors", 1);
-    if (!Check(colors >= 1 && colors <= 4, Error::General)) return;
-    const int bitsPerComponent = params->GetInt("BitsPerComponent", 8);
-    if (!Check(bitsPerComponent < 33, Error::General)) return;
-    const int columns = params->GetInt("Columns", 1);
-    if (!Check(columns >= 1, Error::General)) return;
-    const RowLayout layout = MeasureRow(colors, bitsPerComponent, columns);
-    if (!Check(layout.rowSize != 0, Error::General)) return;
-
-    bytesPerPixel = layout.bytesPerPixel;
-    rowSize = readPos = layout.rowSize;
-    currentRow.assign(static_cast<std::size_t>(bytesPerPixel), 0);
+    ReadLayout(*params, 4, 32);
     previousRow = currentRow;
 }
 
@@ -78,7 +64,7 @@ bool PngFilter::ReadRow()
 {
     std::swap(currentRow, previousRow);
     // The tag lands on the last byte ahead of the row.
-    if (!ReadRowBytes(*source, currentRow, bytesPerPixel - 1, rowSize)) return false;
+    if (!FillRow(bytesPerPixel - 1)) return false;
     previousRow.resize(static_cast<std::size_t>(rowSize));
     unsigned char* row = currentRow.data() + bytesPerPixel;
     const unsigned char* above = previousRow.data() + bytesPerPixel;
@@ -103,24 +89,7 @@ bool PngFilter::ReadRow()
         OnError(Error::General);
         return false;
     }
-    readPos = bytesPerPixel;
     return true;
-}
-
-int PngFilter::Decode(char* buf, int size)
-{
-    int delivered = 0;
-    while (delivered < size && rowSize != 0) {
-        if (readPos == rowSize && !ReadRow()) {
-            rowSize = 0;
-            break;
-        }
-        const int count = std::min(size - delivered, rowSize - readPos);
-        std::memcpy(buf + delivered, currentRow.data() + readPos, static_cast<std::size_t>(count));
-        delivered += count;
-        readPos += count;
-    }
-    return delivered;
 }
 
 unsigned long long PngFilter::GetEstimatedLength() const

@@ -59,9 +59,8 @@ Kernel::Counted<const FontEncoding> CMapInterpreter::GetEncoding(const Ref& ref)
 
 void CMapInterpreter::UseBase(Dictionary& dictionary)
 {
-    if (!dictionary.DictionarySeek("UseCMap")) return;
-    dictionary.NextToken();
-    const Kernel::Counted<Parser> value = dictionary.OptionalDereference();
+    const Kernel::Counted<Parser> value = dictionary.OpenValue("UseCMap");
+    if (!value) return;
     if (value->tokenType == Token::TokenName) return UseStandard(value->GetTokenName());
     const Ref base = dictionary.GetRef("UseCMap");
     const Guard::Descent descent;

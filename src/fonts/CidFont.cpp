@@ -4,12 +4,10 @@
 #include "document/Limits.h"
 #include "filters/Stream.h"
 #include "fonts/FontEncodingFactory.h"
-#include "fonts/MapBytes.h"
 #include <Quillet/Budget.h>
 #include <Quillet/Char.h>
 
 #include <algorithm>
-#include <iterator>
 #include <limits>
 
 namespace Quillet {
@@ -43,7 +41,7 @@ CidFont::CidFont(const Kernel::Counted<Dictionary>& dictionary) : InstallableFon
     ReadEncoding(dictionary);
     if (isAvailable) return;
     const bool isEven = std::ranges::all_of(
-        widths, [this](const auto& entry) { return entry.second.width == widths.begin()->second.width; });
+        widths, [this](const auto& entry) { return entry.second.value == widths.begin()->second.value; });
     if (isEven) SetIsMonospaced();
     UpdateEffectiveFont(GetFontMap(dictionary->object));
 }
@@ -53,31 +51,14 @@ void CidFont::SetWidths(long long first, long long last, double width)
     first = std::max(first, 0LL);
     last = std::min<long long>(last, std::numeric_limits<int>::max() - 1);
     if (last < first || !Budget::Spend(Limits::c_rangeUnits)) return;
-    const auto begin = static_cast<int>(first);
-    const auto end = static_cast<int>(last);
-    // Later entries win: what they overlap is cut.
-    auto after = widths.upper_bound(end);
-    while (after != widths.begin()) {
-        const auto place = std::prev(after);
-        const auto [oldFirst, old] = *place;
-        if (old.last < begin) break;
-        after = widths.erase(place);
-        if (old.last > end) after = widths.emplace(end + 1, old).first;
-        if (oldFirst < begin) {
-            widths.emplace(oldFirst, WidthRange{begin - 1, old.width});
-            break;
-        }
-    }
-    widths[begin] = {end, width};
+    widths.Set(static_cast<int>(first), static_cast<int>(last), width);
 }
 
 void CidFont::ReadMetrics(Dictionary& dictionary)
 {
     missingWidth = dictionary.GetReal("DW", c_defaultWidth);
-    if (!dictionary.DictionarySeek("W")) return;
-    dictionary.NextToken();
-    const Kernel::Counted<Parser> parser = dictionary.OptionalDereference();
-    if (parser->tokenType != Token::TokenArrayStart) return;
+    const Kernel::Counted<Parser> parser = dictionary.OpenValue("W");
+    if (!parser || parser->tokenType != Token::TokenArrayStart) return;
     while (parser->NextToken() != Token::TokenArrayEnd && parser->tokenType != Token::TokenEnd) {
         long long cid = parser->GetTokenInt();
         if (parser->NextToken() == Token::TokenArrayEnd) break;
@@ -97,15 +78,13 @@ void CidFont::ReadMetrics(Dictionary& dictionary)
 std::size_t CidFont::GetDispensableBytes() const
 {
     // What the machine's font says is shared, but not what an embedded table makes of it.
-    return sizeof *this + GetMapBytes(widths) + (encoding ? encoding->GetDispensableBytes() : 0);
+    return sizeof *this + widths.GetBytes() + (encoding ? encoding->GetDispensableBytes() : 0);
 }
 
 double CidFont::GetBaseWidth(int cid) const
 {
-    const auto after = widths.upper_bound(cid);
-    if (after == widths.begin()) return missingWidth;
-    const WidthRange& range = std::prev(after)->second;
-    return range.last >= cid ? range.width : missingWidth;
+    const auto* range = widths.Find(cid);
+    return range ? range->value : missingWidth;
 }
 
 void CidFont::ReadEncoding(const Kernel::Counted<Dictionary>& dictionary)
@@ -114,9 +93,8 @@ void CidFont::ReadEncoding(const Kernel::Counted<Dictionary>& dictionary)
     const auto host = FontEncodingFactory::GetFromOs(requestedFont);
     if (!host) return;
     encoding = host;
-    if (!dictionary->DictionarySeek("CIDToGIDMap")) return;
-    dictionary->NextToken();
-    const Kernel::Counted<Parser> value = dictionary->OptionalDereference();
+    const Kernel::Counted<Parser> value = dictionary->OpenValue("CIDToGIDMap");
+    if (!value) return;
     if (value->tokenType == Token::TokenDictStart) {
         if (auto own = ReadGlyphIds(dictionary->GetRef("CIDToGIDMap"), *host)) encoding = own;
         return;

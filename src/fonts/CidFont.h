@@ -2,8 +2,7 @@
 
 #include "fonts/FontEncoding.h"
 #include "fonts/InstallableFont.h"
-
-#include <map>
+#include "fonts/RangeMap.h"
 
 namespace Quillet {
 
@@ -22,13 +21,8 @@ public:
     /// In thousandths of the size.
     double GetBaseWidth(int cid) const;
 
-    /// Runs of CIDs with one width, by the first; a range in the file may claim any number of CIDs.
-    struct WidthRange
-    {
-        int last;
-        double width;
-    };
-    std::map<int, WidthRange> widths;
+    /// By CID.
+    RangeMap<double> widths;
     /// From CID to character; null unless the machine's font can tell.
     Kernel::Counted<const FontEncoding> encoding;
 

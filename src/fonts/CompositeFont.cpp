@@ -36,9 +36,8 @@ CompositeFont::CompositeFont(const Kernel::Counted<Dictionary>& dictionary) : Fo
 Kernel::Counted<const FontEncoding> CompositeFont::ReadCMap(const Kernel::Counted<Dictionary>& dictionary,
                                                             const char* key) const
 {
-    if (!dictionary->DictionarySeek(key)) return nullptr;
-    dictionary->NextToken();
-    const Kernel::Counted<Parser> value = dictionary->OptionalDereference();
+    const Kernel::Counted<Parser> value = dictionary->OpenValue(key);
+    if (!value) return nullptr;
     if (value->tokenType == Token::TokenName) return GetStandardCMap(value->GetTokenName());
     return CMapInterpreter::GetEncoding(dictionary->GetRef(key));
 }

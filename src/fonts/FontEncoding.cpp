@@ -1,12 +1,10 @@
 #include "fonts/FontEncoding.h"
 
 #include "document/Limits.h"
-#include "fonts/MapBytes.h"
 
 #include <Quillet/Budget.h>
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace Quillet {
@@ -14,14 +12,6 @@ namespace Quillet {
 namespace {
 
 using CodeSpaceRange = FontEncoding::CodeSpaceRange;
-using MapRange = FontEncoding::MapRange;
-
-/// Whether `next` goes on where `range` ends.
-bool Continues(const MapRange& range, const MapRange& next)
-{
-    const long long distance = static_cast<long long>(next.first) - range.first;
-    return static_cast<long long>(range.last) + 1 == next.first && range.sequence.Advanced(distance) == next.sequence;
-}
 
 /// Whether a code of the range may start with the `count` bytes of `value`.
 bool HasStart(const CodeSpaceRange& range, unsigned value, int count)
@@ -110,22 +100,7 @@ void FontEncoding::AddMapRange(int first, int last, const CodeSequence& sequence
 {
     if (!Check(first >= 0, Error::General)) first = 0;
     if (last < first || !Budget::Spend(Limits::c_rangeUnits)) return;
-    auto after = mapRanges.upper_bound(last);
-    while (after != mapRanges.begin()) {
-        const auto place = std::prev(after);
-        const MapRange old = place->second;
-        if (old.last < first) break;
-        after = mapRanges.erase(place);
-        if (old.last > last) {
-            const long long distance = static_cast<long long>(last) + 1 - old.first;
-            after = mapRanges.emplace(last + 1, MapRange{last + 1, old.last, old.sequence.Advanced(distance)}).first;
-        }
-        if (old.first < first) {
-            mapRanges.emplace(old.first, MapRange{old.first, first - 1, old.sequence});
-            break;
-        }
-    }
-    InsertMapRange({first, last, sequence});
+    mapRanges.Set(first, last, sequence);
 }
 
 void FontEncoding::AddBase(const FontEncoding& base)
@@ -138,27 +113,10 @@ void FontEncoding::AddBase(const FontEncoding& base)
     }
     const auto own = std::exchange(mapRanges, base.mapRanges);
     for (const auto& [first, range] : own)
-        AddMapRange(range.first, range.last, range.sequence);
+        AddMapRange(range.first, range.last, range.value);
     if (base.isCodeSpaceAssumed) return;
     for (const CodeSpaceRange& range : base.codeSpaceRanges)
         AddCodeSpaceRange(range.byteCount, range.fontIndex, range.low, range.high);
-}
-
-void FontEncoding::InsertMapRange(MapRange range)
-{
-    auto next = mapRanges.upper_bound(range.first);
-    if (next != mapRanges.begin()) {
-        const auto before = std::prev(next);
-        if (Continues(before->second, range)) {
-            range = {before->second.first, range.last, before->second.sequence};
-            mapRanges.erase(before);
-        }
-    }
-    if (next != mapRanges.end() && Continues(range, next->second)) {
-        range.last = next->second.last;
-        mapRanges.erase(next);
-    }
-    mapRanges.insert_or_assign(range.first, range);
 }
 
 void FontEncoding::AddUndefinedMaps(int first, int last, char32_t character)
@@ -179,28 +137,20 @@ void FontEncoding::OnComplete()
         lookup[static_cast<std::size_t>(code)] = GetMappedSequenceSlow(code);
 }
 
-const MapRange* FontEncoding::FindRange(int code) const
-{
-    const auto after = mapRanges.upper_bound(code);
-    if (after == mapRanges.begin()) return nullptr;
-    const MapRange& range = std::prev(after)->second;
-    return range.last >= code ? &range : nullptr;
-}
-
 CodeSequence FontEncoding::GetMappedSequenceSlow(int code) const
 {
-    const MapRange* range = FindRange(code);
-    return range ? range->sequence.Advanced(static_cast<long long>(code) - range->first) : CodeSequence(0);
+    const auto* range = mapRanges.Find(code);
+    return range ? range->At(code) : CodeSequence(0);
 }
 
 std::size_t FontEncoding::GetDispensableBytes() const
 {
-    return sizeof *this + GetMapBytes(mapRanges) + codeSpaceRanges.size() * sizeof(CodeSpaceRange);
+    return sizeof *this + mapRanges.GetBytes() + codeSpaceRanges.size() * sizeof(CodeSpaceRange);
 }
 
 bool FontEncoding::ContainsMappingFor(int code) const
 {
-    return FindRange(code) != nullptr;
+    return mapRanges.Find(code) != nullptr;
 }
 
 bool FontEncoding::AdvanceCharCode(int& fontIndex, int& code, int& pos, const std::vector<char>& text) const
@@ -231,8 +181,8 @@ int FontEncoding::GetIndexOfChar(char32_t character) const
     // Each font that uses a large map may ask it.
     Budget::Spend(4 * mapRanges.size());
     for (const auto& [first, range] : mapRanges) {
-        if (range.sequence.count != 1) continue;
-        const long long distance = static_cast<long long>(character) - static_cast<long long>(range.sequence.values[0]);
+        if (range.value.count != 1) continue;
+        const long long distance = static_cast<long long>(character) - static_cast<long long>(range.value.values[0]);
         if (distance >= 0 && distance <= static_cast<long long>(range.last) - first)
             return static_cast<int>(first + distance);
     }
@@ -248,7 +198,7 @@ Kernel::Counted<FontEncoding> FontEncoding::AsPrivateUse(Kernel::Counted<const F
         const long long last =
             std::min<long long>(range.last, static_cast<long long>(first) + Limits::c_maxSingleCodes);
         for (long long code = first; code <= last && Budget::Spend(Limits::c_rangeUnits); ++code) {
-            const CodeSequence sequence = range.sequence.Advanced(code - first);
+            const CodeSequence sequence = range.At(static_cast<int>(code));
             const int index = sequence.count == 1 ? base->GetIndexOfChar(sequence.values[0]) : -1;
             const bool isInBase = index >= 1 && index <= 255;
             result->AddMap(static_cast<int>(code),
@@ -263,9 +213,9 @@ Kernel::Counted<FontEncoding> FontEncoding::GetInverse() const
 {
     auto result = Kernel::MakeCounted<FontEncoding>();
     for (const auto& [first, range] : mapRanges) {
-        if (range.sequence.count != 1) continue;
+        if (range.value.count != 1) continue;
         // Codes and characters count on together, so that a range stays one.
-        const auto character = static_cast<int>(range.sequence.values[0]);
+        const auto character = static_cast<int>(range.value.values[0]);
         const long long length = static_cast<long long>(range.last) - first;
         const long long last = std::min<long long>(character + length, 0x7FFFFFFF);
         result->AddMapRange(character, static_cast<int>(last), static_cast<char32_t>(first));

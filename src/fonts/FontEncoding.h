@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fonts/CodeSequence.h"
+#include "fonts/RangeMap.h"
 
 #include <Quillet/ErrorForwarder.h>
 #include <Quillet/RefCacheable.h>
@@ -8,7 +9,6 @@
 #include <Kernel/Counted.h>
 
 #include <array>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -30,14 +30,6 @@ public:
         int fontIndex;
     };
 
-    /// `first` maps to `sequence`, and each code after it, up to `last`, to one whose last character is one further.
-    struct MapRange
-    {
-        int first;
-        int last;
-        CodeSequence sequence;
-    };
-
     FontEncoding() = default;
     explicit FontEncoding(const char* encodingName) : name(encodingName) {}
     FontEncoding(const FontEncoding& other) = default;
@@ -53,6 +45,7 @@ public:
     void AddMap(int code, char32_t character) { AddMapRange(code, code, character); }
     void AddMap(int code, const CodeSequence& sequence) { AddMapRange(code, code, sequence); }
     void AddMapRange(int first, int last, char32_t character) { AddMapRange(first, last, CodeSequence(character)); }
+    /// `first` maps to `sequence`, and each code after it, up to `last`, to one whose last character is one further.
     /// Overrides what was there. A range that ends before it starts is none; a negative start raises `general` and
     /// becomes 0.
     void AddMapRange(int first, int last, const CodeSequence& sequence);
@@ -92,14 +85,10 @@ public:
     std::string ordering;
     /// By length once completed.
     std::vector<CodeSpaceRange> codeSpaceRanges;
-    /// By first code, without overlaps; neighbours that continue each other are one.
-    std::map<int, MapRange> mapRanges;
+    RangeMap<CodeSequence> mapRanges;
 
 private:
     static constexpr int c_lookupSize = 256;
-
-    void InsertMapRange(MapRange range);
-    const MapRange* FindRange(int code) const;
 
     /// Nothing said what the codes are: what stands for it ends when something does.
     bool isCodeSpaceAssumed = false;

@@ -147,10 +147,8 @@ void OrderWidths(std::vector<double>& widths, Type type, const StandardFontMetri
 /// Calls `visit` with each code and name of a "Differences" array; false if there is none.
 bool VisitDifferences(Dictionary& dictionary, const std::function<void(long long code, const std::string& name)>& visit)
 {
-    if (!dictionary.DictionarySeek("Differences")) return false;
-    dictionary.NextToken();
-    const Kernel::Counted<Parser> parser = dictionary.OptionalDereference();
-    if (parser->tokenType != Token::TokenArrayStart) return false;
+    const Kernel::Counted<Parser> parser = dictionary.OpenValue("Differences");
+    if (!parser || parser->tokenType != Token::TokenArrayStart) return false;
     long long code = 0;
     while (parser->NextToken() != Token::TokenArrayEnd && parser->tokenType != Token::TokenEnd) {
         if (parser->tokenType == Token::TokenInt) {

@@ -17,18 +17,6 @@
 
 namespace Quillet {
 
-namespace {
-
-/// The value behind `key`, with one reference followed, and the parser on its first token; null if it is absent.
-Kernel::Counted<Parser> OpenValue(const Kernel::Counted<Dictionary>& dictionary, const char* key)
-{
-    if (!dictionary->DictionarySeek(key)) return nullptr;
-    dictionary->NextToken();
-    return dictionary->OptionalDereference();
-}
-
-} // namespace
-
 SimpleFont::SimpleFont()
 {
     ReadMetricsFromStandard();
@@ -103,7 +91,7 @@ void SimpleFont::ReadMetrics(const Kernel::Counted<Dictionary>& dictionary)
 {
     ReadMetricsFromStandard();
     std::vector<double> own;
-    if (const auto value = OpenValue(dictionary, "Widths"); value && value->tokenType == Token::TokenArrayStart)
+    if (const auto value = dictionary->OpenValue("Widths"); value && value->tokenType == Token::TokenArrayStart)
         dictionary->GetRealVec("Widths", own);
     hasWidths = !own.empty();
     if (hasWidths) {
@@ -121,7 +109,7 @@ void SimpleFont::ReadMetrics(const Kernel::Counted<Dictionary>& dictionary)
             ReadWidthsFromHost();
         }
         const std::string name = metrics ? metrics->name : documentName;
-        const auto value = OpenValue(dictionary, "Encoding");
+        const auto value = dictionary->OpenValue("Encoding");
         if (value && value->tokenType == Token::TokenDictStart) {
             FontEncodingFactory::ApplyEncodingToWidths(widths, dictionary->GetRef("Encoding"), name, IsSymbolic());
         } else if (value && value->tokenType == Token::TokenName) {
@@ -148,7 +136,7 @@ void SimpleFont::ReadEncoding(const Kernel::Counted<Dictionary>& dictionary)
 {
     const std::string& name = requestedFont.postscriptName;
     if (dictionary->Has("ToUnicode")) toUnicode = CMapInterpreter::GetEncoding(dictionary->GetRef("ToUnicode"));
-    if (const auto value = OpenValue(dictionary, "Encoding")) {
+    if (const auto value = dictionary->OpenValue("Encoding")) {
         if (value->tokenType == Token::TokenName) {
             encoding = FontEncodingFactory::GetNamed(value->GetTokenName(), name, IsSymbolic());
             isNamedEncoding = true;

@@ -14,8 +14,7 @@ Type3Font::Type3Font(const Kernel::Counted<Dictionary>& dictionary) : SimpleFont
     std::vector<double> values;
     dictionary->GetRealVec("FontMatrix", values);
     if (values.size() != 6) return;
-    const auto matrix =
-        Raster::AffineTransform::Params::FromPdf(values[0], values[1], values[2], values[3], values[4], values[5]);
+    const auto matrix = Raster::AffineTransform::Params::FromPdf(std::span(values).first<6>());
     const double scale = std::hypot(matrix.a, matrix.b) * 1000;
     if (!std::isfinite(scale) || scale == 0) return;
     isMirrored = matrix.GetDeterminant() < 0;
