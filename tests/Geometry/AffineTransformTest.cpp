@@ -35,15 +35,10 @@ TEST(AffineTransform, InverseUndoesTheMap)
         EXPECT_TRUE((map.GetInverse() * map).IsIdentity(1e-9));
     }
     EXPECT_TRUE(Params::Scale(1e-60, 1e-60).GetInverse().IsEqual(Params::Scale(1e60, 1e60), 1e46));
-}
-
-TEST(AffineTransform, InverseWithoutAreaIsTheNegatedTranslation)
-{
-    const Params expected{0, 0, -5, 0, 0, -6};
+    // Without an area it is the negated translation.
     for (const Params& map : {Params::FromPdf(0, 0, 0, 0, 5, 6), Params::FromPdf(1, 2, 2, 4, 5, 6),
-                              Params::FromPdf(1e-64, 0, 0, 1e-65, 5, 6), Params::FromPdf(c_nan, 0, 0, 1, 5, 6)}) {
-        EXPECT_EQ(map.GetInverse(), expected);
-    }
+                              Params::FromPdf(1e-64, 0, 0, 1e-65, 5, 6), Params::FromPdf(c_nan, 0, 0, 1, 5, 6)})
+        EXPECT_EQ(map.GetInverse(), (Params{0, 0, -5, 0, 0, -6}));
 }
 
 TEST(AffineTransform, BoxGoesAroundTheFourCorners)
@@ -58,12 +53,7 @@ TEST(AffineTransform, BoxGoesAroundTheFourCorners)
 TEST(AffineTransform, EnsureHasInverseRebuildsSingularMaps)
 {
     const double root = std::sqrt(0.5);
-    const struct
-    {
-        const char* name;
-        Params map;
-        Params expected;
-    } cases[] = {
+    const std::tuple<const char*, Params, Params> cases[] = {
         {"small but regular", Params::FromPdf(1e-63, 0, 0, 1e-64, 5, 6), Params::FromPdf(1e-63, 0, 0, 1e-64, 5, 6)},
         {"no height", Params::FromPdf(3, 0, 0, 0, 7, 8), Params::FromPdf(3, 0, 0, 1e-20, 7, 8)},
         {"no width, mirrored", Params::FromPdf(-1e-130, 0, 0, 3, 7, 8), Params::FromPdf(-1e-20, 0, 0, 3, 7, 8)},

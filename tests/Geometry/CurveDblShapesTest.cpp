@@ -6,8 +6,6 @@
 #include <array>
 #include <cmath>
 #include <limits>
-#include <numbers>
-#include <vector>
 
 namespace {
 
@@ -19,12 +17,6 @@ constexpr double c_infinity = std::numeric_limits<double>::infinity();
 constexpr double c_nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double c_tolerance = 0.0625;
 constexpr double c_circleHandle = 0.5522847498307936;
-
-Params Rotation(double degrees)
-{
-    const double angle = degrees * std::numbers::pi / 180;
-    return {std::cos(angle), -std::sin(angle), 0, std::sin(angle), std::cos(angle), 0};
-}
 
 CurveDbl MakePolygon(const std::vector<Point>& corners)
 {
@@ -85,12 +77,7 @@ TEST(CurveDblShapes, RectangleTable)
     CurveDbl overshooting = written;
     overshooting.nodes[5].point = {20, 12};
 
-    const struct
-    {
-        const char* name;
-        CurveDbl curve;
-        bool expected;
-    } cases[] = {
+    const std::tuple<const char*, CurveDbl, bool> cases[] = {
         {"a corner off by less", MakePolygon({{0, 0}, {20.06, -0.06}, {20, 10}, {0, 10}, {0, 0}}), true},
         {"a corner off by more", MakePolygon({{0, 0}, {20.07, 0}, {20, 10}, {0, 10}, {0, 0}}), false},
         {"bow tie", MakePolygon({{0, 0}, {20, 10}, {20, 0}, {0, 10}, {0, 0}}), false},
@@ -110,12 +97,7 @@ TEST(CurveDblShapes, RectangleTable)
 
 TEST(CurveDblShapes, StraightSegments)
 {
-    const struct
-    {
-        const char* name;
-        Point control1, control2, end;
-        bool expected;
-    } cases[] = {
+    const std::tuple<const char*, Point, Point, Point, bool> cases[] = {
         {"controls at thirds", {10, 13.3333}, {20, 26.6667}, {30, 40}, true},
         {"within the tolerance", {10.04, 13.29}, {30, 40}, {30, 40}, true},
         {"beside the chord", {10.08, 13.24}, {30, 40}, {30, 40}, false},
@@ -141,22 +123,19 @@ TEST(CurveDblShapes, EllipseTable)
 {
     const CurveDbl circle = MakeCircle();
     const Params place = Params::Translation(300, 200);
+    const double root = std::sqrt(0.5);
     const auto at = [&](const Params& transform) { return MakeTransformed(circle, place * transform); };
     CurveDbl offset = at(Params::Scale(10, 10));
     offset.nodes[9].point.y -= 0.08;
     CurveDbl longWay = MakeCircle();
     longWay.nodes[1].point = {1, -3.2};
     longWay.nodes[2].point = {-3.2, 1};
-    const struct
-    {
-        const char* name;
-        CurveDbl curve;
-        bool upright, rotated;
-    } cases[] = {
+    // The curve, whether it is an upright ellipse, and whether it is one at all.
+    const std::tuple<const char*, CurveDbl, bool, bool> cases[] = {
         {"circle", at(Params::Scale(10, 10)), true, true},
-        {"circle from a diagonal", at(Params::Scale(10, 10) * Rotation(45)), false, true},
+        {"circle from a diagonal", at(Params::Scale(10, 10) * Params{root, -root, 0, root, root, 0}), false, true},
         {"hair-thin ellipse", at(Params::Scale(100, 0.02)), true, true},
-        {"ellipse turned", at(Rotation(30) * Params::Scale(40, 3)), false, true},
+        {"ellipse turned", at(Params{0.8, -0.6, 0, 0.6, 0.8, 0} * Params::Scale(40, 3)), false, true},
         {"large circle, handles 0.5", MakeTransformed(MakeCircle(0.5), Params::Scale(40, 40)), false, false},
         {"small circle, handles 0.5", MakeTransformed(MakeCircle(0.5), Params::Scale(2, 2)), true, true},
         {"small diamond", MakeTransformed(MakeCircle(0), Params::Scale(0.01, 0.01)), false, false},
@@ -170,18 +149,27 @@ TEST(CurveDblShapes, EllipseTable)
     }
 }
 
-TEST(CurveDblShapes, NoShapeHasPointsThatAreNotFinite)
+TEST(CurveDblShapes, PointsThatAreNotFiniteMakeNoShapeAndStayOutOfBoxes)
 {
+    CurveDbl rectangle;
+    rectangle.AddRectangle({0, 0, 20, 10});
     for (const double bad : {c_nan, c_infinity, -c_infinity}) {
         for (std::size_t index = 0; index < 13; ++index) {
-            CurveDbl rectangle;
-            rectangle.AddRectangle({0, 0, 20, 10});
-            rectangle.nodes[index].point.y = bad;
-            EXPECT_FALSE(rectangle.IsRectangle(c_infinity)) << index;
-            CurveDbl circle = MakeCircle();
-            circle.nodes[index].point.y = bad;
-            EXPECT_FALSE(circle.IsEllipse(c_infinity, CurveDbl::c_rotatedToo)) << index;
+            for (CurveDbl curve : {rectangle, MakeCircle()}) {
+                SCOPED_TRACE(index);
+                const auto page = curve.GetApproxBBox();
+                curve.nodes[index].point.y = bad;
+                curve.AutoSetNodeStyles();
+                EXPECT_FALSE(curve.IsRectangle(c_infinity));
+                EXPECT_FALSE(curve.IsEllipse(c_infinity, CurveDbl::c_rotatedToo));
+                EXPECT_FALSE(curve.IsEqual(curve, c_infinity));
+                EXPECT_TRUE(page.Contains(curve.GetApproxBBox()) && page.Contains(curve.GetExactBBox()));
+            }
         }
+        CurveDbl nowhere;
+        nowhere.AddLine({bad, 1}, {1, bad});
+        EXPECT_EQ(nowhere.GetApproxBBox(), (Kernel::RectT<double>{}));
+        EXPECT_EQ(nowhere.GetExactBBox(Params::Scale(2, 2)), (Kernel::RectT<double>{}));
     }
 }
 

@@ -4,23 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <optional>
-#include <string>
 
 namespace Kernel {
 namespace {
-
-std::string ToHex(std::string_view bytes)
-{
-    std::string hex;
-    for (char c : bytes) {
-        char digits[3];
-        std::snprintf(digits, sizeof digits, "%02x", static_cast<unsigned char>(c));
-        hex += digits;
-    }
-    return hex;
-}
 
 const std::string c_vector = "sixteen letters.";
 const std::string c_key = "sixteen for keys";
@@ -28,12 +15,8 @@ const std::string c_key = "sixteen for keys";
 TEST(AESTest, TakesOffAFillerThatIsOne)
 {
     const std::string data = "fifteen letters";
-    const struct
-    {
-        std::string plain;
-        std::size_t rest;
-        std::size_t size;
-    } rows[] = {
+    // What is encrypted, how many bytes follow that, and how many are data.
+    const std::tuple<std::string, std::size_t, std::size_t> rows[] = {
         {data + '\1', 0, 15},
         {std::string(16, 'x') + std::string(16, '\x10'), 0, 16},
         {std::string(16, '\x10'), 0, 0},
@@ -45,14 +28,13 @@ TEST(AESTest, TakesOffAFillerThatIsOne)
         {data + '\1', 7, 15},
         {"", 9, 0},
     };
-    for (const auto& row : rows) {
-        std::string bytes = row.plain;
+    for (const auto& [plain, rest, size] : rows) {
+        std::string bytes = plain;
         AES::Encrypt(bytes, c_key, c_vector);
-        bytes.append(row.rest, 'r');
+        bytes.append(rest, 'r');
         std::string out(bytes.size(), '?');
-        const std::size_t size = AES::Decrypt(out.data(), bytes, c_key, c_vector, AES::Filler::Count);
-        EXPECT_EQ(size, row.size);
-        EXPECT_EQ(out.substr(0, size), row.plain.substr(0, size));
+        EXPECT_EQ(AES::Decrypt(out.data(), bytes, c_key, c_vector, AES::Filler::Count), size);
+        EXPECT_EQ(out.substr(0, size), plain.substr(0, size));
     }
 }
 
@@ -62,7 +44,7 @@ TEST(ARC4Test, GoesOnFromItsState)
     std::string bytes = "Plaintext";
     cipher.Crypt(bytes.data(), std::string_view(bytes).substr(0, 4));
     cipher.Crypt(bytes.data() + 4, std::string_view(bytes).substr(4));
-    EXPECT_EQ(ToHex(bytes), "bbf316e8d940af0ad3");
+    EXPECT_EQ(bytes, "\xBB\xF3\x16\xE8\xD9\x40\xAF\x0A\xD3");
     // Keys that no file should have.
     EXPECT_NO_FATAL_FAILURE(ARC4("").Crypt(bytes.data(), bytes));
     EXPECT_NO_FATAL_FAILURE(ARC4(std::string(1000, 'k')).Crypt(bytes.data(), bytes));
@@ -71,26 +53,14 @@ TEST(ARC4Test, GoesOnFromItsState)
 /// RFC 4013, 3, and what else can go wrong.
 TEST(PreparePasswordTest, FollowsSaslprep)
 {
-    const struct
-    {
-        std::string text;
-        std::optional<std::string> prepared;
-    } rows[] = {
-        {"I\u00ADX", "IX"},
-        {"user", "user"},
-        {"USER", "USER"},
-        {"\u00AA", "a"},
-        {"\u2168", "IX"},
-        {"\u0007", std::nullopt},
-        {"\u06271", std::nullopt},
-        {"a\u00A0b", "a b"},
-        {"\uFDFA", std::string("\u0635\u0644\u0649 \u0627\u0644\u0644\u0647 \u0639\u0644\u064A\u0647 "
-                               "\u0648\u0633\u0644\u0645")},
-        {"", ""},
-        {"\xFF", std::nullopt},
+    const std::string longest = "\u0635\u0644\u0649 \u0627\u0644\u0644\u0647 \u0639\u0644\u064A\u0647 "
+                                "\u0648\u0633\u0644\u0645";
+    const std::pair<std::string, std::optional<std::string>> rows[] = {
+        {"I\u00ADX", "IX"}, {"uSER", "uSER"}, {"\u00AA", "a"},     {"\u2168", "IX"},    {"\u0007", {}},
+        {"\u06271", {}},    {"", ""},         {"a\u00A0b", "a b"}, {"\uFDFA", longest}, {"\xFF", {}},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(PreparePassword(row.text), row.prepared) << row.text;
+    for (const auto& [text, prepared] : rows)
+        EXPECT_EQ(PreparePassword(text), prepared) << text;
 }
 
 } // namespace

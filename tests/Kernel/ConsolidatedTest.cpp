@@ -5,7 +5,7 @@
 
 #include <atomic>
 #include <thread>
-#include <vector>
+#include <unordered_set>
 
 using Kernel::Consolidated;
 using Kernel::MakeCounted;
@@ -23,12 +23,7 @@ public:
     Number& operator=(const Number&) = delete;
     ~Number() override { --liveObjects; }
 
-    std::size_t GetHash() const override
-    {
-        std::size_t hash = 0;
-        Kernel::AddToHash(hash, value / 4);
-        return hash;
-    }
+    std::size_t GetHash() const override { return static_cast<std::size_t>(value / 4); }
     bool IsEqual(const Consolidatable& other) const override
     {
         return value == static_cast<const Number&>(other).value;
@@ -92,6 +87,28 @@ TEST(ConsolidatedTest, InternsAndDropsInThreads)
     EXPECT_EQ(faults, 0);
     EXPECT_EQ(liveObjects, liveBefore);
     EXPECT_EQ(Kernel::InternTable::GetSize(), tableBefore);
+}
+
+template <typename... Parts>
+std::size_t GetHash(const Parts&... parts)
+{
+    std::size_t hash = 0;
+    (Kernel::AddToHash(hash, parts), ...);
+    return hash;
+}
+
+TEST(HashAccumulatorTest, TellsPartsApart)
+{
+    EXPECT_EQ(GetHash(1, 2.5, "text"), GetHash(1, 2.5, std::string("text")));
+    EXPECT_EQ(GetHash(0.0), GetHash(-0.0));
+    EXPECT_NE(GetHash("ab", "c"), GetHash("a", "bc"));
+    EXPECT_NE(GetHash(1, 2), GetHash(2, 1));
+    EXPECT_NE(GetHash(std::string(7, '\0')), GetHash(std::string(8, '\0')));
+    // 4096 neighbouring keys in 4096 buckets leave about 1 - 1/e of them used if the low bits are as good as chance.
+    std::unordered_set<std::size_t> used;
+    for (int i = 0; i < 4096; ++i)
+        used.insert(GetHash(i / 64, i % 64 * 0.0625) % 4096);
+    EXPECT_NEAR(static_cast<double>(used.size()), 4096 * 0.632, 100);
 }
 
 } // namespace

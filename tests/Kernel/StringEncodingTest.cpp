@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 using namespace std::string_view_literals;
 using Kernel::Counted;
 using Kernel::StringEncoding;
@@ -17,12 +15,8 @@ Counted<StringEncoding> MakeEncoding(int codePage)
     return codePage == c_pdfDoc ? StringEncoding::MakePdfDocEncoding() : StringEncoding::Make(codePage);
 }
 
-const struct
-{
-    const char* name;
-    int codePage;
-    std::string_view bytes, text;
-} c_toUnicode[] = {
+/// Name, code page, bytes and text.
+const std::tuple<const char*, int, std::string_view, std::string_view> c_toUnicode[] = {
     {"accents below the blank", c_pdfDoc, "\x17\x18\x19\x1A\x1B\x1C\x1D\x1E\x1F"sv, "\x17˘ˇˆ˙˝˛˚˜"sv},
     {"ends of the upper rows", c_pdfDoc, "\x80\x8A\x8F\x90\x93\x9E"sv, "•−‘’ﬁž"sv},
     {"not defined", c_pdfDoc, "\x7F\x9F\xAD"sv, "\uFFFD\uFFFD\uFFFD"sv},
@@ -36,21 +30,15 @@ const struct
 
 TEST(StringEncodingTest, ReadsBytes)
 {
-    for (const auto& row : c_toUnicode) {
-        const Counted<StringEncoding> encoding = MakeEncoding(row.codePage);
-        ASSERT_TRUE(encoding) << row.name;
-        EXPECT_EQ(encoding->ToUnicode(row.bytes), row.text) << row.name;
+    for (const auto& [name, codePage, bytes, text] : c_toUnicode) {
+        const Counted<StringEncoding> encoding = MakeEncoding(codePage);
+        ASSERT_TRUE(encoding) << name;
+        EXPECT_EQ(encoding->ToUnicode(bytes), text) << name;
     }
 }
 
-const struct
-{
-    const char* name;
-    int codePage;
-    std::string_view text;
-    std::size_t maxBytes;
-    std::string_view bytes;
-} c_fromUnicode[] = {
+/// Name, code page, text, room and bytes.
+const std::tuple<const char*, int, std::string_view, std::size_t, std::string_view> c_fromUnicode[] = {
     {"cut", c_pdfDoc, "€ßc"sv, 2, "\xA0\xDF"sv},
     {"lacking characters take no room", c_pdfDoc, "日a本b"sv, 2, "ab"sv},
     {"no near relatives", 1252, "ＡāA"sv, 9, "A"sv},
@@ -60,11 +48,8 @@ const struct
 
 TEST(StringEncodingTest, WritesBytes)
 {
-    for (const auto& row : c_fromUnicode) {
-        const Counted<StringEncoding> encoding = MakeEncoding(row.codePage);
-        ASSERT_TRUE(encoding) << row.name;
-        EXPECT_EQ(encoding->FromUnicode(row.text, row.maxBytes), row.bytes) << row.name;
-    }
+    for (const auto& [name, codePage, text, maxBytes, bytes] : c_fromUnicode)
+        EXPECT_EQ(MakeEncoding(codePage)->FromUnicode(text, maxBytes), bytes) << name;
 }
 
 TEST(StringEncodingTest, PdfDocBytesComeBack)

@@ -1,64 +1,32 @@
 #include <Story/GlyphAtts.h>
+#include <Story/StyleSheet.h>
 
-#include <Renderer/ColourGrayscale.h>
-#include <Renderer/FillSolid.h>
+#include "Story/GlyphChanges.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <functional>
-#include <vector>
+#include <limits>
 
 namespace {
 
 using namespace Story;
 using Renderer::FillDescriptor;
 using Renderer::LineStyleDescriptor;
-
-GlyphAtts::Fill MakeGray(double level)
-{
-    return Kernel::MakeCounted<FillDescriptor>(
-        Kernel::ConsolidateObjectPostAlloc(Renderer::FillSolid(Renderer::ColourGrayscale::Create(level, 1, 1, ""))),
-        Renderer::FillBlendMode::Normal);
-}
-
-GlyphAtts::LineStyle MakeLine(double width)
-{
-    Renderer::LineStyle style;
-    style.width = width;
-    return Kernel::MakeCounted<LineStyleDescriptor>(Kernel::ConsolidateObjectPostAlloc(style));
-}
-
-Kernel::Font MakeFont(const char* name)
-{
-    Kernel::Font font;
-    font.SetPostscriptName(name);
-    return font;
-}
-
-const GlyphAtt::Double c_doubles[] = {GlyphAtt::Size,    GlyphAtt::LetterSpacing,   GlyphAtt::BaselineShift,
-                                      GlyphAtt::Kerning, GlyphAtt::HorizontalScale, GlyphAtt::Shear};
-const GlyphAtt::Int c_ints[] = {GlyphAtt::Underline, GlyphAtt::Strikeout};
-const GlyphAtt::Object c_fills[] = {GlyphAtt::Fill, GlyphAtt::StrokeFill, GlyphAtt::HighlightFill,
-                                    GlyphAtt::UnderlineFill, GlyphAtt::StrikeoutFill};
-
-Kernel::Consolidated<GlyphAtts> Intern(const Kernel::Counted<GlyphAtts>& atts)
-{
-    return Kernel::ConsolidateObjectSacrifice(atts);
-}
+using testing::Contains;
+using testing::Not;
 
 TEST(GlyphAtts, DefaultIsPlainText)
 {
     const auto& atts = GlyphAtts::GetDefault();
     EXPECT_EQ(atts->GetSize(), 12);
     EXPECT_EQ(atts->Get(GlyphAtt::HorizontalScale), 1);
-    EXPECT_FALSE(atts->GetFill(GlyphAtt::Fill)->IsEmpty());
     EXPECT_TRUE(atts->GetFill(GlyphAtt::Fill)->IsEqual(*MakeGray(0)));
-    for (const GlyphAtt::Object object : c_fills)
-        EXPECT_EQ(atts->GetFill(object)->IsEmpty(), object != GlyphAtt::Fill) << object;
+    for (const auto object :
+         {GlyphAtt::StrokeFill, GlyphAtt::HighlightFill, GlyphAtt::UnderlineFill, GlyphAtt::StrikeoutFill})
+        EXPECT_TRUE(atts->GetFill(object)->IsEmpty()) << object;
     EXPECT_EQ(atts->GetLineStyle(), LineStyleDescriptor::CreateNone());
     EXPECT_EQ(atts->GetDesiredFont(), Kernel::Font::GetDefault());
     EXPECT_TRUE(atts->UsesAutoKerning());
-    EXPECT_EQ(Intern(atts->Clone()), atts);
 
     const auto bare = atts->Clone();
     bare->Set(GlyphAtt::Fill, GlyphAtts::Fill());
@@ -71,34 +39,69 @@ TEST(GlyphAtts, DefaultIsPlainText)
     EXPECT_EQ(bare->GetFontMetrics()->GetFont(), MakeFont("NimbusSans-Bold"));
 }
 
-TEST(GlyphAtts, EachAttributeTellsValuesApart)
+std::vector<GlyphChange> MakeChanges()
 {
-    std::vector<std::function<void(GlyphAtts&)>> changes;
-    for (const GlyphAtt::Double attribute : c_doubles)
-        changes.emplace_back([attribute](GlyphAtts& atts) { atts.Set(attribute, 7.5); });
-    for (const GlyphAtt::Int attribute : c_ints)
-        changes.emplace_back([attribute](GlyphAtts& atts) { atts.Set(attribute, 1); });
-    for (const GlyphAtt::Object attribute : c_fills)
-        changes.emplace_back([attribute](GlyphAtts& atts) { atts.Set(attribute, MakeGray(0.5)); });
-    changes.emplace_back([](GlyphAtts& atts) { atts.Set(GlyphAtt::LineStyle, MakeLine(3)); });
-    changes.emplace_back([](GlyphAtts& atts) { atts.Set(GlyphAtt::Language, "fr"); });
-    changes.emplace_back([](GlyphAtts& atts) { atts.SetDesiredFont(MakeFont("NimbusSans-Bold")); });
-    // The same font of the machine, but not what was asked for.
-    changes.emplace_back([](GlyphAtts& atts) { atts.SetDesiredFont(MakeFont("Nofont")); });
-
-    std::vector<Kernel::Consolidated<GlyphAtts>> seen{GlyphAtts::GetDefault()};
-    for (const auto& change : changes) {
-        const auto once = GlyphAtts::GetDefault()->Clone();
-        const auto again = GlyphAtts::GetDefault()->Clone();
-        change(*once);
-        change(*again);
-        EXPECT_EQ(once->GetHash(), again->GetHash()) << seen.size();
-        const auto interned = Intern(once);
-        EXPECT_EQ(Intern(again), interned) << seen.size();
-        for (const auto& other : seen)
-            EXPECT_FALSE(interned == other) << seen.size();
-        seen.push_back(interned);
+    std::vector<GlyphChange> changes{
+        [](GlyphAtts& atts) { atts.Set(GlyphAtt::Fill, GlyphAtts::Fill()); },
+        [](GlyphAtts& atts) {
+            Renderer::LineStyle style;
+            style.width = 3;
+            atts.Set(GlyphAtt::LineStyle,
+                     Kernel::MakeCounted<LineStyleDescriptor>(Kernel::ConsolidateObjectPostAlloc(style)));
+        },
+        [](GlyphAtts& atts) { atts.Set(GlyphAtt::Language, "fr"); },
+        [](GlyphAtts& atts) { atts.SetDesiredFont(MakeFont("NimbusSans-Bold")); },
+        // The same font of the machine, but not what was asked for.
+        [](GlyphAtts& atts) { atts.SetDesiredFont(MakeFont("Nofont")); },
+    };
+    for (const int number : {0, 4, 5, 6, 10, 12}) {
+        for (const double value : {7.5, std::numeric_limits<double>::quiet_NaN()})
+            changes.emplace_back([=](GlyphAtts& atts) { atts.Set(static_cast<GlyphAtt::Double>(number), value); });
     }
+    for (const int number : {0, 1})
+        changes.emplace_back([=](GlyphAtts& atts) { atts.Set(static_cast<GlyphAtt::Int>(number), 1); });
+    for (const int number : {0, 1, 4, 5, 6})
+        changes.emplace_back([=](GlyphAtts& atts) { atts.Set(static_cast<GlyphAtt::Object>(number), MakeGray(0.5)); });
+    return changes;
+}
+
+TEST(GlyphAtts, DifferByEachAttributeAndItsDelta)
+{
+    const auto& plain = GlyphAtts::GetDefault();
+    EXPECT_TRUE(MakeLocalGlyphFormatting(plain, plain, true)->IsEmpty());
+    EXPECT_TRUE(MakeLocalGlyphFormatting(nullptr, plain, true)->IsEmpty());
+    std::vector<Kernel::Consolidated<GlyphAtts>> seen{plain};
+    std::vector<Kernel::Counted<Delta>> seenDeltas{Kernel::MakeCounted<Delta>()};
+    for (const GlyphChange& change : MakeChanges()) {
+        SCOPED_TRACE(seen.size());
+        const auto changed = MakeGlyphAtts(change);
+        EXPECT_EQ(MakeGlyphAtts(change), changed);
+        EXPECT_THAT(seen, Not(Contains(changed)));
+        seen.push_back(changed);
+        for (const auto& [from, to] : {std::pair(plain, changed), std::pair(changed, plain)}) {
+            const auto delta = MakeLocalGlyphFormatting(to, from, true);
+            EXPECT_FALSE(delta->IsEmpty());
+            const auto applied = from->Clone();
+            delta->ApplyTo(*applied);
+            EXPECT_EQ(Kernel::ConsolidateObjectSacrifice(applied), to);
+        }
+        const auto delta = MakeLocalGlyphFormatting(changed, plain, true);
+        const auto again = MakeLocalGlyphFormatting(changed, plain, true);
+        EXPECT_TRUE(*delta == *again);
+        EXPECT_EQ(delta->GetHash(), again->GetHash());
+        for (const auto& other : seenDeltas)
+            EXPECT_FALSE(*delta == *other);
+        seenDeltas.push_back(delta);
+    }
+
+    const auto spaced = MakeGlyphAtts([](GlyphAtts& atts) {
+        atts.Set(GlyphAtt::LetterSpacing, 0.1);
+        atts.Set(GlyphAtt::Language, "fr");
+    });
+    const auto delta = MakeLocalGlyphFormatting(spaced, plain, false);
+    EXPECT_FALSE(delta->language);
+    MutableDeltaVisitor(*delta).Visit(GlyphAtt::LetterSpacing);
+    EXPECT_TRUE(delta->IsEmpty());
 }
 
 TEST(GlyphAtts, MeasuresInPoints)
@@ -132,6 +135,31 @@ TEST(GlyphAtts, PlacesGlyphsAtThePen)
         EXPECT_DOUBLE_EQ(point.x, to.x);
         EXPECT_DOUBLE_EQ(point.y, to.y);
     }
+}
+
+TEST(StyleSheet, FindsTheFirstOfALook)
+{
+    const auto makeStyle = [](const char* name, const Kernel::Counted<const Delta>& delta) {
+        auto style = Kernel::MakeCounted<Style>(name);
+        style->SetDelta(delta);
+        return Kernel::ConsolidateObjectSacrifice(style);
+    };
+    StyleSheet sheet;
+    sheet.Add(nullptr, true);
+    sheet.Add(makeStyle("plain", nullptr), false);
+    sheet.Add(makeStyle("a", MakeSizeDelta(1)), false);
+    sheet.Add(makeStyle("b", MakeSizeDelta(1)), false);
+    sheet.Add(makeStyle("a", MakeSizeDelta(2)), false);
+    ASSERT_EQ(sheet.GetStyles().size(), 4U);
+    EXPECT_EQ(sheet.FindByDelta(*MakeSizeDelta(1)), sheet.GetStyles()[1]);
+    EXPECT_EQ(sheet.FindByDelta(*MakeSizeDelta(2)), sheet.GetStyles()[3]);
+    EXPECT_EQ(sheet.FindByDelta(*MakeSizeDelta(3)), nullptr);
+
+    sheet.Add(makeStyle("a", MakeSizeDelta(3)), true);
+    ASSERT_EQ(sheet.GetStyles().size(), 3U);
+    EXPECT_EQ(sheet.FindByDelta(*MakeSizeDelta(1))->GetName(), "b");
+    EXPECT_EQ(sheet.FindByDelta(*MakeSizeDelta(2)), nullptr);
+    EXPECT_EQ(sheet.FindByDelta(*MakeSizeDelta(3)), sheet.GetStyles()[2]);
 }
 
 } // namespace

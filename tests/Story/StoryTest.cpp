@@ -1,5 +1,7 @@
 #include <Story/Story.h>
 
+#include "Story/GlyphChanges.h"
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -8,9 +10,7 @@ using namespace Story;
 
 Kernel::Consolidated<GlyphAtts> MakeSize(double size)
 {
-    const auto atts = GlyphAtts::GetDefault()->Clone();
-    atts->Set(GlyphAtt::Size, size);
-    return Kernel::ConsolidateObjectSacrifice(atts);
+    return MakeGlyphAtts([size](GlyphAtts& atts) { atts.Set(GlyphAtt::Size, size); });
 }
 
 Kernel::Consolidated<ParagraphAtts> MakeIndent(double indent)

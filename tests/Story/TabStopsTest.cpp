@@ -4,7 +4,6 @@
 
 #include <limits>
 #include <optional>
-#include <vector>
 
 namespace {
 
@@ -59,21 +58,14 @@ TEST(TabStops, AreInOrderAndOnePlaceHasOne)
 TEST(TabStops, InexactLookUpTakesTheNearest)
 {
     const TabStops stops = MakeStops();
-    struct Row
-    {
-        double position;
-        bool fromRight;
-        double tolerance;
-        std::optional<double> found;
-    };
-    const Row rows[] = {
+    const std::tuple<double, bool, double, std::optional<double>> rows[] = {
         {10, false, 0, 10},      {10.25, false, 0.25, 10}, {9.75, false, 0.25, 10}, {10.26, false, 0.25, {}},
         {14, false, 100, 10},    {16, false, 100, 20},     {1000, false, 1e9, 30},  {-5, false, 100, 10},
         {20, true, 30, 0},       {26, true, 30, 50},       {49, true, 0.5, {}},     {-0.2, true, 0.25, 0},
         {c_nan, false, 1e9, {}}, {10, false, -1, {}},      {10, false, c_nan, {}},  {c_infinity, true, 1, {}},
     };
-    for (const Row& row : rows)
-        EXPECT_EQ(At(stops, stops.FindInexact(row.position, row.fromRight, row.tolerance)), row.found) << row.position;
+    for (const auto& [position, fromRight, tolerance, found] : rows)
+        EXPECT_EQ(At(stops, stops.FindInexact(position, fromRight, tolerance)), found) << position;
 }
 
 TEST(TabStops, NextComesFromTheLeftThenFromTheRight)

@@ -6,16 +6,13 @@
 #include "colour/IccBasedColourSpace.h"
 #include "colour/IndexedColourSpace.h"
 #include "colour/PatternColourSpace.h"
+#include "colour/RasterFormatPicker.h"
+#include "colour/Spaces.h"
 #include "colour/TestProfile.h"
-#include "document/DocumentState.h"
-#include "document/Resources.h"
 #include "document/Dictionary.h"
 #include "document/Limits.h"
-#include "colour/RasterFormatPicker.h"
-#include "support/PdfBuilder.h"
-#include "support/TestDocument.h"
+#include "support/Repeat.h"
 
-#include <Quillet/Page.h>
 #include <Kernel/Trace.h>
 
 #include <gmock/gmock.h>
@@ -25,47 +22,25 @@ namespace {
 
 using testing::IsEmpty;
 
-/// A document whose page has the colour spaces `spaces` by name; further objects count from 5.
-struct Spaces
-{
-    explicit Spaces(const std::string& spaces, std::vector<std::string> objects = {})
-        : document(MakePagePdf("", {.resources = "/ColorSpace << " + spaces + " >>", .objects = std::move(objects)})),
-          resources(document->GetPage(0)->GetResources()), factory(*document->GetState().colourSpaceFactory)
-    {}
-
-    Kernel::Counted<const ColourSpace> Get(const std::string& name) { return resources->GetColourSpace(name); }
-
-    TestDocument document;
-    Kernel::Counted<const Resources> resources;
-    ColourSpaceFactory& factory;
-};
-
 TEST(ColourSpaceFactoryTest, ReadsDevicesInEveryForm)
 {
     Spaces spaces("/A /DeviceCMYK /B [/DeviceCMYK] /C 5 0 R /D 6 0 R /E [/RGB] /F /G /H /C /I [/H]",
                   {"[/DeviceCMYK]", "/DeviceGray"});
-    const Kernel::Counted<const ColourSpace> cmyk = spaces.factory.deviceCmyk;
     for (const char* name : {"A", "B", "C", "H", "I"})
-        EXPECT_EQ(spaces.Get(name), cmyk) << name;
+        EXPECT_EQ(spaces.Get(name), spaces.factory.deviceCmyk) << name;
     EXPECT_EQ(spaces.Get("D"), spaces.factory.deviceGray);
     EXPECT_EQ(spaces.Get("E"), spaces.factory.deviceRgb);
     EXPECT_EQ(spaces.Get("F"), spaces.factory.deviceGray);
-    EXPECT_EQ(spaces.factory.Make(spaces.resources, 4), cmyk);
+    EXPECT_EQ(spaces.factory.Make(spaces.resources, 4), spaces.factory.deviceCmyk);
     EXPECT_EQ(spaces.factory.Make(spaces.resources, 3), spaces.factory.deviceRgb);
-    for (const int count : {-1, 0, 1, 2, 5}) {
+    for (const int count : {-1, 0, 1, 2, 5})
         EXPECT_EQ(spaces.factory.Make(spaces.resources, count), spaces.factory.deviceGray) << count;
-    }
-    EXPECT_THAT(spaces.document.GetErrors(), IsEmpty());
+    EXPECT_THAT(spaces.GetErrors(), IsEmpty());
 }
 
 TEST(ColourSpaceFactoryTest, GivesNullForWhatIsNoSpace)
 {
-    struct Case
-    {
-        const char* space;
-        std::vector<int> errors;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, std::vector<int>> rows[] = {
         {"[/DeviceRGB /Junk]", {Error::General}},
         {"[/CalRGB << /Gamma [1 1 1] >> /Junk]", {Error::General}},
         {"7", {Error::General}},
@@ -82,11 +57,10 @@ TEST(ColourSpaceFactoryTest, GivesNullForWhatIsNoSpace)
         {"[/Indexed /X 0 <00>]", {Error::General, Error::General}},
         {"/Y /Y /X", {}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.space);
-        Spaces spaces(std::string("/X ") + c.space);
-        EXPECT_FALSE(spaces.Get("X"));
-        EXPECT_EQ(spaces.document.GetErrors(), c.errors);
+    for (const auto& [definition, errors] : rows) {
+        const OneSpace none(definition);
+        EXPECT_FALSE(none.space) << definition;
+        EXPECT_EQ(none.GetErrors(), errors) << definition;
     }
 }
 
@@ -105,7 +79,7 @@ TEST(ColourSpaceFactoryTest, PutsDefaultsInTheDevicesPlace)
     const auto indexed = Kernel::DynamicCast<const IndexedColourSpace>(spaces.Get("A"));
     ASSERT_TRUE(indexed);
     EXPECT_EQ(indexed->base, rgb);
-    EXPECT_THAT(spaces.document.GetErrors(), IsEmpty());
+    EXPECT_THAT(spaces.GetErrors(), IsEmpty());
 }
 
 TEST(ColourSpaceFactoryTest, TakesCalibratedSpacesForDevices)
@@ -120,7 +94,7 @@ TEST(ColourSpaceFactoryTest, TakesCalibratedSpacesForDevices)
     EXPECT_EQ(spaces.Get("C"), spaces.factory.deviceGray);
     Kernel::SetTraceSink({});
     EXPECT_EQ(trace, "Quillet: CalRGB\nQuillet: CalRGB\nQuillet: CalGray\n");
-    EXPECT_THAT(spaces.document.GetErrors(), IsEmpty());
+    EXPECT_THAT(spaces.GetErrors(), IsEmpty());
 
     const auto parser = Kernel::MakeCounted<Parser>(spaces.resources->GetColourSpaces()->GetRef("A"));
     EXPECT_TRUE(spaces.factory.Make(parser, spaces.resources));
@@ -130,14 +104,12 @@ TEST(ColourSpaceFactoryTest, TakesCalibratedSpacesForDevices)
 TEST(ColourSpaceFactoryTest, CalibratedSpacesWithoutParametersTakeNothingElse)
 {
     for (const std::string base : {"/CalRGB", "/CalGray", "[/CalRGB]"}) {
-        std::string entries = "/A [/Indexed ";
-        entries.append(base).append(" 1 <102030405060>] /B ").append(base);
-        Spaces spaces(entries);
+        const Spaces spaces("/A [/Indexed " + base + " 1 <102030405060>] /B " + base);
         const auto indexed = Kernel::DynamicCast<const IndexedColourSpace>(spaces.Get("A"));
         ASSERT_TRUE(indexed) << base;
         EXPECT_EQ(indexed->base, spaces.Get("B")) << base;
         EXPECT_EQ(indexed->table.size(), 2U) << base;
-        EXPECT_THAT(spaces.document.GetErrors(), IsEmpty()) << base;
+        EXPECT_THAT(spaces.GetErrors(), IsEmpty()) << base;
     }
 }
 
@@ -156,12 +128,12 @@ TEST(ColourSpaceFactoryTest, ReadsProfiledSpacesOnceAndThroughTheirAlternate)
     EXPECT_TRUE(a->CanLoadAsCompressedImage());
     EXPECT_FALSE(a->IsSpecial());
     EXPECT_EQ(spaces.Get("C")->GetComponentCount(), 1);
-    EXPECT_THAT(spaces.document.GetErrors(), IsEmpty());
+    EXPECT_THAT(spaces.GetErrors(), IsEmpty());
     // A circle of alternates ends in a device; which of the two counts is taken is of no concern.
     ASSERT_TRUE(spaces.Get("D"));
     ASSERT_TRUE(spaces.Get("E"));
     EXPECT_FALSE(spaces.Get("D")->IsSpecial());
-    EXPECT_FALSE(spaces.document.GetErrors().empty());
+    EXPECT_FALSE(spaces.GetErrors().empty());
     spaces.Get("F");
 }
 
@@ -171,7 +143,7 @@ TEST(ColourSpaceFactoryTest, WorksThroughTheAlternateOfADamagedProfile)
                   {PdfBuilder::MakeStream("no profile", "/N 4"), PdfBuilder::MakeStream(MakeTestProfile(), "/N 4")});
     const auto damaged = spaces.Get("A");
     ASSERT_TRUE(damaged);
-    EXPECT_EQ(spaces.document.GetErrors(), std::vector<int>{Error::UnimplementedColourProfile});
+    EXPECT_EQ(spaces.GetErrors(), std::vector<int>{Error::UnimplementedColourProfile});
     EXPECT_FALSE(damaged->GetICCProfile());
     EXPECT_EQ(damaged->GetComponentCount(), 4);
     RasterFormatPicker picker;
@@ -211,23 +183,19 @@ TEST(ColourSpaceFactoryTest, EndsChainsThatAreBuiltOneByOne)
 
 TEST(ColourSpaceFactoryTest, EndsDeepNesting)
 {
-    std::string nested;
-    for (int i = 0; i < 20'000; ++i)
-        nested += "[/Pattern ";
-    Spaces spaces("/A " + nested);
-    EXPECT_FALSE(spaces.Get("A"));
-    EXPECT_FALSE(spaces.document.GetErrors().empty());
+    const OneSpace nested(Repeat("[/Pattern ", 20'000));
+    EXPECT_FALSE(nested.space);
+    EXPECT_FALSE(nested.GetErrors().empty());
 }
 
 TEST(PatternColourSpaceTest, FindsItsUnderlyingSpace)
 {
-    struct Case
+    const struct
     {
         const char* space;
         int componentCount;
         std::vector<int> errors;
-    };
-    const Case cases[] = {
+    } rows[] = {
         {"/Pattern", 0, {}},
         {"[/Pattern]", 0, {}},
         {"[/Pattern /DeviceCMYK]", 4, {}},
@@ -239,15 +207,14 @@ TEST(PatternColourSpaceTest, FindsItsUnderlyingSpace)
         {"[/Pattern /Unknown]", 0, {Error::General}},
         {"[/Pattern /Pattern]", 0, {Error::General}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.space);
-        Spaces spaces("/Other /DeviceGray /X " + std::string(c.space) + " /Y /DeviceRGB",
-                      {PdfBuilder::MakeStream(MakeTestProfile(), "/N 3"), "[/ICCBased 5 0 R]", "/DeviceCMYK"});
-        const auto space = spaces.Get("X");
-        ASSERT_TRUE(space);
-        EXPECT_TRUE(space->IsPattern());
-        EXPECT_EQ(space->GetComponentCount(), c.componentCount);
-        EXPECT_EQ(spaces.document.GetErrors(), c.errors);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.space);
+        const OneSpace pattern(std::string(row.space) + " /Other /DeviceGray",
+                               {PdfBuilder::MakeStream(MakeTestProfile(), "/N 3"), "[/ICCBased 5 0 R]", "/DeviceCMYK"});
+        ASSERT_TRUE(pattern.space);
+        EXPECT_TRUE(pattern.space->IsPattern());
+        EXPECT_EQ(pattern.space->GetComponentCount(), row.componentCount);
+        EXPECT_EQ(pattern.GetErrors(), row.errors);
     }
 }
 

@@ -1,8 +1,6 @@
 #include "colour/LabColourSpace.h"
 
-#include "document/Parser.h"
-#include "support/PdfBuilder.h"
-#include "support/TestDocument.h"
+#include "colour/Spaces.h"
 
 #include <Renderer/ColourLAB.h>
 
@@ -16,75 +14,62 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A space from the dictionary in object 5.
-struct Lab
+struct Lab : OneSpace
 {
-    explicit Lab(const std::string& dictionary)
-        : document(MakePagePdf("", {.objects = {dictionary}})),
-          space(Kernel::MakeCounted<const LabColourSpace>(document.GetRef(5)))
-    {}
+    explicit Lab(const std::string& entries) : OneSpace("[/Lab << " + entries + " >>]") {}
 
-    Raster::PixelLab16 Make(double lightness, double a, double b) const
+    Raster::PixelLab16 MakePixel(double lightness, double a, double b) const
     {
-        const auto colour = space->MakeColour(Colour({lightness, a, b}));
-        return dynamic_cast<const Renderer::ColourLAB&>(*colour).pixel;
+        return dynamic_cast<const Renderer::ColourLAB&>(*Make({lightness, a, b})).pixel;
     }
-
-    TestDocument document;
-    Kernel::Counted<const LabColourSpace> space;
 };
 
 TEST(LabColourSpaceTest, ReadsItsRange)
 {
+    const std::string white = "/WhitePoint [0.9505 1 1.089] ";
     const std::vector<double> standard{-100, 100, -100, 100};
-    struct Case
+    const struct
     {
-        const char* dictionary;
+        std::string entries;
         std::vector<double> range;
         bool hasError;
+    } rows[] = {
+        {white, standard, false},
+        {white + "/Range [-128 127 0 1]", {-128, 127, 0, 1}, false},
+        {white + "/Range [-128 127 0 0.5]", standard, true},
+        {white + "/Range [5 -5 -100 100]", standard, true},
+        {white + "/Range [-100 100]", standard, true},
+        {"/WhitePoint [0.9505 1] /Range [-9 9 -9 9]", {}, true},
+        {"", {}, true},
     };
-    const Case cases[] = {
-        {"<< /WhitePoint [0.9505 1 1.089] >>", standard, false},
-        {"<< /WhitePoint [0.9505 1 1.089] /Range [-128 127 0 1] >>", {-128, 127, 0, 1}, false},
-        {"<< /WhitePoint [0.9505 1 1.089] /Range [-128 127 0 0.5] >>", standard, true},
-        {"<< /WhitePoint [0.9505 1 1.089] /Range [5 -5 -100 100] >>", standard, true},
-        {"<< /WhitePoint [0.9505 1 1.089] /Range [-100 100] >>", standard, true},
-        {"<< /WhitePoint [0.9505 1] /Range [-9 9 -9 9] >>", {}, true},
-        {"<< >>", {}, true},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.dictionary);
-        const Lab lab(c.dictionary);
-        EXPECT_EQ(lab.space->range, c.range);
-        EXPECT_EQ(!lab.document.GetErrors().empty(), c.hasError);
-        EXPECT_EQ(static_cast<bool>(lab.space->GetICCProfile()), !c.range.empty());
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.entries);
+        const Lab lab(row.entries);
+        EXPECT_EQ(dynamic_cast<const LabColourSpace&>(*lab.space).range, row.range);
+        EXPECT_EQ(!lab.GetErrors().empty(), row.hasError);
+        EXPECT_EQ(lab.space->GetICCProfile() != nullptr, !row.range.empty());
         // One without a range takes the usual one for its colours.
-        EXPECT_EQ(lab.Make(0, 200, -200).a, 65535);
-        EXPECT_EQ(lab.Make(0, 200, -200).b, 0);
+        EXPECT_EQ(lab.MakePixel(0, 200, -200).a, 65535);
+        EXPECT_EQ(lab.MakePixel(0, 200, -200).b, 0);
     }
 }
 
 TEST(LabColourSpaceTest, MapsRangesOntoChannels)
 {
-    const Lab lab("<< /WhitePoint [0.9505 1 1.089] /Range [-128 127 -50 150] >>");
-    const Raster::PixelLab16 middle = lab.Make(50, 0, 50);
-    EXPECT_EQ(middle.lightness, 32768);
-    EXPECT_EQ(middle.a, 32896);
-    EXPECT_EQ(middle.b, 32768);
-    EXPECT_EQ(middle.alpha, 65535);
+    const Lab lab("/WhitePoint [0.9505 1 1.089] /Range [-128 127 -50 150]");
+    EXPECT_EQ(lab.MakePixel(50, 0, 50), Raster::PixelLab16(32768, 32896, 32768, 65535));
     // White stays white and black stays black.
     for (const double white : {100.0, 100.01, 101.0, 200.0, 1e300})
-        EXPECT_EQ(lab.Make(white, 0, 0).lightness, 65535) << white;
+        EXPECT_EQ(lab.MakePixel(white, 0, 0).lightness, 65535) << white;
     for (const double black : {0.0, -0.01, -20.0, -1e300, std::nan("")})
-        EXPECT_EQ(lab.Make(black, 0, 0).lightness, 0) << black;
+        EXPECT_EQ(lab.MakePixel(black, 0, 0).lightness, 0) << black;
 
-    const auto colour = lab.space->MakeColour(Colour({50, 20, 70}));
-    const auto values = dynamic_cast<const Renderer::ColourLAB&>(*colour).GetLab();
+    const auto values = dynamic_cast<const Renderer::ColourLAB&>(*lab.Make({50, 20, 70})).GetLab();
     EXPECT_NEAR(values.lightness, 50, 0.01);
     EXPECT_NEAR(values.a, 20, 0.01);
     EXPECT_NEAR(values.b, 70, 0.01);
     EXPECT_THAT(lab.space->GetDefaultDecodeVec(8), ElementsAre(0, 1, 0, 1, 0, 1));
-    EXPECT_THAT(lab.document.GetErrors(), IsEmpty());
+    EXPECT_THAT(lab.GetErrors(), IsEmpty());
 }
 
 } // namespace

@@ -25,27 +25,16 @@ struct Intents
 
 TEST(OutputIntentTest, GivesItsProfileToTheDeviceOfItsModel)
 {
-    struct Case
-    {
-        const char* model;
-        bool isGray;
-        bool isRgb;
-        bool isCmyk;
-    };
-    const Case cases[] = {{"GRAY", true, false, false},
-                          {"RGB ", false, true, false},
-                          {"CMYK", false, false, true},
-                          {"Lab ", false, false, false}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.model);
-        const Intents intents("[6 0 R]", {PdfBuilder::MakeStream(MakeTestProfile(c.model), "/N 4"),
+    for (const std::string model : {"GRAY", "RGB ", "CMYK", "Lab "}) {
+        SCOPED_TRACE(model);
+        const Intents intents("[6 0 R]", {PdfBuilder::MakeStream(MakeTestProfile(model), "/N 4"),
                                           "<< /S /GTS_PDFX /DestOutputProfile 5 0 R >>"});
         const auto profile = intents.factory.GetOutputProfile();
         ASSERT_TRUE(profile);
         EXPECT_EQ(intents.factory.outputComponents, 4);
-        EXPECT_EQ(intents.factory.deviceGray->GetICCProfile() == profile, c.isGray);
-        EXPECT_EQ(intents.factory.deviceRgb->GetICCProfile() == profile, c.isRgb);
-        EXPECT_EQ(intents.factory.deviceCmyk->GetICCProfile() == profile, c.isCmyk);
+        EXPECT_EQ(intents.factory.deviceGray->GetICCProfile() == profile, model == "GRAY");
+        EXPECT_EQ(intents.factory.deviceRgb->GetICCProfile() == profile, model == "RGB ");
+        EXPECT_EQ(intents.factory.deviceCmyk->GetICCProfile() == profile, model == "CMYK");
         EXPECT_EQ(intents.document->GetICCProfiles(-1).GetProfileFor(profile->GetColourSpace()), profile);
         EXPECT_THAT(intents.document.GetErrors(), testing::IsEmpty());
     }
@@ -55,13 +44,12 @@ TEST(OutputIntentTest, TakesTheFirstThatGivesAProfile)
 {
     const std::string good = PdfBuilder::MakeStream(MakeTestProfile("CMYK"), "/N 4");
     const std::string bad = PdfBuilder::MakeStream("no profile", "/N 3");
-    struct Case
+    const struct
     {
         const char* intents;
         bool hasProfile;
         std::vector<int> errors;
-    };
-    const Case cases[] = {
+    } rows[] = {
         // The second is not opened: it would raise something.
         {"[<< /DestOutputProfile 5 0 R >> << /DestOutputProfile 6 0 R >>]", true, {}},
         {"[<< /DestOutputProfile 6 0 R >> << /DestOutputProfile 5 0 R >>]", true, {Error::UnimplementedColourProfile}},
@@ -71,12 +59,12 @@ TEST(OutputIntentTest, TakesTheFirstThatGivesAProfile)
         {"7", false, {Error::General}},
         {"null", false, {}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.intents);
-        const Intents intents(c.intents, {good, bad});
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.intents);
+        const Intents intents(row.intents, {good, bad});
         EXPECT_TRUE(intents.document.isOpen);
-        EXPECT_EQ(static_cast<bool>(intents.factory.GetOutputProfile()), c.hasProfile);
-        EXPECT_EQ(intents.document.GetErrors(), c.errors);
+        EXPECT_EQ(static_cast<bool>(intents.factory.GetOutputProfile()), row.hasProfile);
+        EXPECT_EQ(intents.document.GetErrors(), row.errors);
     }
 }
 

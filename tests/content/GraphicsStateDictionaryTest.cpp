@@ -14,12 +14,9 @@ using testing::ElementsAre;
 
 PageParts WithParameters(const std::string& dictionary)
 {
-    PageParts parts;
-    parts.resources = "/ExtGState << /G " + dictionary + " >>";
-    parts.objects = {
-        "<< /FunctionType 4 >>",
-        PdfBuilder::MakeStream("", "/Type /XObject /Subtype /Form /BBox [0 0 9 9] /Group << /CS /DeviceRGB >>")};
-    return parts;
+    return {.resources = "/ExtGState << /G " + dictionary + " >>",
+            .objects = {"<< /FunctionType 4 >>",
+                        PdfBuilder::MakeStream("", "/Subtype /Form /BBox [0 0 9 9] /Group << /CS /DeviceRGB >>")}};
 }
 
 /// Every row ends in a line width, which shows that the values before it were passed over whole.
@@ -86,24 +83,27 @@ TEST(GraphicsStateDictionaryTest, ClearsTheSoftMaskAndTheBlendMode)
     EXPECT_EQ(run.GetErrors(), std::vector<int>(2, Error::UnimplementedTransparency));
 }
 
-TEST(GraphicsStateDictionaryTest, IsSilentAboutFeaturesInCompatibilitySections)
+TEST(GraphicsStateDictionaryTest, ReportsByPlaceAndShape)
 {
-    const std::pair<const char*, std::size_t> rows[] = {
-        {"BX BX EX /G gs EX", 0}, {"BX EX /G gs", 1}, {"EX BX /G gs", 1}, {"EX BX BX /G gs", 0}};
-    for (const auto& [content, errors] : rows) {
-        const ContentRun run(content, WithParameters("<< /TR 5 0 R >>"));
-        EXPECT_EQ(run.GetErrors().size(), errors) << content;
+    const struct
+    {
+        const char* content;
+        const char* parameters;
+        std::vector<int> errors;
+    } rows[] = {
+        // Silent about features in compatibility sections.
+        {"BX BX EX /G gs EX", "<< /TR 5 0 R >>", {}},
+        {"BX EX /G gs", "<< /TR 5 0 R >>", {Error::UnimplementedFeature}},
+        {"EX BX /G gs", "<< /TR 5 0 R >>", {Error::UnimplementedFeature}},
+        {"EX BX BX /G gs", "<< /TR 5 0 R >>", {}},
+        {"/G gs", "[/LW 7]", {Error::General}},
+        {"/G gs", "9 0 R", {Error::General, Error::General}},
+        {"(G) gs", "", {Error::General, Error::General}},
+    };
+    for (const auto& row : rows) {
+        const ContentRun run(row.content, WithParameters(row.parameters));
+        EXPECT_EQ(run.GetErrors(), row.errors) << row.content << row.parameters;
     }
-}
-
-TEST(GraphicsStateDictionaryTest, ReportsWhatIsNoDictionary)
-{
-    const std::pair<const char*, std::size_t> rows[] = {{"[/LW 7]", 1}, {"9 0 R", 2}};
-    for (const auto& [parameters, errors] : rows) {
-        const ContentRun run("/G gs", WithParameters(parameters));
-        EXPECT_EQ(run.GetErrors(), std::vector<int>(errors, Error::General)) << parameters;
-    }
-    EXPECT_EQ(ContentRun("(G) gs").GetErrors(), std::vector<int>(2, Error::General));
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "ContentRun.h"
+#include "TreeText.h"
 
 #include "document/Guard.h"
+#include "support/Repeat.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -76,10 +78,7 @@ TEST(InterpreterTest, StopsBeforeTheOperatorAfterAnAbort)
 TEST(InterpreterTest, StopsWhenThereIsNothingLeftToSpend)
 {
     const Budget::Scope budget(Kernel::MakeCounted<Budget>(10'000), Budget::Share::All, nullptr);
-    std::string content;
-    for (int i = 0; i < 50; ++i)
-        content += "0 0 5 5 re f ";
-    const ContentRun run(content);
+    const ContentRun run(Repeat("0 0 5 5 re f ", 50));
     EXPECT_GE(run.GetCount(), 1U);
     EXPECT_LE(run.GetCount(), 20U);
     EXPECT_TRUE(budget.WasCut());
@@ -93,7 +92,7 @@ TEST(InterpreterTest, LeavesOutStreamsWithAnUnknownFilter)
     const struct
     {
         const char* contents;
-        std::size_t paths;
+        int paths;
         std::size_t errors;
     } rows[] = {
         {"5 0 R", 0, 1},
@@ -110,12 +109,7 @@ TEST(InterpreterTest, LeavesOutStreamsWithAnUnknownFilter)
         builder.AddStream("/X Do /X Do /X Do 0 0 1 1 re f");
         builder.AddStream(square, coded + "/Subtype /Form /BBox [0 0 9 9]");
         TestDocument document(builder.Build());
-        std::size_t paths = 0;
-        document.Build()->VisitSubGroups([&](GroupObject* group) {
-            for (const auto& child : group->children)
-                paths += Kernel::DynamicCast<PathObject>(child) ? 1 : 0;
-        });
-        EXPECT_EQ(paths, row.paths) << row.contents;
+        EXPECT_EQ(CountPaths(*document.Build()), row.paths) << row.contents;
         EXPECT_EQ(document.GetErrors(), std::vector<int>(row.errors, Error::UnimplementedFilter)) << row.contents;
     }
 }
@@ -129,19 +123,14 @@ TEST(InterpreterTest, ReportsShadingsThatNothingDraws)
 /// Forms share the operators of the page, and each has a parser of its own.
 TEST(InterpreterTest, RunsFormsOneAfterTheOther)
 {
-    PageParts parts;
-    parts.resources = "/XObject << /A 5 0 R /B 6 0 R >>";
-    const std::string box = "/Type /XObject /Subtype /Form /BBox [0 0 9 9]";
-    parts.objects = {PdfBuilder::MakeStream("/B Do BI /W 1 /H 1 /BPC 8 /CS /G ID E EI 1 0 0 rg 0 0 1 1 re f", box),
-                     PdfBuilder::MakeStream("BI /W 1 /H 1 /BPC 8 /CS /G ID I EI 0 0 2 2 re f", box)};
+    const std::string box = "/Subtype /Form /BBox [0 0 9 9]";
+    const std::string image = "BI /W 1 /H 1 /BPC 8 /CS /G ID E EI ";
+    const PageParts parts{.resources = "/XObject << /A 5 0 R /B 6 0 R >>",
+                          .objects = {PdfBuilder::MakeStream("/B Do " + image + "1 0 0 rg 0 0 1 1 re f", box),
+                                      PdfBuilder::MakeStream(image + "0 0 2 2 re f", box)}};
     const ContentRun run("/A Do /A Do /B Do 0 0 3 3 re f", parts);
     EXPECT_THAT(run.GetErrors(), testing::Each(Error::UnimplementedFill)) << "of the images";
-    int paths = 0;
-    run.root->VisitSubGroups([&](GroupObject* group) {
-        for (const auto& child : group->children)
-            paths += Kernel::DynamicCast<PathObject>(child) ? 1 : 0;
-    });
-    EXPECT_EQ(paths, 6);
+    EXPECT_EQ(CountPaths(*run.root), 6);
 }
 
 TEST(ArgVecTest, GettersReportWrongTypesAndGiveNeutralValues)

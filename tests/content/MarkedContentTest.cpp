@@ -18,28 +18,19 @@ using testing::IsEmpty;
 /// A page with the groups A (object 5) and B (object 6), a membership dictionary M and a nameless group N.
 PageParts MakeParts()
 {
-    PageParts parts;
-    parts.entries = c_pageEntries;
-    parts.resources = "/Properties << /A 5 0 R /B 6 0 R /M 7 0 R /N << /Type /OCG >> /Gone 99 0 R >> "
-                      "/XObject << /Open 8 0 R /Inner 9 0 R /Surplus 10 0 R /Close 11 0 R >>";
-    parts.objects = {"<< /Type /OCG /Name (A) >>",
-                     "<< /Type /OCG /Name (B) >>",
-                     "<< /Type /OCMD /OCGs [5 0 R] >>",
-                     PdfBuilder::MakeStream("/OC /A BDC", "/Subtype /Form /BBox [0 0 300 100]"),
-                     PdfBuilder::MakeStream(ExpandContent("<b>"), "/Subtype /Form /BBox [0 0 300 100]"),
-                     PdfBuilder::MakeStream(ExpandContent("<b> Q EMC"), "/Subtype /Form /BBox [0 0 300 100]"),
-                     PdfBuilder::MakeStream(ExpandContent("<a> EMC <b>"), "/Subtype /Form /BBox [0 0 300 100]")};
-    return parts;
+    const auto makeForm = [](const char* content) {
+        return PdfBuilder::MakeStream(ExpandContent(content), "/Subtype /Form /BBox [0 0 300 100]");
+    };
+    return {.resources = "/Properties << /A 5 0 R /B 6 0 R /M 7 0 R /N << /Type /OCG >> /Gone 99 0 R >> "
+                         "/XObject << /Open 8 0 R /Inner 9 0 R /Surplus 10 0 R /Close 11 0 R >>",
+            .entries = c_pageEntries,
+            .objects = {"<< /Type /OCG /Name (A) >>", "<< /Type /OCG /Name (B) >>", "<< /Type /OCMD /OCGs [5 0 R] >>",
+                        makeForm("/OC /A BDC"), makeForm("<b>"), makeForm("<b> Q EMC"), makeForm("<a> EMC <b>")}};
 }
 
 TEST(MarkedContentTest, CutsLayersOutOfTheTree)
 {
-    struct Case
-    {
-        const char* content;
-        const char* tree;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, const char*> rows[] = {
         {"/OC /A BDC <a> <b> EMC", "([A: a b])"},
         {"<a> /OC /A BDC <b> <c> EMC <d>", "(a [A: b c] d)"},
         {"<a> q /OC /A BDC <b> <c> EMC Q <d>", "(a [A: b c] d)"},
@@ -76,13 +67,8 @@ TEST(MarkedContentTest, CutsLayersOutOfTheTree)
         {"/OC /A BDC /Surplus Do <clip> <c>", "([A: F({b})] F() {c})"},
         {"/OC /A BDC /Other /B BDC <a> EMC /OC << /Type /OCG /Name (X) >> BDC <b> EMC EMC", "([A: a b])"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.content);
-        TestDocument document(MakePagePdf(ExpandContent(c.content), MakeParts()));
-        const auto root = document.Build();
-        ASSERT_TRUE(root);
-        EXPECT_EQ(PrintTree(*root), c.tree);
-    }
+    for (const auto& [content, tree] : rows)
+        EXPECT_EQ(PrintTree(*TestDocument(MakePagePdf(ExpandContent(content), MakeParts())).Build()), tree) << content;
 }
 
 TEST(MarkedContentTest, WhatStandsBesideALayerIsPaintedAsInIt)
@@ -117,12 +103,7 @@ TEST(MarkedContentTest, WhatStandsBesideALayerIsPaintedAsInIt)
 
 TEST(MarkedContentTest, ReportsOnlyBadCalls)
 {
-    struct Case
-    {
-        const char* content;
-        std::vector<int> errors;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, std::vector<int>> rows[] = {
         {"EMC EMC <a>", {}},
         {"BT /OC /A BDC EMC ET", {}},
         {"/OC << /Name (X) >> BDC EMC /Foo /Bar BDC EMC", {}},
@@ -131,75 +112,72 @@ TEST(MarkedContentTest, ReportsOnlyBadCalls)
         {"1 /A BDC EMC", {Error::General}},
         {"0 0 m /OC /A BDC EMC n", {Error::General, Error::General}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.content);
-        TestDocument document(MakePagePdf(ExpandContent(c.content), MakeParts()));
-        ASSERT_TRUE(document.Build());
-        EXPECT_EQ(document.GetErrors(), c.errors);
+    for (const auto& [content, errors] : rows) {
+        TestDocument document(MakePagePdf(ExpandContent(content), MakeParts()));
+        ASSERT_TRUE(document.Build()) << content;
+        EXPECT_EQ(document.GetErrors(), errors) << content;
     }
 }
 
 Kernel::Counted<LayerObject> BuildLayer(const std::string& tag, const std::string& properties,
                                         const std::string& catalog = "")
 {
-    PageParts parts;
-    parts.resources = "/Properties << /A 5 0 R >>";
-    parts.objects = {properties};
-    parts.catalog = catalog;
-    TestDocument document(MakePagePdf(tag + " /A BDC EMC", parts));
+    TestDocument document(MakePagePdf(
+        tag + " /A BDC EMC",
+        {.resources = "/Properties << /A 5 0 R >>", .objects = {"<< " + properties + " >>"}, .catalog = catalog}));
     const auto root = document.Build();
-    if (!root || root->children.empty()) return nullptr;
-    return Kernel::DynamicCast<LayerObject>(root->children.front());
+    return root->children.empty() ? nullptr : Kernel::DynamicCast<LayerObject>(root->children.front());
+}
+
+/// "v", "p" and "e": visible, printable, editable.
+std::string GetFlags(const LayerObject& layer)
+{
+    return std::string(layer.isVisible ? "v" : "") + (layer.isPrintable ? "p" : "") + (layer.isEditable ? "e" : "");
 }
 
 TEST(MarkedContentTest, TakesFlagsFromUsageAndConfiguration)
 {
-    struct Case
+    const struct
     {
-        const char* usage;
-        const char* config;
-        bool isVisible;
-        bool isPrintable;
-        bool isEditable;
-    };
-    const Case cases[] = {
-        {"", "", true, true, true},
-        {"/Usage << /View << /ViewState /oFf >> >>", "", false, true, true},
-        {"/Usage << /View << /ViewState /OFFICE >> /Print << /PrintState /OFF >> >>", "", true, false, true},
-        {"", "/OFF [6 0 R 5 0 R]", false, true, true},
-        {"", "/OFF [5 0 R] /ON [5 0 R]", true, true, true},
-        {"", "/BaseState /OFF", false, true, true},
-        {"", "/BaseState /OFF /ON [5 0 R] /Locked [5 0 R]", true, true, false},
-        {"", "/BaseState /Unchanged /Locked 5 0 R", true, true, false},
+        std::string usage;
+        std::string config;
+        const char* flags;
+    } rows[] = {
+        {"", "", "vpe"},
+        {"/View << /ViewState /oFf >>", "", "pe"},
+        {"/View << /ViewState /OFFICE >> /Print << /PrintState /OFF >>", "", "ve"},
+        {"", "/OFF [6 0 R 5 0 R]", "pe"},
+        {"", "/OFF [5 0 R] /ON [5 0 R]", "vpe"},
+        {"", "/BaseState /OFF", "pe"},
+        {"", "/BaseState /OFF /ON [5 0 R] /Locked [5 0 R]", "vp"},
+        {"", "/BaseState /Unchanged /Locked 5 0 R", "vp"},
         // The configuration does not show what usage hides.
-        {"/Usage << /View << /ViewState /OFF >> >>", "/ON [5 0 R]", false, true, true},
+        {"/View << /ViewState /OFF >>", "/ON [5 0 R]", "pe"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(std::string(c.usage) + " " + c.config);
-        const auto layer = BuildLayer("/OC", std::string("<< /Type /OCG /Name (A) ") + c.usage + " >>",
-                                      std::string("/OCProperties << /D << ") + c.config + " >> >>");
-        ASSERT_TRUE(layer);
-        EXPECT_EQ(layer->isVisible, c.isVisible);
-        EXPECT_EQ(layer->isPrintable, c.isPrintable);
-        EXPECT_EQ(layer->isEditable, c.isEditable);
+    for (const auto& row : rows) {
+        const std::string usage = row.usage.empty() ? "" : " /Usage << " + row.usage + " >>";
+        const auto layer =
+            BuildLayer("/OC", "/Type /OCG /Name (A)" + usage, "/OCProperties << /D << " + row.config + " >> >>");
+        ASSERT_TRUE(layer) << row.usage << row.config;
+        EXPECT_EQ(GetFlags(*layer), row.flags) << row.usage << row.config;
     }
 }
 
 TEST(MarkedContentTest, ReadsPrivateLayers)
 {
-    const auto layer = BuildLayer(
-        "/Layer", "<< /Title (Roads) /Visible false /Printed false /Editable false /Color [65535 0 13107] >>");
+    const auto layer =
+        BuildLayer("/Layer", "/Title (Roads) /Visible false /Printed false /Editable false /Color [65535 0 13107]");
     ASSERT_TRUE(layer);
     EXPECT_EQ(layer->name, "Roads");
-    EXPECT_FALSE(layer->isVisible || layer->isPrintable || layer->isEditable);
+    EXPECT_EQ(GetFlags(*layer), "");
     EXPECT_EQ(layer->colour, Renderer::ColourRGB::Create(1.0f, 0.0f, 0.2f, 1.0f, ""));
 
-    const auto plain = BuildLayer("/Layer", "<< /Title (Roads) /Color [1 2] >>");
+    const auto plain = BuildLayer("/Layer", "/Title (Roads) /Color [1 2]");
     ASSERT_TRUE(plain);
-    EXPECT_TRUE(plain->isVisible && plain->isPrintable && plain->isEditable);
+    EXPECT_EQ(GetFlags(*plain), "vpe");
     EXPECT_FALSE(plain->colour);
 
-    EXPECT_FALSE(BuildLayer("/Layer", "<< /Name (Roads) >>"));
+    EXPECT_FALSE(BuildLayer("/Layer", "/Name (Roads)"));
 }
 
 TEST(OCPropertiesTest, WithoutAConfigurationHidesNothing)
@@ -213,17 +191,13 @@ TEST(OCPropertiesTest, WithoutAConfigurationHidesNothing)
 
 TEST(OCPropertiesTest, KeepsItsAnswersApart)
 {
-    PageParts parts;
-    parts.objects = {"<< >>", "<< >>", "<< >>"};
-    parts.catalog = "/OCProperties << /D << /OFF [5 0 R 6 0 R] /Locked [6 0 R] >> >>";
-    TestDocument document(MakePagePdf("", parts));
+    TestDocument document(
+        MakePagePdf("", {.objects = {"<< >>", "<< >>", "<< >>"},
+                         .catalog = "/OCProperties << /D << /OFF [5 0 R 6 0 R] /Locked [6 0 R] >> >>"}));
     const OCProperties& properties = *document->GetState().ocProperties;
-    for (int round = 0; round < 2; ++round) {
-        EXPECT_TRUE(properties.IsHidden(document.GetRef(5)));
-        EXPECT_FALSE(properties.IsLocked(document.GetRef(5)));
-        EXPECT_TRUE(properties.IsHidden(document.GetRef(6)));
-        EXPECT_TRUE(properties.IsLocked(document.GetRef(6)));
-        EXPECT_FALSE(properties.IsHidden(document.GetRef(7)));
+    for (const int number : {5, 6, 7, 5, 6, 7}) {
+        EXPECT_EQ(properties.IsHidden(document.GetRef(number)), number != 7);
+        EXPECT_EQ(properties.IsLocked(document.GetRef(number)), number == 6);
     }
 }
 

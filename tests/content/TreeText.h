@@ -39,6 +39,17 @@ inline std::string PrintTree(const Object& object)
     return group->isXObject ? "F" + text : text;
 }
 
+/// All paths of a page, whatever groups they lie in.
+inline int CountPaths(GroupObject& root)
+{
+    int count = 0;
+    root.VisitSubGroups([&](GroupObject* group) {
+        for (const auto& child : group->children)
+            count += Kernel::DynamicCast<PathObject>(child) ? 1 : 0;
+    });
+    return count;
+}
+
 inline constexpr const char* c_pageEntries = "/MediaBox [0 0 300 100]";
 
 } // namespace Quillet::Test

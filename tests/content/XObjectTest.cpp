@@ -7,6 +7,7 @@
 #include "document/Guard.h"
 #include "document/Limits.h"
 #include "support/PdfBuilder.h"
+#include "support/Repeat.h"
 #include "support/TestDocument.h"
 
 #include <Quillet/Page.h>
@@ -17,7 +18,6 @@
 namespace Quillet::Test {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -30,88 +30,68 @@ std::string MakeForm(const std::string& content, const std::string& entries = ""
 std::string MakeFile(const std::string& content, const std::vector<std::string>& objects,
                      const std::string& resources = "")
 {
-    PageParts parts;
-    parts.entries = c_pageEntries;
-    parts.objects = objects;
-    parts.resources = resources + "/XObject << ";
-    for (std::size_t i = 5; i < 5 + objects.size(); ++i) {
-        parts.resources += "/X" + std::to_string(i) + " " + std::to_string(i) + " 0 R ";
-    }
-    parts.resources += ">>";
-    return MakePagePdf(ExpandContent(content), parts);
+    std::string names;
+    for (std::size_t i = 5; i < 5 + objects.size(); ++i)
+        names += "/X" + std::to_string(i) + " " + std::to_string(i) + " 0 R ";
+    return MakePagePdf(
+        ExpandContent(content),
+        {.resources = resources + "/XObject << " + names + ">>", .entries = c_pageEntries, .objects = objects});
 }
 
 TEST(XObjectTest, DrawsFormsIntoGroups)
 {
-    struct Case
+    constexpr int c_fill = Error::UnimplementedFill;
+    constexpr int c_general = Error::General;
+    const std::string half(4000, ' ');
+    const struct
     {
-        const char* content;
-        const char* form;
+        std::string content;
+        std::vector<std::string> objects;
         const char* tree;
-    };
-    const Case cases[] = {
-        {"<a> /X5 Do <c>", "<b>", "(a F({b}) c)"},
-        {"/X5 Do /X5 Do", "<b>", "(F({b}) F({b}))"},
-        {"<a> /X5 Do <c>", "", "(a F({}) c)"},
+        std::vector<int> errors = {};
+    } rows[] = {
+        {"<a> /X5 Do <c>", {MakeForm("<b>")}, "(a F({b}) c)"},
+        {"<a> /X5 Do <c>", {MakeForm("")}, "(a F({}) c)"},
         // States that the form leaves open, or closes too often: that ends its own clip and nothing of the caller's.
-        {"q 1 0 0 1 10 0 cm /X5 Do <a> Q <a>", "Q Q Q <b>", "(F({} c) b a)"},
-        {"q 1 0 0 1 10 0 cm /X5 Do <a> Q <a>", "q q 1 0 0 1 10 0 cm q <clip> <b>", "(F({{d}}) b a)"},
+        {"q 1 0 0 1 10 0 cm /X5 Do <a> Q <a>", {MakeForm("Q Q Q <b>")}, "(F({} c) b a)"},
+        {"q 1 0 0 1 10 0 cm /X5 Do <a> Q <a>", {MakeForm("q q 1 0 0 1 10 0 cm q <clip> <b>")}, "(F({{d}}) b a)"},
         // A path, a text object or a clip left open inside ends with the form.
-        {"/X5 Do <a>", "BT", "(F({}) a)"},
-        {"/X5 Do <a>", "Q BT /X5 Do", "(F({}) a)"},
+        {"/X5 Do <a>", {MakeForm("BT")}, "(F({}) a)"},
+        {"/X5 Do <a>", {MakeForm("Q BT /X5 Do")}, "(F({}) a)", {c_general, c_fill}},
+        // Forms short and long, each time alike.
+        {"/X5 Do /X5 Do /X5 Do", {MakeForm("<a> <b>")}, "(F({a b}) F({a b}) F({a b}))"},
+        {"/X5 Do /X5 Do /X5 Do", {MakeForm("<a> " + half + "<b>")}, "(F({a b}) F({a b}) F({a b}))"},
+        {"/X5 Do /X5 Do /X5 Do", {MakeForm(half + "<a> " + half + half + "<b>")}, "(F({a b}) F({a b}) F({a b}))"},
+        // Forms that draw themselves, or each other.
+        {"/X5 Do <z>", {MakeForm("<a> /X5 Do <b>")}, "(F({a b}) z)", {c_fill}},
+        {"/X5 Do <z>", {MakeForm("<a> /X6 Do <b>"), MakeForm("<c> /X5 Do <d>")}, "(F({a F({c d}) b}) z)", {c_fill}},
+        {"/X5 Do <z>", {MakeForm("<a> /X5 Do <b>", "/Group << >>")}, "(F({a b}) z)", {c_fill}},
+        // What cannot be drawn.
+        {"/X5 Do <a>", {"<< >>"}, "(a)", {c_fill}},
+        {"/X5 Do <a>", {"<< /Subtype /Other >>"}, "(a)", {c_fill}},
+        {"/X5 Do <a>", {"(no dictionary)"}, "(a)", {c_general, c_fill}},
+        {"/X5 Do /Gone Do <a>", {PdfBuilder::MakeStream("", "/Subtype /PS")}, "(a)", {c_fill, c_fill}},
+        {"Do /X5 1 Do", {MakeForm("<a>")}, "(F({a}))", {c_general, c_general, c_fill, c_general}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(std::string(c.content) + " | " + c.form);
-        TestDocument document(MakeFile(c.content, {MakeForm(c.form)}));
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.content + " | " + row.objects[0]);
+        TestDocument document(MakeFile(row.content, row.objects));
         const auto root = document.Build();
         ASSERT_TRUE(root);
-        EXPECT_EQ(PrintTree(*root), c.tree);
+        EXPECT_EQ(PrintTree(*root), row.tree);
+        EXPECT_EQ(document.GetErrors(), row.errors);
     }
-}
-
-TEST(XObjectTest, DrawsLongAndShortFormsAlikeEachTime)
-{
-    for (const std::size_t padding : {std::size_t{0}, std::size_t{4000}, std::size_t{10'000}}) {
-        TestDocument document(MakeFile("/X5 Do /X5 Do /X5 Do", {MakeForm("<a> " + std::string(padding, ' ') + "<b>")}));
-        EXPECT_EQ(PrintTree(*document.Build()), "(F({a b}) F({a b}) F({a b}))") << padding;
-        EXPECT_THAT(document.GetErrors(), IsEmpty());
-    }
-}
-
-TEST(XObjectTest, RefusesWhatItCannotDraw)
-{
-    const char* const objects[] = {
-        "<< >>",
-        "<< /Subtype /Other >>",
-        "(no dictionary)",
-    };
-    for (const char* object : objects) {
-        SCOPED_TRACE(object);
-        TestDocument document(MakeFile("/X5 Do <a>", {object}));
-        EXPECT_EQ(PrintTree(*document.Build()), "(a)");
-        EXPECT_THAT(document.GetErrors(), Contains(Error::UnimplementedFill));
-    }
-
-    TestDocument document(MakeFile("/X5 Do /Gone Do <a>", {PdfBuilder::MakeStream("", "/Subtype /PS")}));
-    EXPECT_EQ(PrintTree(*document.Build()), "(a)");
-    EXPECT_THAT(document.GetErrors(), ElementsAre(Error::UnimplementedFill, Error::UnimplementedFill));
-
-    TestDocument operands(MakeFile("Do /X5 1 Do", {MakeForm("<a>")}));
-    EXPECT_EQ(PrintTree(*operands.Build()), "(F({a}))");
-    EXPECT_THAT(operands.GetErrors(),
-                ElementsAre(Error::General, Error::General, Error::UnimplementedFill, Error::General));
 }
 
 TEST(XObjectTest, PlacesFormsByMatrixAndBox)
 {
-    struct Case
+    const struct
     {
         const char* entries;
         Kernel::RectT<double> clip;
         const char* tree;
         std::vector<int> errors;
-    };
-    const Case cases[] = {
+    } rows[] = {
         {"/BBox [0 0 50 60]", {0, 40, 50, 100}, "(F({a}))", {}},
         {"/BBox [50 60 0 0] /Matrix [1 0 0 1 20 10]", {20, 30, 70, 90}, "(F({c}))", {}},
         {"/BBox [0 0 50 60] /Matrix 6 0 R", {30, 40, 80, 100}, "(F({d}))", {}},
@@ -120,7 +100,7 @@ TEST(XObjectTest, PlacesFormsByMatrixAndBox)
         {"/BBox [0 0 50 60] /Matrix /None", {0, 40, 50, 100}, "(F({a}))", {}},
         {"", {0, -900, 1000, 100}, "(F({a}))", {Error::General}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : rows) {
         SCOPED_TRACE(c.entries);
         const std::string form =
             PdfBuilder::MakeStream(ExpandContent("<a>"), std::string("/Subtype /Form ") + c.entries);
@@ -185,41 +165,18 @@ TEST(XObjectTest, InheritsResourcesOfTheFirstUse)
     EXPECT_EQ(PrintTree(*reversed.Build()), "(F({F({F({b})})}) F({F({F({b})})}))");
 }
 
-TEST(XObjectTest, EndsFormsThatDrawThemselves)
-{
-    struct Case
-    {
-        const char* what;
-        std::vector<std::string> objects;
-        const char* tree;
-    };
-    const Case cases[] = {
-        {"direct", {MakeForm("<a> /X5 Do <b>")}, "(F({a b}) z)"},
-        {"detour", {MakeForm("<a> /X6 Do <b>"), MakeForm("<c> /X5 Do <d>")}, "(F({a F({c d}) b}) z)"},
-        {"group", {MakeForm("<a> /X5 Do <b>", "/Group << >>")}, "(F({a b}) z)"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        TestDocument document(MakeFile("/X5 Do <z>", c.objects));
-        EXPECT_EQ(PrintTree(*document.Build()), c.tree);
-        EXPECT_THAT(document.GetErrors(), ElementsAre(Error::UnimplementedFill));
-    }
-}
-
 TEST(XObjectTest, EndsFormsNestedBeyondTheCap)
 {
     std::vector<std::string> objects;
-    for (int i = 0; i < Limits::c_maxDescent + 50; ++i) {
+    for (int i = 0; i < Limits::c_maxDescent + 50; ++i)
         objects.push_back(MakeForm("/X" + std::to_string(i + 6) + " Do"));
-    }
     TestDocument document(MakeFile("/X5 Do <a>", objects));
     const auto root = document.Build();
     ASSERT_TRUE(root);
     ASSERT_EQ(root->children.size(), 2u);
     int depth = 0;
-    for (const GroupObject* group = root->children[0]->AsGroup(); group; ++depth) {
+    for (const GroupObject* group = root->children[0]->AsGroup(); group; ++depth)
         group = group->children.empty() ? nullptr : group->children[0]->AsGroup();
-    }
     EXPECT_GT(depth, 100);
     EXPECT_EQ(document.GetErrors().size(), 1u);
 }
@@ -228,13 +185,8 @@ TEST(XObjectTest, StopsFormsThatMultiply)
 {
     // Ten levels of ten: ten thousand million forms in theory.
     std::vector<std::string> objects;
-    for (int level = 0; level < 10; ++level) {
-        const std::string next = "/X" + std::to_string(level + 6) + " Do ";
-        std::string content;
-        for (int i = 0; i < 10; ++i)
-            content += next;
-        objects.push_back(MakeForm(content));
-    }
+    for (int level = 0; level < 10; ++level)
+        objects.push_back(MakeForm(Repeat("/X" + std::to_string(level + 6) + " Do ", 10)));
     objects.push_back(MakeForm("<a>"));
     TestDocument document(MakeFile("/X5 Do", objects));
     // Small, so that the test is quick.
@@ -245,11 +197,10 @@ TEST(XObjectTest, StopsFormsThatMultiply)
 
 TEST(ResourcesTest, LooksThingsUpByName)
 {
-    PageParts parts;
-    parts.resources = "/ExtGState << /G 5 0 R >> /Properties << /P << /K 7 >> >> /XObject << /B 5 0 R /A 5 0 R >> "
-                      "/ColorSpace << /Bad [/DeviceRGB /Junk] >>";
-    parts.objects = {"<< >>"};
-    TestDocument document(MakePagePdf("", parts));
+    TestDocument document(MakePagePdf(
+        "", {.resources = "/ExtGState << /G 5 0 R >> /Properties << /P << /K 7 >> >> /XObject << /B 5 0 R /A 5 0 R >> "
+                          "/ColorSpace << /Bad [/DeviceRGB /Junk] >>",
+             .objects = {"<< >>"}}));
     const auto resources = document->GetPage(0)->GetResources();
     ASSERT_TRUE(resources);
     EXPECT_EQ(resources->GetExtGStateRef("G"), document.GetRef(5));

@@ -2,9 +2,7 @@
 #include "fonts/StandardCMaps.h"
 
 #include "document/Guard.h"
-#include "document/MemorySource.h"
-#include "support/PdfBuilder.h"
-#include "support/TestDocument.h"
+#include "support/ObjectFile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,35 +17,33 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Encoding = Kernel::Counted<const FontEncoding>;
-using Characters = std::vector<char32_t>;
+using namespace std::string_literals;
 
-Characters GetCharacters(const FontEncoding& encoding, int code)
+/// A surrogate stays what it is.
+std::u32string GetCharacters(const FontEncoding& encoding, int code)
 {
     const CodeSequence sequence = encoding.GetMappedSequence(code);
     return {sequence.values.begin(), sequence.values.begin() + sequence.count};
 }
 
+std::u32string MakeString(std::initializer_list<char32_t> characters)
+{
+    return characters;
+}
+
+/// What a code without a mapping stands for.
+const std::u32string c_none = MakeString({0});
+
 /// CMaps as objects 5, 6 and so on of a document.
-struct CMapFile
+struct CMapFile : ObjectFile
 {
     explicit CMapFile(const std::string& program, const std::string& entries = "",
                       const std::vector<std::string>& others = {})
-        : document(MakePagePdf("", {.objects = MakeObjects(program, entries, others)})),
-          encoding(CMapInterpreter::GetEncoding(document.GetRef(5)))
+        : ObjectFile(PdfBuilder::MakeStream(program, entries), others), encoding(CMapInterpreter::GetEncoding(GetRef()))
     {}
 
-    static std::vector<std::string> MakeObjects(const std::string& program, const std::string& entries,
-                                                const std::vector<std::string>& others)
-    {
-        std::vector<std::string> objects{PdfBuilder::MakeStream(program, entries)};
-        objects.insert(objects.end(), others.begin(), others.end());
-        return objects;
-    }
+    std::u32string Get(int code) const { return GetCharacters(*encoding, code); }
 
-    Characters Get(int code) const { return GetCharacters(*encoding, code); }
-    const std::vector<int>& GetErrors() const { return document.GetErrors(); }
-
-    TestDocument document;
     Encoding encoding;
 };
 
@@ -56,29 +52,29 @@ TEST(CMapTest, ReadsMappings)
     const struct
     {
         const char* program;
-        std::vector<std::pair<int, Characters>> mappings;
+        std::vector<std::pair<int, std::u32string>> mappings;
     } rows[] = {
-        {"1 beginbfchar <41> <0058> endbfchar", {{0x41, {'X'}}, {0x42, {0}}}},
-        {"<41> <0009> <42> <0061000A> <43> <000D> endbfchar", {{0x41, {' '}}, {0x42, {' '}}, {0x43, {' '}}}},
-        {"<41> <42> <0009> endbfrange", {{0x41, {'\t'}}, {0x42, {'\n'}}}},
-        {"<41> <004100420043004400450046> endbfchar", {{0x41, {'A', 'B', 'C', 'D', 'E'}}}},
-        {"<41> <004142> <42> <43> <44> <> endbfchar", {{0x41, {'A', 'B'}}, {0x42, {'C'}}, {0x44, {0}}}},
-        {"<41> <D83DDE00> endbfchar", {{0x41, {0xD83D, 0xDE00}}}},
-        {"<41> 66 endbfchar <42> 67 endbfcid", {{0x41, {'B'}}, {0x42, {'C'}}}},
-        {"<41> <43> 100 endcidrange", {{0x41, {100}}, {0x43, {102}}, {0x44, {0}}}},
-        {"<41> <42> <00660069> endbfrange", {{0x41, {'f', 'i'}}, {0x42, {'f', 'j'}}}},
+        {"1 beginbfchar <41> <0058> endbfchar", {{0x41, U"X"}, {0x42, c_none}}},
+        {"<41> <0009> <42> <0061000A> <43> <000D> endbfchar", {{0x41, U" "}, {0x42, U" "}, {0x43, U" "}}},
+        {"<41> <42> <0009> endbfrange", {{0x41, U"\t"}, {0x42, U"\n"}}},
+        {"<41> <004100420043004400450046> endbfchar", {{0x41, U"ABCDE"}}},
+        {"<41> <004142> <42> <43> <44> <> endbfchar", {{0x41, U"AB"}, {0x42, U"C"}, {0x44, c_none}}},
+        {"<41> <D83DDE00> endbfchar", {{0x41, MakeString({0xD83D, 0xDE00})}}},
+        {"<41> 66 endbfchar <42> 67 endbfcid", {{0x41, U"B"}, {0x42, U"C"}}},
+        {"<41> <43> 100 endcidrange", {{0x41, U"d"}, {0x43, U"f"}, {0x44, c_none}}},
+        {"<41> <42> <00660069> endbfrange", {{0x41, U"fi"}, {0x42, U"fj"}}},
         {"<41> <43> [<0061> 98 <00660069>] <50> <50> <0070> endbfrange",
-         {{0x41, {'a'}}, {0x42, {'b'}}, {0x43, {'f', 'i'}}, {0x50, {'p'}}}},
-        {"<41> 5 <42> 9 endcidchar", {{0x41, {5}}, {0x42, {9}}}},
-        {"/Other usecmap <42> <0062> endbfchar", {{0x41, {0}}, {0x42, {'b'}}}},
-        {"/Identity-H usecmap <42> <0062> endbfchar", {{0x41, {0x41}}, {0x42, {'b'}}}},
+         {{0x41, U"a"}, {0x42, U"b"}, {0x43, U"fi"}, {0x50, U"p"}}},
+        {"<41> 5 <42> 9 endcidchar", {{0x41, U"\5"}, {0x42, U"\t"}}},
+        {"/Other usecmap <42> <0062> endbfchar", {{0x41, c_none}, {0x42, U"b"}}},
+        {"/Identity-H usecmap <42> <0062> endbfchar", {{0x41, U"A"}, {0x42, U"b"}}},
         {"<43> <0063> endbfchar /H usecmap <2121> 7 endcidchar /V usecmap",
-         {{0x43, {'c'}}, {0x2121, {7}}, {0x2122, {634}}}},
-        {"<< /A <41> >> <41> <0061> endbfchar", {{0x41, {'a'}}}},
+         {{0x43, U"c"}, {0x2121, U"\a"}, {0x2122, U"\u027A"}}},
+        {"<< /A <41> >> <41> <0061> endbfchar", {{0x41, U"a"}}},
         {"<8140> <0061> endbfchar <00> <7FFFFFFF> 7 endcidrange <8140> <0062> endbfchar",
-         {{0x8140, {'b'}}, {0x7FFFFFFF, {0x80000006}}}},
-        {"<41> <0061> <42> endbfchar", {{0x41, {'a'}}, {0x42, {0}}}},
-        {"<41> <40> <0061> endbfrange", {{0x41, {0}}, {0x40, {0}}}},
+         {{0x8140, U"b"}, {0x7FFFFFFF, MakeString({0x80000006})}}},
+        {"<41> <0061> <42> endbfchar", {{0x41, U"a"}, {0x42, c_none}}},
+        {"<41> <40> <0061> endbfrange", {{0x41, c_none}, {0x40, c_none}}},
     };
     for (const auto& row : rows) {
         const CMapFile file(row.program);
@@ -93,17 +89,17 @@ TEST(CMapTest, RaisesBadRanges)
     const struct
     {
         const char* program;
-        Characters at41;
-        Characters at50;
+        std::u32string at41;
+        std::u32string at50;
         std::size_t errors;
     } rows[] = {
-        {"<41> <43> [<0061> <0062>] <50> <50> <0070> endbfrange", {'a'}, {'p'}, 1},
-        {"<41> <41> [<0061> <0062>] <50> <50> <0070> endbfrange", {'a'}, {0}, 1},
-        {"<41> <43> [<0061> /b <0063>] <50> <50> <0070> endbfrange", {'a'}, {0}, 2},
-        {"<41> <7FFFFFFF> [<0061>] <50> <50> <0070> endbfrange", {'a'}, {'p'}, 1},
-        {"<40> <41> [<0061>] endbfrange <50> <50> <0070> endbfrange", {0}, {'p'}, 1},
-        {"<80000000> <80000005> <0061> endbfrange <50> <0070> endbfchar", {0}, {'p'}, 1},
-        {"<41> <FFFFFFFF> <0061> endbfrange <50> <0070> endbfchar", {0}, {'p'}, 0},
+        {"<41> <43> [<0061> <0062>] <50> <50> <0070> endbfrange", U"a", U"p", 1},
+        {"<41> <41> [<0061> <0062>] <50> <50> <0070> endbfrange", U"a", c_none, 1},
+        {"<41> <43> [<0061> /b <0063>] <50> <50> <0070> endbfrange", U"a", c_none, 2},
+        {"<41> <7FFFFFFF> [<0061>] <50> <50> <0070> endbfrange", U"a", U"p", 1},
+        {"<40> <41> [<0061>] endbfrange <50> <50> <0070> endbfrange", c_none, U"p", 1},
+        {"<80000000> <80000005> <0061> endbfrange <50> <0070> endbfchar", c_none, U"p", 1},
+        {"<41> <FFFFFFFF> <0061> endbfrange <50> <0070> endbfchar", c_none, U"p", 0},
     };
     for (const auto& row : rows) {
         const CMapFile file(row.program);
@@ -140,53 +136,48 @@ TEST(CMapTest, ReadsCodeSpacesAndNames)
 
 TEST(CMapTest, BuildsOnOthers)
 {
-    const auto makeUsing = [](const char* program, const char* entries) {
+    const std::string own = "<41> <0061> endbfchar";
+    const auto make = [](const char* program, const char* entries = "") {
         return PdfBuilder::MakeStream(program, entries);
     };
-    const std::string own = "<41> <0061> endbfchar";
     const CMapFile based(own, "/UseCMap 6 0 R",
-                         {makeUsing("/Registry (A) def <41> <43> <0078> endbfrange <00> <FF> endcodespacerange", "")});
-    EXPECT_EQ(based.Get(0x41), Characters{'a'});
-    EXPECT_EQ(based.Get(0x42), Characters{'y'});
+                         {make("/Registry (A) def <41> <43> <0078> endbfrange <00> <FF> endcodespacerange")});
+    EXPECT_EQ(based.Get(0x41) + based.Get(0x42), U"ay");
     EXPECT_EQ(based.encoding->registry, "A");
     EXPECT_EQ(based.encoding->codeSpaceRanges.size(), 1U);
+    EXPECT_THAT(based.GetErrors(), IsEmpty());
+    // The other stays as it is.
+    EXPECT_EQ(GetCharacters(*CMapInterpreter::GetEncoding(based.GetRef(6)), 0x41), U"x");
+    EXPECT_EQ(CMapInterpreter::GetEncoding(based.GetRef()), based.encoding);
     // What is assumed of a CMap that has no codes is nothing to build on.
     const CMapFile assumed(own + " <4100> <42FF> endcodespacerange", "/UseCMap 6 0 R",
-                           {makeUsing("<4142> <0078> endbfchar", "")});
-    EXPECT_EQ(assumed.Get(0x4142), Characters{'x'});
+                           {make("<4142> <0078> endbfchar")});
+    EXPECT_EQ(assumed.Get(0x4142), U"x");
     ASSERT_EQ(assumed.encoding->codeSpaceRanges.size(), 1U);
     EXPECT_EQ(assumed.encoding->codeSpaceRanges[0].byteCount, 2);
     // The collection that the CMap names itself stays, and a name that nobody knows keeps no other from counting.
     EXPECT_EQ(CMapFile("/Registry (A) def /H usecmap").encoding->ordering, "");
-    EXPECT_EQ(CMapFile("/H usecmap", "/UseCMap /Nothing").Get(0x2122), Characters{634});
+    EXPECT_EQ(CMapFile("/H usecmap", "/UseCMap /Nothing").Get(0x2122), U"\u027A");
     const CMapFile named("<2121> 7 endcidchar /V usecmap", "/UseCMap /H");
-    EXPECT_EQ(named.Get(0x2121), Characters{7});
-    EXPECT_EQ(named.Get(0x2122), Characters{634});
+    EXPECT_EQ(named.Get(0x2121) + named.Get(0x2122), U"\a\u027A");
     EXPECT_EQ(named.encoding->ordering, "Japan1");
     EXPECT_EQ(named.encoding->codeSpaceRanges.size(), 1U);
-    EXPECT_THAT(based.GetErrors(), IsEmpty());
-    // The other stays as it is.
-    const auto other = CMapInterpreter::GetEncoding(based.document.GetRef(6));
-    EXPECT_EQ(GetCharacters(*other, 0x41), Characters{'x'});
-    EXPECT_EQ(CMapInterpreter::GetEncoding(based.document.GetRef(5)), based.encoding);
 
-    const CMapFile self(own, "/UseCMap 5 0 R");
-    EXPECT_EQ(self.Get(0x41), Characters{'a'});
-    EXPECT_THAT(self.GetErrors(), IsEmpty());
     const CMapFile cycle(
         own, "/UseCMap 6 0 R",
-        {makeUsing("<42> <0062> endbfchar", "/UseCMap 7 0 R"), makeUsing("<43> <0063> endbfchar", "/UseCMap 5 0 R")});
-    EXPECT_EQ(cycle.Get(0x41), Characters{'a'});
-    EXPECT_EQ(cycle.Get(0x42), Characters{'b'});
-    EXPECT_EQ(cycle.Get(0x43), Characters{'c'});
+        {make("<42> <0062> endbfchar", "/UseCMap 7 0 R"), make("<43> <0063> endbfchar", "/UseCMap 5 0 R")});
+    EXPECT_EQ(cycle.Get(0x41) + cycle.Get(0x42) + cycle.Get(0x43), U"abc");
+    const CMapFile self(own, "/UseCMap 5 0 R");
+    EXPECT_EQ(self.Get(0x41), U"a");
+    EXPECT_THAT(self.GetErrors(), IsEmpty());
     for (const char* entries : {"/UseCMap 99 0 R", "/UseCMap /Nothing", "/UseCMap 1 0 R", "/UseCMap null"})
-        EXPECT_EQ(CMapFile(own, entries).Get(0x41), Characters{'a'}) << entries;
+        EXPECT_EQ(CMapFile(own, entries).Get(0x41), U"a") << entries;
 }
 
 TEST(CMapTest, ReadsOnInStreamsOfAnyType)
 {
     const CMapFile file("<41> <0061> endbfchar", "/Type /CMap");
-    EXPECT_EQ(file.Get(0x41), Characters{'a'});
+    EXPECT_EQ(file.Get(0x41), U"a");
     EXPECT_THAT(file.GetErrors(), ElementsAre(Error::General));
 }
 
@@ -205,38 +196,36 @@ public:
 TEST(CMapTest, SurvivesRubbish)
 {
     const std::string deep(100000, '[');
-    for (const std::string& program :
-         {std::string(), std::string("<41> <0061"), std::string(") > ] >> } <41> <0061> endbfchar"),
-          std::string("endbfrange endbfchar def usefont endcodespacerange"), std::string("<41> endbfchar"),
-          std::string("/A [<41> [<42>]] /B endbfrange"), std::string("<41> <42> [ endbfrange"),
-          std::string("<< /A << /B"), std::string("9999999999999999999 usefont <00> <FF> endcodespacerange"),
-          std::string("<> <> endcodespacerange"), std::string("%"), deep, deep + "<41>"}) {
-        TestDocument document(
-            MakePagePdf("", {.objects = {PdfBuilder::MakeStream(program + " <7A> <007A> endbfchar")}}));
+    const std::string programs[] = {"",
+                                    "<41> <0061",
+                                    ") > ] >> } <41> <0061> endbfchar",
+                                    "endbfrange endbfchar def usefont endcodespacerange",
+                                    "<41> endbfchar",
+                                    "/A [<41> [<42>]] /B endbfrange",
+                                    "<41> <42> [ endbfrange",
+                                    "<< /A << /B",
+                                    "9999999999999999999 usefont <00> <FF> endcodespacerange",
+                                    "<> <> endcodespacerange",
+                                    "%",
+                                    deep,
+                                    deep + "<41>"};
+    for (const std::string& program : programs) {
+        const ObjectFile file(PdfBuilder::MakeStream(program + " <7A> <007A> endbfchar"));
         const ImpatientHandler handler;
-        document->SetErrorHandler(&handler);
+        file.document->SetErrorHandler(&handler);
         Encoding encoding;
-        EXPECT_NO_THROW(encoding = CMapInterpreter::GetEncoding(document.GetRef(5))) << program.substr(0, 50);
+        EXPECT_NO_THROW(encoding = CMapInterpreter::GetEncoding(file.GetRef())) << program.substr(0, 50);
         EXPECT_TRUE(encoding && !encoding->codeSpaceRanges.empty()) << program.substr(0, 50);
     }
     const CMapFile behind("> ] >> } endbfchar <7A> <007A> endbfchar");
-    EXPECT_EQ(behind.Get(0x7A), Characters{'z'});
+    EXPECT_EQ(behind.Get(0x7A), U"z");
+    EXPECT_FALSE(behind.GetErrors().empty());
     // What is no operand is an operator, and has those before it.
     const CMapFile early("<41> <0061> ] <42> <0062> endbfchar");
-    EXPECT_EQ(early.Get(0x41), Characters{0});
-    EXPECT_EQ(early.Get(0x42), Characters{'b'});
-    EXPECT_FALSE(behind.GetErrors().empty());
-    TestDocument document(MakePagePdf("", {.objects = {"12", "<< >>"}}));
+    EXPECT_EQ(early.Get(0x41) + early.Get(0x42), c_none + U"b");
+    const ObjectFile none("12", {"<< >>"});
     for (const int number : {-1, 5, 6, 99})
-        EXPECT_TRUE(CMapInterpreter::GetEncoding(document.GetRef(number))) << number;
-}
-
-TEST(CMapTest, ReadsAPlainSource)
-{
-    const std::string program = "/CMapName /Mine def <41> <0061> endbfchar";
-    const CMapInterpreter interpreter(Kernel::MakeCounted<MemorySource>(program.data(), program.size()));
-    EXPECT_EQ(interpreter.encoding->name, "Mine");
-    EXPECT_EQ(GetCharacters(*interpreter.encoding, 0x41), Characters{'a'});
+        EXPECT_TRUE(CMapInterpreter::GetEncoding(none.GetRef(number))) << number;
 }
 
 struct Taken
@@ -277,11 +266,11 @@ TEST(StandardCMapsTest, LeadFromCodesToCharacters)
         EXPECT_EQ(taken.pos, static_cast<int>(row.text.size())) << row.name;
         const auto cid = static_cast<int>(encoding->GetMappedSequence(taken.code).values[0]);
         EXPECT_NE(cid, 0) << row.name;
-        EXPECT_EQ(GetCharacters(*toUnicode, cid), Characters{row.character}) << row.name;
+        EXPECT_EQ(GetCharacters(*toUnicode, cid), std::u32string(1, row.character)) << row.name;
     }
     const Encoding vertical = GetStandardCMap("Identity-V");
     EXPECT_EQ(Take(*vertical, "\x12\x34").code, 0x1234);
-    EXPECT_EQ(GetCharacters(*vertical, 0x1234), Characters{0x1234});
+    EXPECT_EQ(GetCharacters(*vertical, 0x1234), U"\u1234");
 }
 
 TEST(StandardCMapsTest, UnknownOnesAreTheIdentity)
@@ -289,15 +278,14 @@ TEST(StandardCMapsTest, UnknownOnesAreTheIdentity)
     const Encoding identity = MakeIdentityCMap();
     EXPECT_EQ(identity->name, "Identity-H");
     for (const int code : {0, 9, 255, 256, 0xFFFF})
-        EXPECT_EQ(GetCharacters(*identity, code), Characters{static_cast<char32_t>(code)});
+        EXPECT_EQ(GetCharacters(*identity, code), std::u32string(1, static_cast<char32_t>(code)));
     EXPECT_EQ(Take(*identity, "\x12\x34").code, 0x1234);
     EXPECT_FALSE(GetCidToUnicode(identity));
     EXPECT_FALSE(GetCidToUnicode(nullptr));
     // Names come from files, and must not lead anywhere else.
     for (const std::string& name :
-         {std::string("Identity-H"), std::string("No such"), std::string(), std::string("."), std::string(".."),
-          std::string("../Standard CMaps/90ms-RKSJ-H"), std::string("./90ms-RKSJ-H"), std::string("a/../90ms-RKSJ-H"),
-          std::string("90ms-RKSJ-H.txt\0", 16), std::string("\\90ms-RKSJ-H"), std::string(10000, 'x')}) {
+         {"Identity-H"s, "No such"s, ""s, "."s, ".."s, "../Standard CMaps/90ms-RKSJ-H"s, "./90ms-RKSJ-H"s,
+          "a/../90ms-RKSJ-H"s, "90ms-RKSJ-H.txt\0"s, "\\90ms-RKSJ-H"s, std::string(10000, 'x')}) {
         EXPECT_EQ(GetStandardCMap(name), identity) << name.substr(0, 40);
         EXPECT_EQ(GetStandardCMap(name), identity) << name.substr(0, 40);
     }
@@ -319,7 +307,7 @@ TEST(StandardCMapsTest, MadeUpNamesTakeNoPlaceOfOthers)
 TEST(StandardCMapsTest, AreWholeWhoeverAsksFirst)
 {
     const Budget::Scope budget(Kernel::MakeCounted<Budget>(-1), Budget::Share::All, nullptr);
-    EXPECT_EQ(GetCharacters(*MakeIdentityCMap(), 0x1234), Characters{0x1234});
+    EXPECT_EQ(GetCharacters(*MakeIdentityCMap(), 0x1234), U"\u1234");
     EXPECT_GT(GetStandardCMap("EUC-H")->mapRanges.size(), 100U);
     EXPECT_TRUE(Budget::IsSpent());
 }
@@ -329,14 +317,14 @@ TEST(CMapTest, WhatIsCutShortIsNotKept)
     std::string program;
     for (char digit = '0'; digit <= '9'; ++digit)
         program += std::string("<4") + digit + "> <0061> endbfchar ";
-    TestDocument document(MakePagePdf("", {.objects = {PdfBuilder::MakeStream(program)}}));
+    const ObjectFile file(PdfBuilder::MakeStream(program));
     {
         const Budget::Scope budget(Kernel::MakeCounted<Budget>(1500), Budget::Share::All, nullptr);
-        EXPECT_LT(CMapInterpreter::GetEncoding(document.GetRef(5))->mapRanges.size(), 10U);
+        EXPECT_LT(CMapInterpreter::GetEncoding(file.GetRef())->mapRanges.size(), 10U);
     }
-    const auto whole = CMapInterpreter::GetEncoding(document.GetRef(5));
+    const auto whole = CMapInterpreter::GetEncoding(file.GetRef());
     EXPECT_EQ(whole->mapRanges.size(), 10U);
-    EXPECT_EQ(CMapInterpreter::GetEncoding(document.GetRef(5)), whole);
+    EXPECT_EQ(CMapInterpreter::GetEncoding(file.GetRef()), whole);
 
     const Budget::Scope budget(Kernel::MakeCounted<Budget>(-1), Budget::Share::All, nullptr);
     EXPECT_EQ(Take(*whole, std::string(1000, 'A')).pos, 1000);

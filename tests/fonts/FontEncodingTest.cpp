@@ -1,17 +1,19 @@
 #include "fonts/FontEncodingFactory.h"
 
-#include "support/PdfBuilder.h"
-#include "support/TestDocument.h"
+#include "support/ObjectFile.h"
+#include "support/Repeat.h"
 
 #include <Kernel/UnicodeCmap.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdio>
 #include <map>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace Quillet {
@@ -112,46 +114,32 @@ TEST(FontEncodingTest, RaisesNegativeCodes)
     EXPECT_EQ(encoding.mapRanges.size(), 1U);
 }
 
-struct Step
-{
-    bool isCode;
-    int code;
-    int fontIndex;
-    int pos;
-
-    friend bool operator==(const Step&, const Step&) = default;
-    friend std::ostream& operator<<(std::ostream& out, const Step& step)
-    {
-        return out << step.isCode << ' ' << step.code << ' ' << step.fontIndex << ' ' << step.pos;
-    }
-};
+/// Whether a code was there, the code, its font and the position behind it.
+using Step = std::tuple<bool, int, int, int>;
 
 Step Advance(const FontEncoding& encoding, const std::string& text)
 {
-    Step step{false, -1, -1, 0};
-    step.isCode =
-        encoding.AdvanceCharCode(step.fontIndex, step.code, step.pos, std::vector<char>(text.begin(), text.end()));
-    return step;
+    int code = -1;
+    int fontIndex = -1;
+    int pos = 0;
+    const bool isCode = encoding.AdvanceCharCode(fontIndex, code, pos, {text.begin(), text.end()});
+    return {isCode, code, fontIndex, pos};
 }
 
 TEST(FontEncodingTest, TakesCodesOfSeveralLengths)
 {
-    FontEncoding mixed;
-    mixed.AddCodeSpaceRange(3, 2, 0xE10000, 0xE1FFFF);
-    mixed.AddCodeSpaceRange(1, 0, 0, 0x80);
-    mixed.AddCodeSpaceRange(2, 1, 0x8140, 0x9FFC);
-    mixed.OnComplete();
-    FontEncoding two;
-    two.AddCodeSpaceRange(2, 4, 0x100, 0x1FF);
-    two.OnComplete();
+    const auto make = [](const std::vector<std::array<unsigned, 4>>& ranges) {
+        FontEncoding encoding;
+        for (const auto& [byteCount, fontIndex, low, high] : ranges)
+            encoding.AddCodeSpaceRange(static_cast<int>(byteCount), static_cast<int>(fontIndex), low, high);
+        encoding.OnComplete();
+        return encoding;
+    };
+    const FontEncoding mixed = make({{3, 2, 0xE10000, 0xE1FFFF}, {1, 0, 0, 0x80}, {2, 1, 0x8140, 0x9FFC}});
+    const FontEncoding two = make({{2, 4, 0x100, 0x1FF}});
     // An invalid code goes to the longest range that begins like the bytes behind it.
-    FontEncoding prefixed;
-    prefixed.AddCodeSpaceRange(2, 1, 0x110, 0x1FF);
-    prefixed.AddCodeSpaceRange(3, 2, 0x20000, 0x2FFFF);
-    prefixed.OnComplete();
-    FontEncoding bare;
-    bare.OnComplete();
-
+    const FontEncoding prefixed = make({{2, 1, 0x110, 0x1FF}, {3, 2, 0x20000, 0x2FFFF}});
+    const FontEncoding bare = make({});
     const struct
     {
         const FontEncoding& encoding;
@@ -159,10 +147,7 @@ TEST(FontEncodingTest, TakesCodesOfSeveralLengths)
         Step expected;
     } rows[] = {
         {mixed, "AB", {true, 'A', 0, 1}},
-        {mixed,
-         "\x81\x40"
-         "A",
-         {true, 0x8140, 1, 2}},
+        {mixed, "\x81\100A", {true, 0x8140, 1, 2}},
         {mixed, "\xE1\x02\x03", {true, 0xE10203, 2, 3}},
         {mixed, "\xE1\x02", {false, 0, 0, 2}},
         {two, std::string("\1\0\1", 3), {true, 0x100, 4, 2}},
@@ -251,27 +236,18 @@ TEST(FontEncodingTest, BuiltInOnesMapAsPublished)
     }
 }
 
-/// Object 5 of a document.
-struct EncodingFile
-{
-    explicit EncodingFile(const std::string& object) : document(MakePagePdf("", {.objects = {object}})) {}
-    Ref GetRef() const { return document.GetRef(5); }
-
-    TestDocument document;
-};
-
 constexpr const char* c_differences = "<< /Type /Encoding /BaseEncoding /WinAnsiEncoding /Differences [65 /B /g1A -1 "
                                       "/C /A 255 /D /E 300 /A 97 /alpha] >>";
 
 TEST(FontEncodingFactoryTest, AppliesDifferences)
 {
-    const EncodingFile file(c_differences);
+    const ObjectFile file(c_differences);
     const auto encoding = FontEncodingFactory::GetType1(file.GetRef(), "Nofont", false, Kernel::Font());
     const std::pair<int, char32_t> rows[] = {{0, 'A'},  {65, 'B'},  {66, 'B'}, {67, 'C'}, {97, 0x3B1},
                                              {98, 'b'}, {255, 'D'}, {256, 0},  {300, 0}};
     for (const auto& [code, character] : rows)
         EXPECT_EQ(encoding->GetMappedSequence(code).values[0], character) << code;
-    EXPECT_THAT(file.document.GetErrors(), ElementsAre(Error::UnimplementedTextEncoding, Error::General));
+    EXPECT_THAT(file.GetErrors(), ElementsAre(Error::UnimplementedTextEncoding, Error::General));
     // The base is shared, and stays.
     EXPECT_EQ(FontEncodingFactory::Get(FontEncodingWinAnsi)->GetMappedSequence(65).values[0], U'A');
 
@@ -284,22 +260,21 @@ TEST(FontEncodingFactoryTest, AppliesDifferences)
 
     for (const char* object :
          {"<< /BaseEncoding /WinAnsiEncoding >>", "<< /BaseEncoding /WinAnsiEncoding /Differences /A >>"}) {
-        const EncodingFile plain(object);
+        const ObjectFile plain(object);
         EXPECT_EQ(FontEncodingFactory::GetType1(plain.GetRef(), "Nofont", false, Kernel::Font()),
                   FontEncodingFactory::Get(FontEncodingWinAnsi))
             << object;
     }
-    const EncodingFile dingbats("<< /Differences [65 /a1] >>");
+    const ObjectFile dingbats("<< /Differences [65 /a1] >>");
     EXPECT_EQ(FontEncodingFactory::GetType1(dingbats.GetRef(), "ZapfDingbats", true, Kernel::Font())
                   ->GetMappedSequence(65)
                   .values[0],
               0x2701U);
-    EXPECT_FALSE(FontEncodingFactory::GetType1Differences(EncodingFile("<< >>").GetRef()));
+    EXPECT_FALSE(FontEncodingFactory::GetType1Differences(ObjectFile("<< >>").GetRef()));
 
-    std::string many = "<< /Differences [9223372036854775807 /A /B -9223372036854775808 /C 0";
-    for (int i = 0; i < 70000; ++i)
-        many += " /A";
-    EXPECT_EQ(FontEncodingFactory::GetType1Differences(EncodingFile(many + "] >>").GetRef())->names.size(), 65536U);
+    const ObjectFile many("<< /Differences [9223372036854775807 /A /B -9223372036854775808 /C 0" +
+                          Repeat(" /A", 70000) + "] >>");
+    EXPECT_EQ(FontEncodingFactory::GetType1Differences(many.GetRef())->names.size(), 65536U);
 }
 
 TEST(FontEncodingFactoryTest, ReadsGlyphNumbersByTheFontOfTheMachine)
@@ -347,9 +322,8 @@ TEST(FontEncodingFactoryTest, GivesTheBaseAlone)
         {"12", "Helvetica", false, true, -1},
     };
     for (const auto& row : rows) {
-        const EncodingFile file(row.object);
-        const auto expected =
-            row.type < 0 ? FontEncodingFactory::Encoding() : FontEncodingFactory::Get(static_cast<Type>(row.type));
+        const ObjectFile file(row.object);
+        const auto expected = row.type < 0 ? nullptr : FontEncodingFactory::Get(static_cast<Type>(row.type));
         EXPECT_EQ(FontEncodingFactory::GetType1Encoding(file.GetRef(), row.font, row.isSymbolic, row.noDefault),
                   expected)
             << row.object << row.font;
@@ -363,7 +337,7 @@ TEST(FontEncodingFactoryTest, MovesWidthsToTheCodesOfTheDifferences)
     standard['W'] = 944;
     const auto apply = [&](const std::string& object, const char* font, bool isSymbolic) {
         std::vector<double> widths = standard;
-        FontEncodingFactory::ApplyEncodingToWidths(widths, EncodingFile(object).GetRef(), font, isSymbolic);
+        FontEncodingFactory::ApplyEncodingToWidths(widths, ObjectFile(object).GetRef(), font, isSymbolic);
         return widths;
     };
     const std::string swapped = "<< /Differences [65 /i /W /nothing 105 /W 200 /Euro /nothing 300 /A] >>";
