@@ -17,9 +17,7 @@ public:
     Consolidatable(const Consolidatable& other) noexcept : Countable(other) {}
     Consolidatable& operator=(const Consolidatable&) = delete;
 
-    /// Equal values have equal hashes. Stable within a process only: what files say is hashed with a seed of the
-    /// process
-    /// (`HashAccumulator`).
+    /// Equal values have equal hashes. It starts from `GetHashSeed`, so it is stable within a process only.
     virtual std::size_t GetHash() const = 0;
     /// `other` is of the same dynamic type.
     virtual bool IsEqual(const Consolidatable& other) const = 0;

@@ -7,48 +7,37 @@ namespace Kernel {
 
 namespace {
 
-__extension__ using Product = unsigned __int128;
-
-/// Both halves of the product of a value and a secret: what differs in a few bits, differs in all, and nobody who does
-/// not know the secret can say how.
-std::uint64_t Mix(std::uint64_t value, std::uint64_t secret)
+/// The finaliser of the SplitMix64 generator: every bit of the input reaches every bit of the output.
+std::uint64_t Mix(std::uint64_t value)
 {
-    const Product product = static_cast<Product>(value) * secret;
-    return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+    value = (value ^ (value >> 30)) * 0xBF58476D1CE4E5B9u;
+    value = (value ^ (value >> 27)) * 0x94D049BB133111EBu;
+    return value ^ (value >> 31);
 }
 
-struct Secret
-{
-    Secret()
-    {
-        std::random_device random;
-        const auto draw = [&random] { return static_cast<std::uint64_t>(random()) << 32 | random(); };
-        start = draw();
-        factor = draw() | 1;
-    }
-
-    std::uint64_t start;
-    std::uint64_t factor;
-};
-
-const Secret& GetSecret()
-{
-    static const Secret secret;
-    return secret;
-}
+/// Keeps zeros mixed into zero from staying zero.
+constexpr std::uint64_t c_goldenRatio = 0x9E3779B97F4A7C15u;
 
 } // namespace
 
+std::size_t GetHashSeed() noexcept
+{
+    static const std::size_t seed = [] {
+        std::random_device random;
+        return static_cast<std::size_t>(random()) << 32 ^ random();
+    }();
+    return seed;
+}
+
 void HashAccumulator::AddToHash(std::size_t& accumulator, const void* data, std::size_t size) noexcept
 {
-    const Secret& secret = GetSecret();
-    std::uint64_t hash = Mix((accumulator ^ secret.start) + size, secret.factor);
+    std::uint64_t hash = Mix(accumulator + c_goldenRatio + size);
     const auto* bytes = static_cast<const unsigned char*>(data);
     while (size > 0) {
         std::uint64_t word = 0;
         const std::size_t count = size < sizeof word ? size : sizeof word;
         std::memcpy(&word, bytes, count);
-        hash = Mix(hash ^ word ^ secret.start, secret.factor);
+        hash = Mix((hash ^ word) + c_goldenRatio);
         bytes += count;
         size -= count;
     }

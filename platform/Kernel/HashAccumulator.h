@@ -12,8 +12,8 @@
 
 namespace Kernel {
 
-/// Builds a hash from the parts of a value. The same bytes in the same steps give the same hash within a process. Each
-/// process has a seed of its own, so that no file can be made whose values all meet in one place of a table.
+/// Builds a hash from the parts of a value. The same bytes in the same steps give the same hash on every run on one
+/// kind of machine; the hash is neither for files nor against attackers.
 class QUILLET_API HashAccumulator
 {
 public:
@@ -21,6 +21,10 @@ public:
     /// counts, so the parts "ab", "c" and "a", "bc" differ.
     static void AddToHash(std::size_t& accumulator, const void* data, std::size_t size) noexcept;
 };
+
+/// What hashes of values that a file brings, and that meet in tables of the whole process, start from: another number
+/// in each process, so that no file can be made whose values all meet in one place.
+QUILLET_API std::size_t GetHashSeed() noexcept;
 
 template <typename T>
 requires std::integral<T> || std::is_enum_v<T>

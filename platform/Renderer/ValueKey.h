@@ -22,7 +22,7 @@ inline std::uint64_t KeyOf(double number)
 template <typename... Elements>
 std::size_t HashOf(const std::tuple<Elements...>& key)
 {
-    std::size_t hash = 0;
+    std::size_t hash = Kernel::GetHashSeed();
     std::apply([&hash](const auto&... elements) { (Kernel::AddToHash(hash, elements), ...); }, key);
     return hash;
 }

@@ -52,7 +52,7 @@ void Delta::ApplyTo(GlyphAtts& atts) const
 
 std::size_t Delta::GetHash() const
 {
-    std::size_t hash = 0;
+    std::size_t hash = Kernel::GetHashSeed();
     for (const auto& [attribute, value] : doubles) {
         Kernel::AddToHash(hash, attribute);
         Kernel::AddToHash(hash, KeyOf(value));

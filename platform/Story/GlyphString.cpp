@@ -49,7 +49,7 @@ std::string GlyphString::GetText(const std::string& number) const
 
 std::size_t GlyphString::GetHash() const
 {
-    std::size_t hash = 0;
+    std::size_t hash = Kernel::GetHashSeed();
     for (const Item& item : items) {
         const auto [kind, value] = KeyOf(item);
         Kernel::AddToHash(hash, kind);

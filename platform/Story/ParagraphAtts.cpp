@@ -77,7 +77,7 @@ double ParagraphAtts::Get(ParagraphAtt::Double attribute) const
 
 std::size_t ParagraphAtts::GetHash() const
 {
-    std::size_t hash = 0;
+    std::size_t hash = Kernel::GetHashSeed();
     for (const int value : ints)
         Kernel::AddToHash(hash, value);
     for (const double value : doubles)

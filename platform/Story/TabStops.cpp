@@ -13,7 +13,7 @@ namespace {
 
 std::size_t GetHashOf(const TabStop& stop)
 {
-    std::size_t hash = 0;
+    std::size_t hash = Kernel::GetHashSeed();
     Kernel::AddToHash(hash, Renderer::KeyOf(stop.position));
     Kernel::AddToHash(hash, stop.type);
     Kernel::AddToHash(hash, stop.fromRight);
