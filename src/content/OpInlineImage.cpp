@@ -25,6 +25,11 @@ namespace {
 
 using Kernel::Counted;
 
+bool IsWhiteSpace(char byte)
+{
+    return CharType::IsPdfSpace(static_cast<unsigned char>(byte));
+}
+
 /// The dictionary of an inline image, and the way through its data.
 class InlineImageHelper
 {
@@ -123,8 +128,7 @@ bool SkipToEndMarker(Parser& parser, bool isAlone)
     while (parser.Read(&byte, 1) == 1) {
         const bool isMarker = last == 'E' && byte == 'I';
         if (isMarker && !isAlone) return true;
-        if (isMarker && CharType::IsPdfSpace(before) && (parser.AtEnd() || CharType::IsPdfSpace(*parser.cursor)))
-            return true;
+        if (isMarker && IsWhiteSpace(before) && (parser.AtEnd() || IsWhiteSpace(*parser.cursor))) return true;
         before = last;
         last = byte;
     }
@@ -154,7 +158,7 @@ bool OpInlineImage::SkipImage() const
     if (!Check(image.IsAtData(), Error::General)) return false;
 
     char separator = 0;
-    const bool isSeparated = parser->Read(&separator, 1) == 1 && CharType::IsPdfSpace(separator);
+    const bool isSeparated = parser->Read(&separator, 1) == 1 && IsWhiteSpace(separator);
     Check(isSeparated, Error::General);
     if (separator == '\r' && *parser->cursor == '\n') parser->Read(&separator, 1);
 

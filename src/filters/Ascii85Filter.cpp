@@ -37,7 +37,7 @@ int Ascii85Filter::ReadBuf()
             Check(digits == 0, Error::General);
             return SetGroup(0, 4);
         } else {
-            Check(CharType::IsPdfSpace(byte), Error::General);
+            Check(CharType::IsPdfSpace(static_cast<unsigned char>(byte)), Error::General);
         }
     }
     if (digits == 0) return 0;

@@ -19,7 +19,8 @@ int AsciiHexFilter::Decode(char* buf, int size)
 
 int AsciiHexFilter::GetHexDigit()
 {
-    for (char byte; source->Read(&byte, 1) == 1 && byte != '>';) {
+    for (char read; source->Read(&read, 1) == 1 && read != '>';) {
+        const auto byte = static_cast<unsigned char>(read);
         if (CharType::IsPdfSpace(byte)) continue;
         const int value = CharType::GetHexValue(byte);
         return Check(value >= 0, Error::General) ? value : 0;
