@@ -160,9 +160,13 @@ TEST(FontTest, StandardFontsNeedNoWidths)
         const FontFile file("/Subtype /Type1 /BaseFont /" + entries);
         for (const auto& [code, width] : widths)
             EXPECT_EQ(file.GetSimple()->widths.at(code), width) << entries << ' ' << code;
+        EXPECT_LE(file.GetSimple()->widths.size(), 256U) << entries;
         EXPECT_THAT(file.GetErrors(), IsEmpty()) << entries;
     }
     // The machine's font helps out.
+    const FontFile moved("/Subtype /TrueType /BaseFont /NimbusSans-Regular /Encoding << /Differences [65 /i /none] >>");
+    EXPECT_NEAR(moved.GetSimple()->widths.at('A'), 222, 1e-6);
+    EXPECT_NEAR(moved.GetSimple()->widths.at('B'), 667, 1e-6);
     const FontFile known("/Subtype /TrueType /BaseFont /NimbusSans-Regular");
     EXPECT_NEAR(known.GetSimple()->widths.at('A'), 667, 1e-6);
     EXPECT_NEAR(known.GetSimple()->missingWidth, 278, 1e-6);
