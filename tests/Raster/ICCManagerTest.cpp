@@ -30,60 +30,55 @@ std::vector<std::uint8_t> GetSrgb(const std::string& model = "RGB ")
     return bytes;
 }
 
-/// sRGB with its red and green primaries exchanged.
-Profile MakeSwapped(ICCManager& manager)
+Profile MakeProfile(std::vector<std::uint8_t> bytes, ColourSpace model)
 {
-    std::vector<std::uint8_t> bytes = GetSrgb();
-    const auto find = [&bytes](const std::string& tag) {
-        return std::search(bytes.begin(), bytes.end(), tag.begin(), tag.end());
-    };
-    const auto red = find("rXYZ");
-    const auto green = find("gXYZ");
-    std::swap_ranges(red, red + 4, green);
-    return manager.AddProfileFromMemory(bytes.data(), static_cast<unsigned int>(bytes.size()), "swapped");
+    return Kernel::ConsolidateObjectSacrifice(Kernel::MakeCounted<ICCProfile>(std::move(bytes), model));
+}
+
+Profile Add(ICCManager& manager, const std::vector<std::uint8_t>& bytes, const char* name = nullptr)
+{
+    return manager.AddProfileFromMemory(bytes.data(), static_cast<unsigned>(bytes.size()), name);
+}
+
+void ExpectNear(const PixelRgbF& rgb, const PixelRgbF& expected)
+{
+    EXPECT_NEAR(rgb.red, expected.red, 2e-3);
+    EXPECT_NEAR(rgb.green, expected.green, 2e-3);
+    EXPECT_NEAR(rgb.blue, expected.blue, 2e-3);
+    EXPECT_EQ(rgb.alpha, expected.alpha);
 }
 
 TEST(ICCManager, ConvertsByFormulaWithoutProfiles)
 {
     constexpr double c_noNumber = std::numeric_limits<double>::quiet_NaN();
-    const struct
-    {
-        ModelPixel pixel;
-        double red, green, blue;
-    } rows[] = {
-        {{ColourSpace::Gray, {0.25}, 1}, 0.25, 0.25, 0.25},
-        {{ColourSpace::Rgb, {-1, 2, 0.5}, 1}, -1, 2, 0.5},
-        {{ColourSpace::Cmyk, {0, 0, 0, 0}, 1}, 1, 1, 1},
-        {{ColourSpace::Cmyk, {0, 0, 0, 1}, 1}, 0, 0, 0},
+    const std::pair<ModelPixel, PixelRgbF> rows[] = {
+        {{ColourSpace::Gray, {0.25}, 1}, PixelRgbF(0.25, 0.25, 0.25, 1)},
+        {{ColourSpace::Rgb, {-1, 2, 0.5}, 1}, PixelRgbF(-1, 2, 0.5, 1)},
         // Black dominates.
-        {{ColourSpace::Cmyk, {1, 0, 0, 1}, 1}, 0, 0, 0},
-        {{ColourSpace::Cmyk, {0.5, 0.25, 0, 0.2}, 1}, 0.4, 0.6, 0.8},
-        {{ColourSpace::Cmyk, {c_noNumber, 0, 0, 0}, 1}, 0, 1, 1},
-        {{ColourSpace::None, {1, 1, 1}, 1}, 0, 0, 0},
-        {{ColourSpace::Lab, {100, 0, 0}, 1}, 1, 1, 1},
-        {{ColourSpace::Lab, {0, 0, 0}, 1}, 0, 0, 0},
+        {{ColourSpace::Cmyk, {1, 0, 0, 1}, 1}, PixelRgbF(0, 0, 0, 1)},
+        {{ColourSpace::Cmyk, {0.5, 0.25, 0, 0.2}, 1}, PixelRgbF(0.4f, 0.6f, 0.8f, 1)},
+        {{ColourSpace::Cmyk, {c_noNumber, 0, 0, 0}, 1}, PixelRgbF(0, 1, 1, 1)},
+        {{ColourSpace::None, {1, 1, 1}, 1}, PixelRgbF(0, 0, 0, 1)},
+        {{ColourSpace::Lab, {100, 0, 0}, 1}, PixelRgbF(1, 1, 1, 1)},
+        {{ColourSpace::Lab, {0, 0, 0}, 1}, PixelRgbF(0, 0, 0, 1)},
     };
     ICCManager manager = MakeManager();
-    for (const auto& row : rows) {
-        const PixelRgbF rgb = manager.MakeRgba(row.pixel, {});
-        EXPECT_NEAR(rgb.red, row.red, 1e-3);
-        EXPECT_NEAR(rgb.green, row.green, 1e-3);
-        EXPECT_NEAR(rgb.blue, row.blue, 1e-3);
-        EXPECT_EQ(rgb.alpha, 1);
-    }
+    for (const auto& [pixel, expected] : rows)
+        ExpectNear(manager.MakeRgba(pixel, {}), expected);
 }
 
 TEST(ICCManager, ConvertsThroughTheProfileOfTheModel)
 {
     ICCManager manager = MakeManager();
+    // sRGB with its red and green primaries exchanged.
+    std::vector<std::uint8_t> bytes = GetSrgb();
+    const auto find = [&bytes](std::string_view tag) {
+        return std::search(bytes.begin(), bytes.end(), tag.begin(), tag.end());
+    };
+    std::swap_ranges(find("rXYZ"), find("rXYZ") + 4, find("gXYZ"));
     ICCManager::ICCProfileSet set;
-    set.SetProfile(ColourSpace::Rgb, MakeSwapped(manager));
-    const ModelPixel red{ColourSpace::Rgb, {1, 0, 0}, 0.5f};
-    const PixelRgbF rgb = manager.MakeRgba(red, set);
-    EXPECT_NEAR(rgb.red, 0, 2e-3);
-    EXPECT_NEAR(rgb.green, 1, 2e-3);
-    EXPECT_NEAR(rgb.blue, 0, 2e-3);
-    EXPECT_EQ(rgb.alpha, 0.5f);
+    set.SetProfile(ColourSpace::Rgb, Add(manager, bytes));
+    ExpectNear(manager.MakeRgba({ColourSpace::Rgb, {1, 0, 0}, 0.5f}, set), PixelRgbF(0, 1, 0, 0.5f));
     // The default profiles change nothing, not by a rounding error.
     set.SetProfile(ColourSpace::Rgb, manager.GetDefaultProfile(ColourSpace::Rgb));
     set.SetProfile(ColourSpace::Gray, manager.GetDefaultProfile(ColourSpace::Gray));
@@ -104,13 +99,11 @@ TEST(ICCManager, TakesWhatIsAProfile)
                                                          {"CMYK", ColourSpace::Cmyk},     {"Lab ", ColourSpace::Lab},
                                                          {"HSV ", ColourSpace::OtherRgb}, {"6CLR", ColourSpace::None}};
     for (const auto& [signature, model] : cases) {
-        const auto bytes = GetSrgb(signature);
-        const Profile profile =
-            manager.AddProfileFromMemory(bytes.data(), static_cast<unsigned>(bytes.size()), nullptr);
+        const Profile profile = Add(manager, GetSrgb(signature));
         ASSERT_TRUE(profile) << signature;
         EXPECT_EQ(profile->GetColourSpace(), model) << signature;
         EXPECT_FALSE(profile->GetName().empty());
-        EXPECT_EQ(manager.AddProfileFromMemory(bytes.data(), static_cast<unsigned>(bytes.size()), "again"), profile);
+        EXPECT_EQ(Add(manager, GetSrgb(signature), "again"), profile);
         EXPECT_EQ(ICCManager::CanApplyProfileToFormat(profile, Format::Cmyk8), model == ColourSpace::Cmyk);
         EXPECT_FALSE(ICCManager::CanApplyProfileToFormat(profile, Format::None));
     }
@@ -123,10 +116,9 @@ TEST(ICCManager, TakesWhatIsAProfile)
     const auto whole = GetSrgb();
     ICCManager::ICCProfileSet set;
     for (std::size_t length = 0; length < whole.size(); length += 7) {
-        const auto cut = manager.AddProfileFromMemory(whole.data(), static_cast<unsigned>(length), nullptr);
-        set.SetProfile(ColourSpace::Rgb, cut);
-        const PixelRgbF rgb = manager.MakeRgba({ColourSpace::Rgb, {1, 1, 1}, 1}, set);
-        EXPECT_GT(rgb.red, 0.5f) << length;
+        set.SetProfile(ColourSpace::Rgb,
+                       manager.AddProfileFromMemory(whole.data(), static_cast<unsigned>(length), nullptr));
+        EXPECT_GT(manager.MakeRgba({ColourSpace::Rgb, {1, 1, 1}, 1}, set).red, 0.5f) << length;
     }
 }
 
@@ -147,8 +139,7 @@ TEST(ICCManager, MakesEachTransformOnce)
     EXPECT_NE(get(lab, rgb, false), first);
 
     // Three curves do not make a CMYK profile; that is found out once.
-    const auto bytes = GetSrgb("CMYK");
-    const Profile broken = manager.AddProfileFromMemory(bytes.data(), static_cast<unsigned>(bytes.size()), "broken");
+    const Profile broken = Add(manager, GetSrgb("CMYK"), "broken");
     std::string trace;
     Kernel::SetTraceSink([&trace](std::string_view message) { trace += message; });
     EXPECT_FALSE(get(broken, rgb));
@@ -200,6 +191,22 @@ TEST(ICCManager, FindsInstalledProfilesByDescription)
     EXPECT_FALSE(manager.GetProfileForString(""));
     fs::remove_all(folder);
     EXPECT_FALSE(manager.GetProfileForString(name));
+}
+
+TEST(ICCProfileSet, FindsTheProfileOfAFormatsModel)
+{
+    const Profile rgb = MakeProfile({1}, ColourSpace::Rgb);
+    ICCManager::ICCProfileSet set;
+    set.SetProfileForFormat(Format::Rgb16, rgb);
+    set.SetProfileForFormat(Format::AlphaOnly8, rgb);
+    EXPECT_EQ(set.GetProfileFor(ColourSpace::Rgb), rgb);
+    EXPECT_EQ(set.GetProfileForFormat(Format::Cmyk8), nullptr);
+    EXPECT_EQ(set.GetProfileForFormat(Format::AlphaOnly8), nullptr);
+    // Equal bytes are one profile.
+    EXPECT_EQ(MakeProfile({1}, ColourSpace::Rgb), rgb);
+    EXPECT_FALSE(MakeProfile({2}, ColourSpace::Rgb) == rgb);
+    EXPECT_FALSE(MakeProfile({1, 1}, ColourSpace::Rgb) == rgb);
+    EXPECT_FALSE(MakeProfile({1}, ColourSpace::Lab) == rgb);
 }
 
 } // namespace

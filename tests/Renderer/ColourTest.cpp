@@ -10,7 +10,6 @@
 #include <cmath>
 #include <limits>
 #include <set>
-#include <vector>
 
 namespace {
 
@@ -48,37 +47,33 @@ Pointer Named(const char* name, bool isSpot, Pointer alternative)
 
 TEST(Colour, ShowsAsRgb)
 {
-    const struct
-    {
-        const char* what;
-        Pointer colour;
-        Raster::ColourSpace model;
-        double red, green, blue, tolerance;
-    } rows[] = {
-        {"gray beyond white", Gray(1.5f), Raster::ColourSpace::Gray, 1.5, 1.5, 1.5, 0},
-        {"black hides cyan", Cmyk(1, 0, 0, 1), Raster::ColourSpace::Cmyk, 0, 0, 0, 0},
+    using Space = Raster::ColourSpace;
+    using Pixel = Raster::PixelRgbF;
+    const Raster::PixelCmyk8 ink(255, 0, 51, 0, 255);
+    // What it is, its model, and how near its pixel is to which.
+    const std::tuple<const char*, Pointer, Space, Pixel, double> rows[] = {
+        {"gray beyond white", Gray(1.5f), Space::Gray, Pixel(1.5, 1.5, 1.5, 1), 0},
+        {"black hides cyan", Cmyk(1, 0, 0, 1), Space::Cmyk, Pixel(0, 0, 0, 1), 0},
         // 1 - (0.5 * 0.8 + 0.2) = 0.4; 1 - (0.25 * 0.8 + 0.2) = 0.6; 1 - 0.2 = 0.8.
-        {"mixed inks", Cmyk(0.5f, 0.25f, 0, 0.2f), Raster::ColourSpace::Cmyk, 0.4, 0.6, 0.8, 1e-6},
-        {"too much ink", Cmyk(3, -2, 0, 0.5f), Raster::ColourSpace::Cmyk, 0, 1, 0.5, 1e-6},
-        {"inks from bytes", ColourCMYK::Create(Raster::PixelCmyk8(255, 0, 51, 0, 255), 1, 1, ""),
-         Raster::ColourSpace::Cmyk, 0, 1, 0.8, 1e-6},
+        {"mixed inks", Cmyk(0.5f, 0.25f, 0, 0.2f), Space::Cmyk, Pixel(0.4f, 0.6f, 0.8f, 1), 1e-6},
+        {"too much ink", Cmyk(3, -2, 0, 0.5f), Space::Cmyk, Pixel(0, 1, 0.5, 1), 1e-6},
+        {"inks from bytes", ColourCMYK::Create(ink, 1, 1, ""), Space::Cmyk, Pixel(0, 1, 0.8f, 1), 1e-6},
         // The corners of sRGB in Lab under D50, published to two places.
-        {"Lab red", Lab(54.29, 80.81, 69.89), Raster::ColourSpace::Lab, 1, 0, 0, 5e-3},
+        {"Lab red", Lab(54.29, 80.81, 69.89), Space::Lab, Pixel(1, 0, 0, 1), 5e-3},
         // Y = ((50 + 16) / 116)^3 = 0.184187, and 1.055 * Y^(1 / 2.4) - 0.055 = 0.466327.
-        {"Lab middle gray", Lab(50, 0, 0), Raster::ColourSpace::Lab, 0.466327, 0.466327, 0.466327, 1e-3},
-        {"Lab outside sRGB", Lab(50, 127, 127), Raster::ColourSpace::Lab, 1, 0, 0, 1e-9},
-        {"spot of a spot", Named("Rich gold", true, Named("Gold", true, Cmyk(0, 0, 1, 0))), Raster::ColourSpace::Cmyk,
-         1, 1, 0, 0},
-        {"spot without alternative", Named("Gold", true, nullptr), Raster::ColourSpace::Gray, 0, 0, 0, 0},
-        {"light registration", ColourRegistration::Create(0.5), Raster::ColourSpace::Cmyk, 0.25, 0.25, 0.25, 1e-6},
+        {"Lab middle gray", Lab(50, 0, 0), Space::Lab, Pixel(0.466327f, 0.466327f, 0.466327f, 1), 1e-3},
+        {"Lab outside sRGB", Lab(50, 127, 127), Space::Lab, Pixel(1, 0, 0, 1), 1e-9},
+        {"spot of a spot", Named("A", true, Named("B", true, Cmyk(0, 0, 1, 0))), Space::Cmyk, Pixel(1, 1, 0, 1), 0},
+        {"spot without alternative", Named("Gold", true, nullptr), Space::Gray, Pixel(0, 0, 0, 1), 0},
+        {"light registration", ColourRegistration::Create(0.5), Space::Cmyk, Pixel(0.25, 0.25, 0.25, 1), 1e-6},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(row.colour->GetModel(), row.model);
-        const Raster::PixelRgbF pixel = row.colour->GetRgbaPixel({});
-        EXPECT_NEAR(pixel.red, row.red, row.tolerance);
-        EXPECT_NEAR(pixel.green, row.green, row.tolerance);
-        EXPECT_NEAR(pixel.blue, row.blue, row.tolerance);
+    for (const auto& [what, colour, model, expected, tolerance] : rows) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(colour->GetModel(), model);
+        const Raster::PixelRgbF pixel = colour->GetRgbaPixel({});
+        EXPECT_NEAR(pixel.red, expected.red, tolerance);
+        EXPECT_NEAR(pixel.green, expected.green, tolerance);
+        EXPECT_NEAR(pixel.blue, expected.blue, tolerance);
         EXPECT_EQ(pixel.alpha, 1);
     }
 }
@@ -87,13 +82,13 @@ TEST(Colour, EqualColoursAreOneObject)
 {
     constexpr float c_noNumber = std::numeric_limits<float>::quiet_NaN();
     const auto make = [](float zero, float noNumber) {
-        return std::vector<Pointer>{Gray(zero),
-                                    Gray(noNumber),
-                                    Rgb(0, zero, 0),
-                                    Cmyk(0, 0, 0, 0),
-                                    Lab(50, 0, 0),
-                                    Named("Gold", true, Gray(0)),
-                                    ColourRegistration::Create(0.5)};
+        return std::vector{Gray(zero),
+                           Gray(noNumber),
+                           Rgb(0, zero, 0),
+                           Cmyk(0, 0, 0, 0),
+                           Lab(50, 0, 0),
+                           Named("Gold", true, Gray(0)),
+                           ColourRegistration::Create(0.5)};
     };
     const std::vector<Pointer> kept = make(0, c_noNumber);
     const std::size_t size = Kernel::InternTable::GetSize();

@@ -10,8 +10,11 @@
 #include "colour/Spaces.h"
 #include "colour/TestProfile.h"
 #include "document/Dictionary.h"
+#include "document/DocumentState.h"
 #include "document/Limits.h"
+#include "support/PdfBuilder.h"
 #include "support/Repeat.h"
+#include "support/TestDocument.h"
 
 #include <Kernel/Trace.h>
 
@@ -103,8 +106,8 @@ TEST(ColourSpaceFactoryTest, TakesCalibratedSpacesForDevices)
 
 TEST(ColourSpaceFactoryTest, CalibratedSpacesWithoutParametersTakeNothingElse)
 {
-    for (const std::string base : {"/CalRGB", "/CalGray", "[/CalRGB]"}) {
-        const Spaces spaces("/A [/Indexed " + base + " 1 <102030405060>] /B " + base);
+    for (const char* base : {"/CalRGB", "/CalGray", "[/CalRGB]"}) {
+        const Spaces spaces(std::string("/A [/Indexed ") + base + " 1 <102030405060>] /B " + base);
         const auto indexed = Kernel::DynamicCast<const IndexedColourSpace>(spaces.Get("A"));
         ASSERT_TRUE(indexed) << base;
         EXPECT_EQ(indexed->base, spaces.Get("B")) << base;
@@ -216,6 +219,129 @@ TEST(PatternColourSpaceTest, FindsItsUnderlyingSpace)
         EXPECT_EQ(pattern.space->GetComponentCount(), row.componentCount);
         EXPECT_EQ(pattern.GetErrors(), row.errors);
     }
+}
+
+struct Intents
+{
+    Intents(const std::string& intents, std::vector<std::string> objects)
+        : document(MakePagePdf("", {.objects = std::move(objects), .catalog = "/OutputIntents " + intents})),
+          factory(*document->GetState().colourSpaceFactory)
+    {}
+
+    TestDocument document;
+    ColourSpaceFactory& factory;
+};
+
+TEST(OutputIntentTest, GivesItsProfileToTheDeviceOfItsModel)
+{
+    for (const std::string model : {"GRAY", "RGB ", "CMYK", "Lab "}) {
+        SCOPED_TRACE(model);
+        const Intents intents("[6 0 R]", {PdfBuilder::MakeStream(MakeTestProfile(model), "/N 4"),
+                                          "<< /S /GTS_PDFX /DestOutputProfile 5 0 R >>"});
+        const auto profile = intents.factory.GetOutputProfile();
+        ASSERT_TRUE(profile);
+        EXPECT_EQ(intents.factory.outputComponents, 4);
+        EXPECT_EQ(intents.factory.deviceGray->GetICCProfile() == profile, model == "GRAY");
+        EXPECT_EQ(intents.factory.deviceRgb->GetICCProfile() == profile, model == "RGB ");
+        EXPECT_EQ(intents.factory.deviceCmyk->GetICCProfile() == profile, model == "CMYK");
+        EXPECT_EQ(intents.document->GetICCProfiles(-1).GetProfileFor(profile->GetColourSpace()), profile);
+        EXPECT_THAT(intents.document.GetErrors(), testing::IsEmpty());
+    }
+}
+
+TEST(OutputIntentTest, TakesTheFirstThatGivesAProfile)
+{
+    const std::string good = PdfBuilder::MakeStream(MakeTestProfile("CMYK"), "/N 4");
+    const std::string bad = PdfBuilder::MakeStream("no profile", "/N 3");
+    const struct
+    {
+        const char* intents;
+        bool hasProfile;
+        std::vector<int> errors;
+    } rows[] = {
+        // The second is not opened: it would raise something.
+        {"[<< /DestOutputProfile 5 0 R >> << /DestOutputProfile 6 0 R >>]", true, {}},
+        {"[<< /DestOutputProfile 6 0 R >> << /DestOutputProfile 5 0 R >>]", true, {Error::UnimplementedColourProfile}},
+        {"[<< /DestOutputProfile 6 0 R >>]", false, {Error::UnimplementedColourProfile}},
+        {"[<< /OutputConditionIdentifier (No such condition) >>]", false, {}},
+        {"[]", false, {}},
+        {"7", false, {Error::General}},
+        {"null", false, {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.intents);
+        const Intents intents(row.intents, {good, bad});
+        EXPECT_TRUE(intents.document.isOpen);
+        EXPECT_EQ(static_cast<bool>(intents.factory.GetOutputProfile()), row.hasProfile);
+        EXPECT_EQ(intents.document.GetErrors(), row.errors);
+    }
+}
+
+TEST(OutputIntentTest, IsForgottenWithItsFile)
+{
+    Intents intents("[<< /DestOutputProfile 5 0 R >>]", {PdfBuilder::MakeStream(MakeTestProfile("CMYK"))});
+    ASSERT_TRUE(intents.factory.GetOutputProfile());
+    const std::string plain = MakePagePdf("");
+    ASSERT_TRUE(intents.document->OpenMemory(plain.data(), plain.size()));
+    EXPECT_FALSE(intents.factory.GetOutputProfile());
+    EXPECT_FALSE(intents.factory.deviceCmyk->GetICCProfile());
+}
+
+using Raster::ColourSpace;
+using Raster::Format;
+
+Kernel::Consolidated<Raster::ICCProfile> MakeProfile(ColourSpace model, std::uint8_t content = 1)
+{
+    return Kernel::ConsolidateObjectPostAlloc(Raster::ICCProfile({content}, model));
+}
+
+/// Formats and those of profiles' models, from the poorest to the richest.
+TEST(RasterFormatPickerTest, KeepsTheRichestFormat)
+{
+    RasterFormatPicker picker;
+    EXPECT_EQ(picker.Add(Format::None, MakeProfile(ColourSpace::None), true), 0);
+    EXPECT_EQ(picker.Add(Format::AlphaOnly8, nullptr, true), 0);
+    EXPECT_EQ(picker.GetFormat(), Format::None);
+    const std::pair<ColourSpace, Format> ascending[] = {
+        {ColourSpace::Gray, Format::Gray8}, {ColourSpace::None, Format::Gray16}, {ColourSpace::Lab, Format::Lab16},
+        {ColourSpace::Rgb, Format::Rgb8},   {ColourSpace::None, Format::Rgb16},  {ColourSpace::None, Format::RgbFloat},
+        {ColourSpace::Cmyk, Format::Cmyk8}};
+    int rank = 0;
+    for (const auto& [model, format] : ascending) {
+        EXPECT_GT(picker.Add(model == ColourSpace::None ? format : Format::None, MakeProfile(model), false), rank);
+        rank = picker.Add(Format::Gray8, nullptr, true);
+        EXPECT_EQ(picker.GetFormat(), format);
+    }
+    RasterFormatPicker other;
+    other.Add(Format::None, MakeProfile(ColourSpace::OtherRgb), false);
+    EXPECT_EQ(other.GetFormat(), Format::Rgb8);
+}
+
+TEST(RasterFormatPickerTest, LetsExplicitProfilesStand)
+{
+    const auto used = MakeProfile(ColourSpace::Rgb, 1);
+    const auto later = MakeProfile(ColourSpace::Rgb, 2);
+    const auto explicitly = MakeProfile(ColourSpace::Rgb, 3);
+    const auto gray = MakeProfile(ColourSpace::Gray, 4);
+    RasterFormatPicker picker;
+    const auto add = [&](const auto& profile, bool isExplicit) {
+        picker.Add(Format::None, profile, isExplicit);
+        return picker.profiles.GetProfileFor(ColourSpace::Rgb);
+    };
+    EXPECT_EQ(add(used, false), used);
+    EXPECT_EQ(add(later, false), later);
+    EXPECT_EQ(add(explicitly, true), explicitly);
+    EXPECT_EQ(add(used, false), explicitly);
+    EXPECT_EQ(add(later, true), later);
+
+    Raster::ICCManager::ICCProfileSet base;
+    base.intent = Raster::RenderingIntent::Saturation;
+    base.SetProfile(ColourSpace::Rgb, used);
+    base.SetProfile(ColourSpace::Gray, gray);
+    const auto result = picker.GetProfiles(base);
+    EXPECT_EQ(result.GetProfileFor(ColourSpace::Rgb), later);
+    EXPECT_EQ(result.GetProfileFor(ColourSpace::Gray), gray);
+    EXPECT_EQ(result.intent, Raster::RenderingIntent::Saturation);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "support/ErrorRecorder.h"
 #include "support/PdfBuilder.h"
 
 #include <Quillet/GroupObject.h>
@@ -27,19 +28,6 @@ public:
     }
 
     mutable std::vector<ErrorPlace> places;
-};
-
-/// A handler of a host that knows nothing of places.
-class KindRecorder : public DefaultErrorHandler
-{
-public:
-    void OnError(Error::Type type) const override
-    {
-        kinds.push_back(type);
-        DefaultErrorHandler::OnError(type);
-    }
-
-    mutable std::vector<Error::Type> kinds;
 };
 
 /// Opens a file, in memory or on the disk, builds its page and asks for its title.
@@ -111,10 +99,11 @@ TEST(ErrorPlace, IsThatOfTheObjectOrTheContent)
         EXPECT_GT(place.position, static_cast<long long>(from));
         EXPECT_LE(place.position, static_cast<long long>(file.find(row.to, from)));
 
-        const KindRecorder kinds;
+        // A handler of a host that knows nothing of places hears of as many.
+        const ErrorRecorder kinds;
         Work(file, kinds, isOnDisk);
         EXPECT_EQ(kinds.kinds.size(), recorder.places.size());
-        EXPECT_EQ(kinds.lastError, recorder.lastError);
+        EXPECT_EQ(kinds.kinds.back(), recorder.lastError);
     }
 }
 

@@ -4,6 +4,7 @@
 #include "document/Resources.h"
 #include "filters/MultiStream.h"
 #include "support/PdfBuilder.h"
+#include "support/Repeat.h"
 #include "support/TestDocument.h"
 
 #include <Quillet/GroupObject.h>
@@ -23,12 +24,25 @@ using Share = Budget::Share;
 
 constexpr int c_cutShort = Error::CutShort;
 
-std::string Repeat(const std::string& text, int count)
+/// Entries of a dictionary that is long.
+std::string MakeKeys(int count)
 {
-    std::string result;
+    std::string keys;
     for (int i = 0; i < count; ++i)
-        result += text;
-    return result;
+        keys += "/K" + std::to_string(i) + " 0 ";
+    return keys;
+}
+
+/// Two pages with the contents of objects 4 and 6 and the same resources, with a function in object 7.
+std::string MakeTwoPages(const std::string& first, const std::string& second, const std::string& resources)
+{
+    PdfBuilder builder = MakePageBuilder(first);
+    builder.Set(2, "<< /Kids [3 0 R 5 0 R] /Count 2 /MediaBox [0 0 9 9] /Resources << " + resources + " >> >>");
+    builder.Set(3, "<< /Type /Page /Contents 4 0 R >>");
+    builder.Add("<< /Type /Page /Contents 6 0 R >>");
+    builder.AddStream(second);
+    builder.Add("<< /FunctionType 2 /Domain [0 1] /N 1 >>");
+    return builder.Build();
 }
 
 Kernel::Counted<Budget> MakeBudget(long long units)
@@ -110,30 +124,19 @@ TEST(BudgetTest, GrowsWithTheFile)
 /// Pages on which something is done again and again that costs more than it looks.
 TEST(BudgetTest, CutsPagesThatTakeTooLong)
 {
-    std::string keys;
-    for (int i = 0; i < 2000; ++i)
-        keys += "/K" + std::to_string(i) + " 0 ";
     std::string ranges;
     for (int code = 0; code < 200; ++code)
         ranges += "<" + std::to_string(1000 + 2 * code) + "> <0061> endbfchar ";
     const std::string longName(60'000, 'N');
-    const auto font = [](int cmap) {
-        return "<< /Type /Font /Subtype /Type0 /BaseFont /X /Encoding " + std::to_string(cmap) +
-               " 0 R /DescendantFonts [] >>";
-    };
     std::vector<std::string> cmaps{PdfBuilder::MakeStream(ranges)};
     for (int i = 0; i < 60; ++i)
         cmaps.push_back(PdfBuilder::MakeStream("", "/UseCMap " + std::to_string(5 + i) + " 0 R"));
-    cmaps.push_back(font(65));
+    cmaps.emplace_back("<< /Type /Font /Subtype /Type0 /BaseFont /X /Encoding 65 0 R /DescendantFonts [] >>");
 
-    struct Case
-    {
-        const char* name;
-        std::string content;
-        PageParts parts;
-    };
-    const Case cases[] = {
-        {"a long parameter dictionary", Repeat("/G gs ", 5000), {.resources = "/ExtGState << /G << " + keys + ">> >>"}},
+    const std::tuple<const char*, std::string, PageParts> cases[] = {
+        {"a long parameter dictionary",
+         Repeat("/G gs ", 5000),
+         {.resources = "/ExtGState << /G << " + MakeKeys(2000) + ">> >>"}},
         {"a long name for each layer",
          Repeat("/OC /P BDC 0 0 1 1 re f EMC ", 500),
          {.resources = "/Properties << /P 5 0 R >>", .objects = {"<< /Type /OCG /Name (" + longName + ") >>"}}},
@@ -146,26 +149,21 @@ TEST(BudgetTest, CutsPagesThatTakeTooLong)
         {"operands", Repeat("1 ", 50'000), {}},
         {"maps that use maps", "BT /F 9 Tf (a) Tj ET", {.resources = "/Font << /F 66 0 R >>", .objects = cmaps}},
     };
-    for (const Case& test : cases) {
-        TestDocument document(MakePagePdf(test.content, test.parts));
+    for (const auto& [name, content, parts] : cases) {
+        TestDocument document(MakePagePdf(content, parts));
         ASSERT_TRUE(document.isOpen);
         document->SetBudget(MakeBudget(2'000'000));
-        EXPECT_TRUE(document.Build()) << test.name;
-        EXPECT_THAT(document.GetErrors(), Contains(c_cutShort)) << test.name;
+        EXPECT_TRUE(document.Build()) << name;
+        EXPECT_THAT(document.GetErrors(), Contains(c_cutShort)) << name;
     }
 }
 
 TEST(BudgetTest, LeavesTheNextPageWhole)
 {
     // The pages share their resources, which the first one only begins to read.
-    PdfBuilder builder = MakePageBuilder(Repeat("q ", 50'000) + "/C cs 1 scn 0 0 9 9 re f");
-    builder.Set(2, "<< /Type /Pages /Kids [3 0 R 5 0 R] /Count 2 /MediaBox [0 0 9 9] /Resources 7 0 R >>");
-    builder.Set(3, "<< /Type /Page /Parent 2 0 R /Contents 4 0 R >>");
-    builder.Add("<< /Type /Page /Parent 2 0 R /Contents 6 0 R >>");
-    builder.Add(PdfBuilder::MakeStream("/C cs 1 scn 0 0 9 9 re f"));
-    builder.Add("<< /ColorSpace << /C [/Separation /Ink /DeviceGray 8 0 R] >> >>");
-    builder.Add("<< /FunctionType 2 /Domain [0 1] /N 1 >>");
-    TestDocument document(builder.Build());
+    const std::string ink = "/C cs 1 scn 0 0 9 9 re f";
+    TestDocument document(
+        MakeTwoPages(Repeat("q ", 50'000) + ink, ink, "/ColorSpace << /C [/Separation /Ink /DeviceGray 7 0 R] >>"));
     document->SetBudget(MakeBudget(2'000'000));
     EXPECT_TRUE(document.Build(0));
     EXPECT_THAT(document.GetErrors(), ElementsAre(c_cutShort));
@@ -177,16 +175,9 @@ TEST(BudgetTest, LeavesTheNextPageWhole)
 TEST(BudgetTest, LeavesNoEmptyColourSpaceBehind)
 {
     // The first page has its end within the dictionary that every run looks the default spaces up in.
-    std::string keys;
-    for (int i = 0; i < 20'000; ++i)
-        keys += "/K" + std::to_string(i) + " 0 ";
-    PdfBuilder builder = MakePageBuilder("0.5 g 0 0 9 9 re f");
-    builder.Set(2, "<< /Type /Pages /Kids [3 0 R 5 0 R] /Count 2 /MediaBox [0 0 9 9] /Resources 6 0 R >>");
-    builder.Set(3, "<< /Type /Page /Parent 2 0 R /Contents 4 0 R >>");
-    builder.Add("<< /Type /Page /Parent 2 0 R /Contents 4 0 R >>");
-    builder.Add("<< /ColorSpace << " + keys + " /DefaultGray [/Separation /Ink /DeviceGray 7 0 R] >> >>");
-    builder.Add("<< /FunctionType 2 /Domain [0 1] /N 1 >>");
-    TestDocument document(builder.Build());
+    const std::string gray = "0.5 g 0 0 9 9 re f";
+    TestDocument document(MakeTwoPages(
+        gray, gray, "/ColorSpace << " + MakeKeys(20'000) + "/DefaultGray [/Separation /Ink /DeviceGray 7 0 R] >>"));
     const auto isNamed = [&document](int page) {
         return static_cast<bool>(document->GetPage(page)->GetResources()->GetColourSpace("DefaultGray"));
     };
@@ -200,11 +191,9 @@ TEST(BudgetTest, LeavesNoEmptyColourSpaceBehind)
 
 TEST(BudgetTest, BuildsAgainWhatTheHostStopped)
 {
-    PageParts parts;
-    parts.resources = "/ColorSpace << /C [/Separation /Ink /DeviceGray << /FunctionType 2 /Domain [0 1] /N 1 >>] >>";
-    PdfBuilder builder = MakePageBuilder("/C cs 1 scn 0 0 9 9 re f", parts);
-    TestDocument document(builder.BuildCompressed());
-    ASSERT_TRUE(document.isOpen);
+    const PageParts parts{
+        .resources = "/ColorSpace << /C [/Separation /Ink /DeviceGray << /FunctionType 2 /Domain [0 1] /N 1 >>] >>"};
+    TestDocument document(MakePageBuilder("/C cs 1 scn 0 0 9 9 re f", parts).BuildCompressed());
     bool isAborted = true;
     document->SetAbortPointer(&isAborted);
     // A page that was not there yet cannot be had, and that is no fault.
@@ -219,19 +208,14 @@ TEST(BudgetTest, BuildsAgainWhatTheHostStopped)
 /// A file that costs too much to open does not open, and says why.
 TEST(BudgetTest, CutsOpening)
 {
-    const auto page = [](const std::string& catalog, std::vector<std::string> objects = {}) {
-        PageParts parts;
-        parts.catalog = catalog;
-        parts.objects = std::move(objects);
-        return MakePagePdf("", parts);
+    const std::pair<std::string, std::string> cases[] = {
+        {"/OutputIntents [" + Repeat("<< /DestOutputProfile 5 0 R >> ", 500) + "]", std::string(5000, 'x')},
+        {"/Junk [" + Repeat("<< /A [ 0 ] >> ", 100'000) + "]", ""},
+        {"/Metadata 5 0 R", std::string(2'000'000, ' ')},
     };
-    const std::string profile = PdfBuilder::MakeStream(std::string(5000, 'x'), "/N 3");
-    const std::string files[] = {
-        page("/OutputIntents [" + Repeat("<< /DestOutputProfile 5 0 R >> ", 500) + "]", {profile}),
-        page("/Junk [" + Repeat("<< /A [ 0 ] >> ", 100'000) + "]"),
-        page("/Metadata 5 0 R", {PdfBuilder::MakeStream(std::string(2'000'000, ' '))}),
-    };
-    for (const std::string& file : files) {
+    for (const auto& [catalog, data] : cases) {
+        const std::string file =
+            MakePagePdf("", {.objects = {PdfBuilder::MakeStream(data, "/N 3")}, .catalog = catalog});
         const auto document = Kernel::MakeCounted<PdfDocument>();
         const ErrorRecorder errors;
         document->SetErrorHandler(&errors);
@@ -248,12 +232,10 @@ TEST(BudgetTest, CutsLists)
     std::string fonts;
     for (int i = 0; i < 100; ++i)
         fonts += "/F" + std::to_string(i) + " " + std::to_string(5 + i) + " 0 R ";
-    PageParts parts;
-    parts.resources = "/Font << " + fonts + " >>";
-    parts.objects.assign(100, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>");
-    PdfBuilder builder = MakePageBuilder("", parts);
-    const int info = builder.Add("<< /Keywords (" + Repeat("a ", 20'000) + ") >>");
-    builder.trailer += " /Info " + std::to_string(info) + " 0 R";
+    const std::vector<std::string> objects(100, "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>");
+    PdfBuilder builder = MakePageBuilder("", {.resources = "/Font << " + fonts + " >>", .objects = objects});
+    builder.Add("<< /Keywords (" + Repeat("a ", 20'000) + ") >>");
+    builder.trailer += " /Info 105 0 R";
     TestDocument document(builder.Build());
     EXPECT_EQ(document->GetFontInfos().size(), 100U);
     EXPECT_EQ(document->GetKeywords().size(), 20'001U);
@@ -271,14 +253,12 @@ TEST(BudgetTest, CutsLists)
 TEST(BudgetTest, JoinedStreamsAreOpenedWhenTheyAreReached)
 {
     TestDocument document(MakePagePdf("0 0 1 1 re f"));
-    std::vector<Ref> refs(20'000, document.GetRef(4));
+    const std::vector<Ref> refs(20'000, document.GetRef(4));
     const auto joined = MultiStream::Make(document.document.Get(), refs);
     std::vector<char> bytes;
-    {
-        const Budget::Scope scope(MakeBudget(1'000'000), Share::All, nullptr);
-        joined->ReadAll(bytes);
-        EXPECT_TRUE(scope.WasCut());
-    }
+    const Budget::Scope scope(MakeBudget(1'000'000), Share::All, nullptr);
+    joined->ReadAll(bytes);
+    EXPECT_TRUE(scope.WasCut());
     EXPECT_GT(bytes.size(), 100U);
     EXPECT_LT(bytes.size(), 20'000U);
 }

@@ -98,22 +98,16 @@ TEST(PagesTest, FaultsAreThrown)
         EXPECT_THROW(document->GetPage(index), Error::Type);
         EXPECT_THAT(document.GetErrors(), Contains(Error::PageTree));
     }
-    TestDocument noBox(MakeTree({"<< /Kids [3 0 R] /Count 1 >>", "<< /Type /Page >>"}));
-    EXPECT_THROW(noBox->GetPage(0)->GetMediaBox(), Error::Type);
-    TestDocument notAPage(MakeTree({"<< /Kids [3 0 R] /Count 1 >>", "<< /Type /Font >>"}));
-    EXPECT_THROW(notAPage->GetPage(0)->GetContents(), Error::Type);
-    TestDocument negative(MakeTree({"<< /Kids [] /Count -1 >>"}));
-    EXPECT_FALSE(negative.isOpen);
+    const std::string one = "<< /Kids [3 0 R] /Count 1 >>";
+    EXPECT_THROW(TestDocument(MakeTree({one, "<< /Type /Page >>"}))->GetPage(0)->GetMediaBox(), Error::Type);
+    EXPECT_THROW(TestDocument(MakeTree({one, "<< /Type /Font >>"}))->GetPage(0)->GetContents(), Error::Type);
+    EXPECT_FALSE(TestDocument(MakeTree({"<< /Kids [] /Count -1 >>"})).isOpen);
 }
 
-TEST(PagesTest, PagesBehindAMissingKidAreFound)
+TEST(PagesTest, PagesBehindABadKidAreFound)
 {
-    TestDocument document(MakeTree({"<< /Kids [77 0 R 3 0 R] /Count 1 >>", "<< /Type /Page /MediaBox [0 0 1 1] >>"}));
-    EXPECT_EQ(document->GetPage(0)->GetMediaBox(), (Rect{0, 0, 1, 1}));
-}
-
-TEST(PagesTest, PagesBehindAKidThatDoesNotBuildAreFound)
-{
+    TestDocument missing(MakeTree({"<< /Kids [77 0 R 3 0 R] /Count 1 >>", "<< /Type /Page /MediaBox [0 0 1 1] >>"}));
+    EXPECT_EQ(missing->GetPage(0)->GetMediaBox(), (Rect{0, 0, 1, 1}));
     TestDocument document(
         MakeTree({"<< /Kids [3 0 R 4 0 R 5 0 R] /Count 3 >>", "<< /Kids [6 0 R] /Count 1 /Rotate (left) >>",
                   "<< /Rotate (right) >>", "<< /Type /Page /MediaBox [0 0 1 1] >>", "<< /Type /Page >>"}));
@@ -125,18 +119,16 @@ TEST(PagesTest, PagesBehindAKidThatDoesNotBuildAreFound)
 
 TEST(PagesTest, JoinsContentsWithOneBlank)
 {
-    const std::pair<const char*, std::string> cases[] = {{"[5 0 R 6 0 R 7 0 R]", "ab  cd"},
+    const std::pair<std::string, std::string> cases[] = {{"[5 0 R 4 0 R 6 0 R]", "ab  cd"},
                                                          {"5 0 R", "ab"},
-                                                         {"[7 0 R]", "cd"},
+                                                         {"[6 0 R]", "cd"},
                                                          {"[]", ""},
-                                                         {"8 0 R", "cd ab"},
+                                                         {"7 0 R", "cd ab"},
                                                          {"null", ""}};
+    PdfBuilder builder =
+        MakePageBuilder("", {.objects = {PdfBuilder::MakeStream("ab"), PdfBuilder::MakeStream("cd"), "[6 0 R 5 0 R]"}});
     for (const auto& [contents, expected] : cases) {
-        PdfBuilder builder = MakePageBuilder("");
-        builder.Set(3, "<< /Type /Page /MediaBox [0 0 1 1] /Contents " + std::string(contents) + " >>");
-        for (const char* data : {"ab", "", "cd"})
-            builder.AddStream(data);
-        builder.Add("[7 0 R 5 0 R]");
+        builder.Set(3, "<< /Type /Page /MediaBox [0 0 1 1] /Contents " + contents + " >>");
         TestDocument document(builder.Build());
         std::vector<char> bytes;
         document->GetPage(0)->GetContentsStream()->ReadAll(bytes);
@@ -146,17 +138,15 @@ TEST(PagesTest, JoinsContentsWithOneBlank)
 
 TEST(PagesTest, LongFlatTreesStayQuick)
 {
-    constexpr int c_pageCount = 20000;
-    PdfBuilder builder;
-    builder.Add("<< /Type /Catalog /Pages 2 0 R >>");
-    builder.Add("");
+    std::vector<std::string> nodes(1);
     std::string kids;
-    for (int i = 0; i < c_pageCount; ++i) {
-        kids += std::to_string(builder.Add("<< /Type /Page /MediaBox [0 0 " + std::to_string(i) + " 1] >>")) + " 0 R ";
+    for (int i = 0; i < 20'000; ++i) {
+        nodes.push_back("<< /Type /Page /MediaBox [0 0 " + std::to_string(i) + " 1] >>");
+        kids += std::to_string(3 + i) + " 0 R ";
     }
-    builder.Set(2, "<< /Kids [" + kids + "] /Count " + std::to_string(c_pageCount) + " >>");
-    TestDocument document(builder.Build());
-    for (int i = c_pageCount - 1; i >= 0; --i)
+    nodes[0] = "<< /Kids [" + kids + "] /Count 20000 >>";
+    TestDocument document(MakeTree(nodes));
+    for (int i = 19'999; i >= 0; --i)
         ASSERT_EQ(document->GetPage(i)->GetMediaBox().right, i);
 }
 

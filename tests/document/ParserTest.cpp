@@ -4,14 +4,15 @@
 #include "document/Limits.h"
 #include "support/ErrorRecorder.h"
 
-#include <gtest/gtest.h>
+#include <Kernel/ToString.h>
 
-#include <string_view>
+#include <gtest/gtest.h>
 
 namespace Quillet {
 namespace {
 
 using namespace Token;
+using namespace std::string_view_literals;
 
 /// A parser on a text, as on a content stream.
 class PlainParser
@@ -30,114 +31,71 @@ public:
     Kernel::Counted<Parser> parser;
 };
 
-TEST(ParserTest, ReadsNumbers)
+TEST(ParserTest, ReadsTokens)
 {
-    struct Case
-    {
-        const char* text;
-        Token::Type type;
-        double value;
+    // The text, its kind, what it stands for, and how many faults it has.
+    using Rows = std::vector<std::tuple<std::string, Token::Type, std::string, std::size_t>>;
+    const Rows plain{
+        {"+12", TokenInt, "12", 0},     {"-12", TokenInt, "-12", 0},      {"00012.0", TokenInt, "12", 0},
+        {"12.5", TokenReal, "12.5", 0}, {"-.5", TokenReal, "-0.5", 0},    {"-0.25", TokenReal, "-0.25", 0},
+        {"-", TokenInt, "0", 0},        {".", TokenInt, "0", 0},          {"4.", TokenInt, "4", 0},
+        {"1e5", TokenInt, "1", 0},      {"/Name ", TokenName, "Name", 0}, {"/A#20B", TokenName, "A B", 0},
+        {"/", TokenName, "", 0},        {"/A#2GB", TokenName, "AGB", 1},  {"/A# B", TokenName, "A", 1},
+        {"/A#2", TokenName, "A", 1},    {"/\xC3\xA9", TokenName, "é", 0}, {"/\xE9", TokenName, "é", 0},
+        {"/a#80", TokenName, "a€", 0},
     };
-    const Case cases[] = {
-        {"12", TokenInt, 12},      {"+12", TokenInt, 12},   {"-12", TokenInt, -12},     {"12.0", TokenInt, 12},
-        {"12.5", TokenReal, 12.5}, {"-.5", TokenReal, -.5}, {"-", TokenInt, 0},         {".", TokenInt, 0},
-        {"4.", TokenInt, 4},       {"1e5", TokenInt, 1},    {"-0.25", TokenReal, -.25}, {"00012", TokenInt, 12},
+    const Rows strings{
+        {"(a(b)c)", TokenString, "a(b)c", 0},
+        {"(a\\(b)", TokenString, "a(b", 0},
+        {"(\\n\\r\\t\\b\\f\\q)", TokenString, "\n\r\t\b\fq", 0},
+        {"(a\\\r\nb\\\nc\\\rd)", TokenString, "abcd", 0},
+        {"(a\r\nb\rc\nd)", TokenString, "a\nb\nc\nd", 0},
+        {"(\\101\\7x\\777\\0018)", TokenString, "A\7x\xFF\0018", 0},
+        {"(open", TokenString, "open", 0},
+        {"(open\\", TokenString, "open", 0},
+        {"<48656C6C6F>", TokenString, "Hello", 0},
+        {"<48 65\n6C %x\n6>", TokenString, "Hel`", 0},
+        {"<>", TokenString, "", 0},
+        {"<4g5>", TokenString, "@", 1},
+        {"<41", TokenString, "A", 2},
     };
-    for (const Case& row : cases) {
-        PlainParser parser(row.text);
-        EXPECT_EQ(parser->NextToken(), row.type) << row.text;
-        EXPECT_DOUBLE_EQ(parser->GetTokenReal(), row.value) << row.text;
-        EXPECT_TRUE(parser.errors.kinds.empty()) << row.text;
+    for (const Rows& rows : {plain, strings}) {
+        for (const auto& [text, type, value, errorCount] : rows) {
+            SCOPED_TRACE(text);
+            PlainParser parser(text);
+            EXPECT_EQ(parser->NextToken(), type);
+            std::string found(parser->tokenBytes.begin(), parser->tokenBytes.end());
+            if (type == TokenName) found = parser->tokenText;
+            if (type == TokenInt || type == TokenReal) found = Kernel::ToString(parser->GetTokenReal());
+            EXPECT_EQ(found, value);
+            EXPECT_EQ(parser.errors.kinds.size(), errorCount);
+            EXPECT_TRUE(type != TokenString || parser->NextToken() == TokenEnd);
+        }
+    }
+    const std::pair<std::string_view, std::string_view> texts[] = {
+        {"(\x80 plain)"sv, "\xE2\x80\xA2 plain"},
+        {"(\xFE\xFF\0A\x20\xAC)"sv, "A\xE2\x82\xAC"},
+        {"(\xEF\xBB\xBFgr\xC3\xBC)"sv, "gr\xC3\xBC"},
+    };
+    for (const auto& [text, expected] : texts) {
+        PlainParser decoded(text);
+        decoded->NextToken();
+        EXPECT_EQ(decoded->GetTokenString(), expected);
     }
     // More digits than fit wrap round, without undefined behaviour.
     PlainParser parser("99999999999999999999999999");
     EXPECT_EQ(parser->NextToken(), TokenInt);
 }
 
-TEST(ParserTest, ReadsNames)
-{
-    struct Case
-    {
-        std::string text;
-        const char* name;
-        int errorCount;
-    };
-    const Case cases[] = {
-        {"/Name ", "Name", 0},
-        {"/A#20B", "A B", 0},
-        {"/", "", 0},
-        {"/A#2GB", "AGB", 1},
-        {"/A# B", "A", 1},
-        {"/A#2", "A", 1},
-        {"/caf\xC3\xA9", "caf\xC3\xA9", 0},
-        {"/caf\xE9", "caf\xC3\xA9", 0},
-        {"/a#80", "a\xE2\x82\xAC", 0},
-    };
-    for (const Case& row : cases) {
-        PlainParser parser(row.text);
-        EXPECT_EQ(parser->NextToken(), TokenName);
-        EXPECT_EQ(parser->tokenText, row.name) << row.text;
-        EXPECT_EQ(parser.errors.kinds.size(), row.errorCount) << row.text;
-    }
-}
-
 TEST(ParserTest, CutsNamesAndKeywordsThatNobodyMeans)
 {
     const std::string text = "/" + std::string(100'000, 'n') + " " + std::string(100'000, 'k') + " 1";
     PlainParser parser(text);
-    EXPECT_EQ(parser->NextToken(), TokenName);
-    EXPECT_EQ(parser->tokenText.size(), Limits::c_maxNameLength);
-    EXPECT_EQ(parser->NextToken(), TokenKeyword);
-    EXPECT_EQ(parser->tokenText.size(), Limits::c_maxNameLength);
+    for (const Token::Type type : {TokenName, TokenKeyword}) {
+        EXPECT_EQ(parser->NextToken(), type);
+        EXPECT_EQ(parser->tokenText.size(), Limits::c_maxNameLength);
+    }
     EXPECT_EQ(parser->NextToken(), TokenInt);
-}
-
-TEST(ParserTest, ReadsStrings)
-{
-    struct Case
-    {
-        std::string_view text;
-        std::string_view bytes;
-        int errorCount = 0;
-    };
-    const Case cases[] = {
-        {"(a(b)c)", "a(b)c"},
-        {"(a\\(b)", "a(b"},
-        {"(\\n\\r\\t\\b\\f\\q)", "\n\r\t\b\fq"},
-        {"(a\\\r\nb\\\nc\\\rd)", "abcd"},
-        {"(a\r\nb\rc\nd)", "a\nb\nc\nd"},
-        {"(\\101\\7x\\777\\0018)", "A\7x\xFF\1"
-                                   "8"},
-        {"(open", "open"},
-        {"(open\\", "open"},
-        {"<48656C6C6F>", "Hello"},
-        {"<48 65\n6C %x\n6>", "Hel`"},
-        {"<>", ""},
-        {"<4g5>", "@", 1},
-        {"<41", "A", 2},
-    };
-    for (const Case& row : cases) {
-        PlainParser parser(row.text);
-        EXPECT_EQ(parser->NextToken(), TokenString) << row.text;
-        EXPECT_EQ(std::string_view(parser->tokenBytes.data(), parser->tokenBytes.size()), row.bytes) << row.text;
-        EXPECT_EQ(parser.errors.kinds.size(), row.errorCount) << row.text;
-        EXPECT_EQ(parser->NextToken(), TokenEnd) << row.text;
-    }
-}
-
-TEST(ParserTest, DecodesTextStrings)
-{
-    const std::pair<std::string_view, std::string_view> cases[] = {
-        {"(\x80 plain)", "\xE2\x80\xA2 plain"},
-        {"(\xFE\xFF\0A\x20\xAC)", "A\xE2\x82\xAC"},
-        {"(\xEF\xBB\xBFgr\xC3\xBC)", "gr\xC3\xBC"},
-    };
-    const std::string_view utf16("(\xFE\xFF\0A\x20\xAC)", 8);
-    for (const auto& [text, expected] : cases) {
-        PlainParser parser(expected == cases[1].second ? utf16 : text);
-        parser->NextToken();
-        EXPECT_EQ(parser->GetTokenString(), expected);
-    }
 }
 
 TEST(ParserTest, StepsThroughTokensAcrossBufferEnds)
@@ -154,34 +112,22 @@ TEST(ParserTest, StepsThroughTokensAcrossBufferEnds)
     EXPECT_EQ(parser->NextName(), "N10001");
 }
 
-TEST(ParserTest, PlainSourcesHaveNoReferences)
+TEST(ParserTest, KnowsNoReferencesAndStopsAtAStrayParenthesis)
 {
-    PlainParser parser("1 0 R");
-    EXPECT_EQ(parser->NextInt(), 1);
-    EXPECT_EQ(parser->NextInt(), 0);
-    EXPECT_EQ(parser->NextToken(), TokenKeyword);
-}
-
-TEST(ParserTest, StrayParenthesisStops)
-{
-    PlainParser parser(") 1");
-    EXPECT_EQ(parser->NextToken(), TokenEnd);
-    EXPECT_EQ(parser->NextToken(), TokenEnd);
+    PlainParser parser("1 0 R ) 1");
+    for (const Token::Type type : {TokenInt, TokenInt, TokenKeyword, TokenEnd, TokenEnd})
+        EXPECT_EQ(parser->NextToken(), type);
     EXPECT_EQ(parser.errors.kinds, (std::vector<int>{Error::General, Error::General}));
 }
 
-TEST(ParserTest, ReadsRectanglesInOrder)
+TEST(ParserTest, TakesRectanglesInOrderAndTransformsOfExactlySixNumbers)
 {
-    PlainParser parser("[30 40 10 20] [1 2] 5");
+    PlainParser corners("[30 40 10 20] [1 2] 5");
     Kernel::RectT<double> rect;
-    parser->NextToken();
-    parser->GetTokenRect(rect);
+    corners->NextToken();
+    corners->GetTokenRect(rect);
     EXPECT_EQ(rect, (Kernel::RectT<double>{10, 20, 30, 40}));
-    EXPECT_TRUE(parser.errors.kinds.empty());
-}
-
-TEST(ParserTest, TakesTransformsOfExactlySixNumbers)
-{
+    EXPECT_TRUE(corners.errors.kinds.empty());
     const std::pair<const char*, bool> cases[] = {
         {"[1 2 3 4 5 6]", true}, {"[1 2 3 4 5]", false}, {"[1 2 3 4 5 6 7]", false}, {"(text)", false}};
     for (const auto& [text, isGood] : cases) {

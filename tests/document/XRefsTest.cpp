@@ -17,15 +17,18 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const char* const c_threeObjects[] = {"<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [] /Count 0 >>",
-                                      "<< /Value 7 /Self 3 0 R /Far 99 0 R /Gen 3 5 R >>"};
-
 PdfBuilder MakeBuilder()
 {
     PdfBuilder builder;
-    for (const char* body : c_threeObjects)
+    for (const char* body : {"<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [] /Count 0 >>",
+                             "<< /Value 7 /Self 3 0 R /Far 99 0 R /Gen 3 5 R >>"})
         builder.Add(body);
     return builder;
+}
+
+int GetValue(const TestDocument& document, int number = 3)
+{
+    return Dictionary(document.GetRef(number)).GetInt("Value", 0);
 }
 
 std::string AppendUpdate(std::string file, const std::string& objects, const std::string& sections,
@@ -50,9 +53,8 @@ TEST(XRefsTest, ReadsTablesAndStreamsAlike)
     for (const std::string& file : {MakeBuilder().Build(), MakeBuilder().BuildCompressed()}) {
         TestDocument document(file);
         ASSERT_TRUE(document.isOpen);
-        Dictionary dictionary(document.GetRef(3));
-        EXPECT_EQ(dictionary.GetInt("Value", 0), 7);
-        EXPECT_EQ(dictionary.GetRef("Self"), document.GetRef(3));
+        EXPECT_EQ(GetValue(document), 7);
+        EXPECT_EQ(Dictionary(document.GetRef(3)).GetRef("Self"), document.GetRef(3));
         EXPECT_THAT(document.GetErrors(), IsEmpty());
     }
 }
@@ -67,11 +69,6 @@ TEST(XRefsTest, DanglingReferencesAreEmptyDictionaries)
     }
     EXPECT_THAT(document.GetErrors(), ElementsAre(Error::General, Error::General));
     EXPECT_EQ(Dictionary(Ref()).GetInt("Any", 7), 7);
-}
-
-TEST(XRefsTest, NamesValues)
-{
-    TestDocument document(MakeBuilder().Build());
     EXPECT_EQ(document.GetRef(12).GetName(), "R12");
     EXPECT_EQ(Ref(document.document, 12, 3).GetName(), "R12/3");
     EXPECT_EQ(Ref::FromPosition(Ref(), 99).GetName(), "P99");
@@ -80,36 +77,28 @@ TEST(XRefsTest, NamesValues)
 TEST(XRefsTest, NewestSectionWins)
 {
     const std::string file = MakeBuilder().Build();
-    const std::string update =
-        AppendUpdate(file, "3 0 obj << /Value 8 >> endobj\n", "3 1\n" + MakeEntry(file.size()), "");
-    TestDocument document(update);
-    ASSERT_TRUE(document.isOpen);
-    EXPECT_EQ(Dictionary(document.GetRef(3)).GetInt("Value", 0), 8);
-}
-
-TEST(XRefsTest, FreeEntriesHideOlderOnesUnlessTheyAreZero)
-{
-    const std::string file = MakeBuilder().Build();
-    const auto readValue = [](const std::string& bytes) {
-        TestDocument document(bytes);
-        return Dictionary(document.GetRef(3)).GetInt("Value", 0);
+    const auto update = [](const std::string& base) {
+        return AppendUpdate(base, "3 0 obj << /Value 8 >> endobj\n", "3 1\n" + MakeEntry(base.size()), "");
     };
-    EXPECT_EQ(readValue(AppendUpdate(file, "", "3 1\n" + MakeEntry(0, 'f'), "")), 7);
-    EXPECT_EQ(readValue(AppendUpdate(file, "", "3 1\n" + MakeEntry(4, 'f'), "")), 0);
-}
-
-TEST(XRefsTest, MeasuresTheEntryLength)
-{
-    std::string file = MakeBuilder().Build();
-    // Drop the blank before each line end: entries of 19 bytes, in the table and in an older one.
-    for (auto pos = file.find(" \n", file.find("xref\n")); pos != file.npos; pos = file.find(" \n", pos))
-        file.erase(pos, 1);
-    std::string update = AppendUpdate(file, "3 0 obj << /Value 9 >> endobj\n", "3 1\n" + MakeEntry(file.size()), "");
-    update.erase(update.rfind(" \n"), 1);
-    TestDocument document(update);
-    ASSERT_TRUE(document.isOpen);
-    EXPECT_EQ(Dictionary(document.GetRef(3)).GetInt("Value", 0), 9);
-    EXPECT_EQ(Dictionary(document.GetRef(1)).GetName("Type"), "Catalog");
+    // Without the blank before each line end: entries of 19 bytes, in the table and in an older one.
+    const auto dropBlanks = [](std::string text) {
+        for (auto pos = text.find(" \n", text.rfind("\nxref\n")); pos != text.npos; pos = text.find(" \n", pos))
+            text.erase(pos, 1);
+        return text;
+    };
+    const std::pair<std::string, int> rows[] = {
+        {update(file), 8},
+        {dropBlanks(update(dropBlanks(file))), 8},
+        // Free entries hide older ones unless they are zero.
+        {AppendUpdate(file, "", "3 1\n" + MakeEntry(0, 'f'), ""), 7},
+        {AppendUpdate(file, "", "3 1\n" + MakeEntry(4, 'f'), ""), 0},
+    };
+    for (const auto& [bytes, value] : rows) {
+        TestDocument document(bytes);
+        ASSERT_TRUE(document.isOpen);
+        EXPECT_EQ(GetValue(document), value);
+        EXPECT_EQ(Dictionary(document.GetRef(1)).GetName("Type"), "Catalog");
+    }
 }
 
 TEST(XRefsTest, HybridFilesReadTheStreamAfterTheirTable)
@@ -117,17 +106,13 @@ TEST(XRefsTest, HybridFilesReadTheStreamAfterTheirTable)
     const std::string base = MakeBuilder().Build();
     const std::string object = "5 0 obj << /Value 5 >> endobj\n";
     const std::size_t streamPos = base.size() + object.size();
-    std::string records;
-    for (const std::size_t offset : {base.size(), base.size()}) {
-        records += '\1';
-        for (int shift = 24; shift >= 0; shift -= 8)
-            records += static_cast<char>(offset >> shift & 0xFF);
-    }
+    const std::string record{'\1', static_cast<char>(base.size() >> 8), static_cast<char>(base.size())};
     const std::string stream =
-        "6 0 obj\n" + PdfBuilder::MakeStream(records, "/Type /XRef /W [1 4] /Size 9 /Index [5 1 3 1]") + "\nendobj\n";
+        "6 0 obj\n" + PdfBuilder::MakeStream(record + record, "/Type /XRef /W [1 2] /Size 9 /Index [5 1 3 1]") +
+        "\nendobj\n";
     TestDocument document(AppendUpdate(base, object + stream, "0 0\n", " /XRefStm " + std::to_string(streamPos)));
     ASSERT_TRUE(document.isOpen);
-    EXPECT_EQ(Dictionary(document.GetRef(5)).GetInt("Value", 0), 5);
+    EXPECT_EQ(GetValue(document, 5), 5);
     EXPECT_EQ(document->GetState().xrefs.GetPos(3, 0), base.size());
 }
 
@@ -175,58 +160,44 @@ TEST(XRefsTest, HugeClaimsTakeNoMemory)
     }
 }
 
-TEST(XRefsTest, ReferencesToThemselvesEnd)
+TEST(XRefsTest, WhatLeadsToItselfEnds)
 {
     PdfBuilder builder = MakeBuilder();
-    builder.Add("4 0 R");
-    builder.Add("6 0 R");
-    builder.Add("5 0 R");
+    for (const char* object : {"4 0 R", "6 0 R", "5 0 R"})
+        builder.Add(object);
     TestDocument document(builder.Build());
-    for (const int number : {4, 5}) {
-        Parser parser(document.GetRef(number));
-        EXPECT_EQ(parser.NextInt(), 0);
-    }
+    for (const int number : {4, 5})
+        EXPECT_EQ(Parser(document.GetRef(number)).NextInt(), 0);
     EXPECT_THAT(document.GetErrors(), Contains(Error::General));
-}
 
-TEST(XRefsTest, ObjectStreamInItselfIsEmpty)
-{
-    std::string file = MakeBuilder().BuildCompressed();
     // Object 4 is the object stream: give it an entry that says it lies in itself.
+    std::string file = MakeBuilder().BuildCompressed();
     const std::size_t record = file.rfind("stream\n", file.rfind("endstream")) + 7 + 4u * 7;
     file.replace(record, 7, std::string("\2\0\0\0\4\0\0", 7));
-    TestDocument document(file);
-    EXPECT_FALSE(document.isOpen);
+    EXPECT_FALSE(TestDocument(file).isOpen);
 }
 
 TEST(XRefsTest, CachesPerValue)
 {
-    struct Cached : RefCacheable
+    struct Needed : RefCacheable
     {};
-    TestDocument document(MakeBuilder().Build());
-    const Ref ref = document.GetRef(3);
-    const auto first = Kernel::MakeCounted<Cached>();
-    ref.SetCache(first);
-    ref.SetCache(Kernel::MakeCounted<Cached>());
-    EXPECT_EQ(ref.GetCache<Cached>(), first);
-    const Ref inside = Ref::FromPosition(ref, ref.GetPos() + 9);
-    EXPECT_FALSE(inside.GetCacheBase());
-    document->GetState().xrefs.ClearCaches();
-    EXPECT_FALSE(ref.GetCacheBase());
-    document.GetRef(99).SetCache(first);
-    EXPECT_FALSE(document.GetRef(99).GetCacheBase());
-}
-
-TEST(XRefsTest, CachesNoMoreThanItMayOfWhatCanBeReadAgain)
-{
     struct Large : RefCacheable
     {
         std::size_t GetDispensableBytes() const override { return Limits::c_maxFontBytes / 2; }
     };
-    struct Needed : RefCacheable
-    {};
     TestDocument document(MakeBuilder().Build());
     const Ref object = document.GetRef(3);
+    const auto first = Kernel::MakeCounted<Needed>();
+    object.SetCache(first);
+    object.SetCache(Kernel::MakeCounted<Needed>());
+    EXPECT_EQ(object.GetCache<Needed>(), first);
+    EXPECT_FALSE(Ref::FromPosition(object, object.GetPos() + 9).GetCacheBase());
+    document->GetState().xrefs.ClearCaches();
+    EXPECT_FALSE(object.GetCacheBase());
+    document.GetRef(99).SetCache(first);
+    EXPECT_FALSE(document.GetRef(99).GetCacheBase());
+
+    // And no more than it may of what can be read again.
     const auto keeps = [&object](unsigned long long place, const Kernel::Counted<const RefCacheable>& value) {
         const Ref inside = Ref::FromPosition(object, object.GetPos() + place);
         inside.SetCache(value);

@@ -29,20 +29,17 @@ void ExpectRows(const std::vector<Row>& rows)
     }
 }
 
-std::string Zeros(std::size_t count)
-{
-    return std::string(count, '\0');
-}
+const std::string c_zero(1, '\0');
 
 TEST(Ascii85Filter, DecodesGroups)
 {
     ExpectRows<Ascii85Filter>({
         {"whole groups", "87cURD]j7BEbo7~>", "Hello world"},
-        {"white space anywhere", "87 c\nU\rR\tD]\fj7B" + Zeros(1) + "Ebo7~>", "Hello world"},
+        {"white space anywhere", "87 c\nU\rR\tD]\fj7B" + c_zero + "Ebo7~>", "Hello world"},
         {"two digits", "5l~>", "A"},
         {"one digit", "87cUR5~>", "Hell", 1},
-        {"z within a group loses it", "87cURD]z87cUR~>", "Hell" + Zeros(4) + "Hell", 1},
-        {"one above the largest wraps", "s8W-\"~>", Zeros(4)},
+        {"z within a group loses it", "87cURD]z87cUR~>", "Hell" + std::string(4, '\0') + "Hell", 1},
+        {"one above the largest wraps", "s8W-\"~>", std::string(4, '\0')},
         {"stops behind its end marker", "5l~> EI", "A", 0, " EI"},
         {"half an end marker takes one byte more", "5l~x EI", "A", 1, " EI"},
         {"a tilde at the very end", "5l~", "A", 1},
@@ -54,7 +51,7 @@ TEST(Ascii85Filter, DecodesGroups)
 TEST(AsciiHexFilter, DecodesPairs)
 {
     ExpectRows<AsciiHexFilter>({
-        {"white space anywhere", " 4\n1\r4\t\f2" + Zeros(1) + ">", "AB"},
+        {"white space anywhere", " 4\n1\r4\t\f2" + c_zero + ">", "AB"},
         {"an odd count ends with a low half of 0", "415>", "AP"},
         {"a letter g counts as 0", "g14G>", "\x01@", 2},
         {"stops behind its end marker", "41> EI", "A", 0, " EI"},
@@ -72,7 +69,7 @@ TEST(RunLengthFilter, DecodesRuns)
         {"255 repeats twice", "\xffx\x80", "xx"},
         {"stops behind its end marker", "\xffx\x80 EI", "xx", 0, " EI"},
         {"a copy cut off", "\4ab", "ab", 1, "", false},
-        {"a repeat cut off gives zeros", "\xfe", Zeros(3), 1, "", false},
+        {"a repeat cut off gives zeros", "\xfe", std::string(3, '\0'), 1, "", false},
         {"nothing", "", "", 0, "", false},
     });
 }

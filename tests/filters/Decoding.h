@@ -7,6 +7,7 @@
 #include "document/Filter.h"
 
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <functional>
@@ -32,15 +33,15 @@ inline Kernel::Counted<const DecodeParams> MakeParams(std::unordered_map<std::st
     return params;
 }
 
-/// Reads `filter` to its end in steps of `step` bytes, or with one `ReadAll` if that is 0.
-inline std::string Drain(Filter& filter, int step)
+/// Reads `source` to its end in steps of `step` bytes, or with one `ReadAll` if that is 0.
+inline std::string Drain(SequentialSource& source, int step)
 {
     std::vector<char> all;
     if (step == 0) {
-        filter.ReadAll(all);
+        source.ReadAll(all);
     } else {
         std::vector<char> piece(static_cast<std::size_t>(step));
-        for (int count; (count = filter.Read(piece.data(), step)) > 0;) {
+        for (int count; (count = source.Read(piece.data(), step)) > 0;) {
             EXPECT_LE(count, step);
             all.insert(all.end(), piece.begin(), piece.begin() + count);
         }
@@ -61,10 +62,8 @@ Decoding Decode(
         filter->SetErrorHandler(&recorder);
         filter->SetSource(source);
         setUp(*filter);
-        Decoding decoding{Drain(*filter, step), {}, {}, false};
-        decoding.kinds = recorder.kinds;
-        decoding.rest = source->GetRest();
-        decoding.isAtEnd = filter->AtEnd();
+        const std::string bytes = Drain(*filter, step);
+        const Decoding decoding{bytes, recorder.kinds, source->GetRest(), filter->AtEnd()};
         if (step == 0) {
             first = decoding;
             continue;
@@ -74,6 +73,32 @@ Decoding Decode(
     }
     return first;
 }
+
+inline std::string Deflate(const std::string& text, int level = 6)
+{
+    auto size = compressBound(text.size());
+    std::string packed(size, '\0');
+    compress2(reinterpret_cast<Bytef*>(packed.data()), &size, reinterpret_cast<const Bytef*>(text.data()), text.size(),
+              level);
+    packed.resize(size);
+    return packed;
+}
+
+/// Packs numbers of any width, from the high end of each byte on.
+class BitWriter
+{
+public:
+    void Write(int value, int width)
+    {
+        for (int bit = width - 1; bit >= 0; --bit, ++bitCount) {
+            if (bitCount % 8 == 0) bytes.push_back('\0');
+            bytes.back() = static_cast<char>(bytes.back() | (value >> bit & 1) << (7 - bitCount % 8));
+        }
+    }
+
+    std::string bytes;
+    int bitCount = 0;
+};
 
 /// Text that repeats itself here and there, the same on every run.
 inline std::string MakeText(std::size_t size, int alphabet = 200)

@@ -2,20 +2,8 @@
 
 #include "filters/Decoding.h"
 
-#include <zlib.h>
-
 namespace Quillet {
 namespace {
-
-std::string Deflate(const std::string& text, int level = 6)
-{
-    auto size = compressBound(text.size());
-    std::string packed(size, '\0');
-    compress2(reinterpret_cast<Bytef*>(packed.data()), &size, reinterpret_cast<const Bytef*>(text.data()), text.size(),
-              level);
-    packed.resize(size);
-    return packed;
-}
 
 TEST(FlateFilter, InflatesInEveryStep)
 {
@@ -27,31 +15,10 @@ TEST(FlateFilter, InflatesInEveryStep)
             EXPECT_TRUE(decoding.kinds.empty());
         }
     }
-}
-
-TEST(FlateFilter, InflatesWhateverPiecesItsSourceGives)
-{
-    const std::string text = MakeText(20'000);
     for (const int piece : {1, 1000}) {
         FlateFilter filter;
-        filter.SetSource(Kernel::MakeCounted<BytesFilter>(Deflate(text), piece));
-        EXPECT_EQ(Drain(filter, 501), text) << "pieces of " << piece;
-    }
-}
-
-TEST(FlateFilter, AsksForMoreThanTheStreamDeclared)
-{
-    const std::string text = MakeText(60'000);
-    const std::string packed = Deflate(text);
-    ASSERT_GT(packed.size(), 10'000u);
-    for (const std::size_t missing : {std::size_t{1}, std::size_t{4097}, packed.size()}) {
-        ErrorRecorder recorder;
-        auto source = Kernel::MakeCounted<BytesFilter>(packed + "\nendstream");
-        source->declared = packed.size() - missing;
-        FlateFilter filter(&recorder);
-        filter.SetSource(source);
-        EXPECT_EQ(Drain(filter, 4096), text) << missing << " bytes too short";
-        EXPECT_TRUE(recorder.kinds.empty());
+        filter.SetSource(Kernel::MakeCounted<BytesFilter>(Deflate(MakeText(20'000)), piece));
+        EXPECT_EQ(Drain(filter, 501), MakeText(20'000)) << "pieces of " << piece;
     }
 }
 
@@ -61,25 +28,18 @@ TEST(FlateFilter, DeliversWhatComesBeforeDamage)
     const std::string packed = Deflate(text, 0);
     std::string badSum = packed;
     badSum.back() = static_cast<char>(badSum.back() ^ 1);
-    const struct
-    {
-        const char* name;
-        std::string input;
-        std::size_t atLeast;
-    } rows[] = {
+    const std::tuple<const char*, std::string, std::size_t> rows[] = {
         {"cut off", packed.substr(0, 20'000), 19'000},
         {"wrong checksum", badSum, 30'000},
         {"rubbish in the middle", packed.substr(0, 32) + std::string(100, '\xff'), 0},
         {"a preset dictionary is asked for", "\x78\xbb\x01\x02\x03\x04", 0},
     };
-    for (const auto& row : rows) {
-        const Decoding decoding = Decode<FlateFilter>(row.input);
-        EXPECT_EQ(decoding.kinds, std::vector<int>{Error::ZLib}) << row.name;
-        EXPECT_GE(decoding.bytes.size(), row.atLeast) << row.name;
-        if (row.atLeast > 0) {
-            EXPECT_EQ(decoding.bytes, text.substr(0, decoding.bytes.size())) << row.name;
-        }
-        EXPECT_TRUE(decoding.isAtEnd) << row.name;
+    for (const auto& [name, input, atLeast] : rows) {
+        const Decoding decoding = Decode<FlateFilter>(input);
+        EXPECT_EQ(decoding.kinds, std::vector<int>{Error::ZLib}) << name;
+        EXPECT_GE(decoding.bytes.size(), atLeast) << name;
+        EXPECT_TRUE(atLeast == 0 || text.starts_with(decoding.bytes)) << name;
+        EXPECT_TRUE(decoding.isAtEnd) << name;
     }
 }
 

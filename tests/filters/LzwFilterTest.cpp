@@ -12,26 +12,11 @@ enum class FullTable { Clears, Freezes };
 
 constexpr bool c_early = true, c_late = false;
 
-class CodeWriter
-{
-public:
-    void Write(int code, int width)
-    {
-        for (int bit = width - 1; bit >= 0; --bit) {
-            if (bitCount++ % 8 == 0) bytes.push_back('\0');
-            bytes.back() = static_cast<char>(bytes.back() | (code >> bit & 1) << (7 - (bitCount - 1) % 8));
-        }
-    }
-
-    std::string bytes;
-    int bitCount = 0;
-};
-
 /// A plain encoder. The width of a code follows from how many were written since the table was cleared, and not from a
 /// table like the decoder's.
 std::string Encode(const std::string& text, bool earlyChange, FullTable fullTable)
 {
-    CodeWriter writer;
+    BitWriter writer;
     std::map<std::string, int> table;
     int written = 0;
     const auto write = [&](int code) {
@@ -68,7 +53,7 @@ std::string Encode(const std::string& text, bool earlyChange, FullTable fullTabl
 
 std::string WriteCodes(const std::vector<int>& codes)
 {
-    CodeWriter writer;
+    BitWriter writer;
     for (const int code : codes)
         writer.Write(code, 9);
     return writer.bytes;
@@ -92,34 +77,35 @@ TEST(LzwFilter, DecodesWhatAnEncoderWrote)
             }
         }
     }
-}
-
-TEST(LzwFilter, ChangesWidthEarlyWithoutParameters)
-{
     const std::string text = MakeText(2000, 256);
-    EXPECT_EQ(Decode<LzwFilter>(Encode(text, c_early, FullTable::Clears)).bytes, text);
+    EXPECT_EQ(Decode<LzwFilter>(Encode(text, c_early, FullTable::Clears)).bytes, text) << "early without parameters";
     EXPECT_NE(Decode<LzwFilter>(Encode(text, c_late, FullTable::Clears)).bytes, text);
 }
 
 TEST(LzwFilter, ReadsCodesAsTheyStand)
 {
-    const struct
-    {
-        const char* name;
-        std::vector<int> codes;
-        std::string expected;
-        std::vector<int> kinds;
-    } rows[] = {
+    const std::tuple<const char*, std::vector<int>, std::string, std::vector<int>> rows[] = {
         {"the code that is being made", {256, 'a', 258, 259, 257}, "aaaaaa", {}},
         {"a first code above 255 gives its low byte", {256, 256 + 'a' - 0x40, 'b', 257}, "!b", {}},
         {"and stands for that byte from then on", {256, 0x100 + 'a', 'b', 258, 257}, "abab", {}},
         {"no clear code at the start", {'a', 'b', 258, 257}, "abab", {}},
         {"strings from before a clear code are gone", {256, 'a', 'b', 256, 'c', 259, 257}, "abc", {Error::General}},
     };
-    for (const auto& row : rows) {
-        const Decoding decoding = Decode<LzwFilter>(WriteCodes(row.codes));
-        EXPECT_EQ(decoding.bytes, row.expected) << row.name;
-        EXPECT_EQ(decoding.kinds, row.kinds) << row.name;
+    for (const auto& [name, codes, expected, kinds] : rows) {
+        const Decoding decoding = Decode<LzwFilter>(WriteCodes(codes));
+        EXPECT_EQ(decoding.bytes, expected) << name;
+        EXPECT_EQ(decoding.kinds, kinds) << name;
+    }
+    const Decoding inlined = Decode<LzwFilter>(WriteCodes({256, 'a', 258, 257}) + " EI",
+                                               [](LzwFilter& filter) { filter.SetIsUnbuffered(true); });
+    EXPECT_EQ(inlined.bytes, "aaa");
+    EXPECT_EQ(inlined.kinds, std::vector<int>{Error::UnimplementedFeature});
+    // It knows its end only of data that holds something.
+    for (const std::string& input : {std::string(), WriteCodes({256, 'a', 257})}) {
+        LzwFilter filter;
+        filter.SetSource(Kernel::MakeCounted<BytesFilter>(input));
+        Drain(filter, 10);
+        EXPECT_EQ(filter.AtEnd(), !input.empty());
     }
 }
 
@@ -140,24 +126,6 @@ TEST(LzwFilter, SurvivesAnyCodes)
         filter.DecodeAll(out);
         ASSERT_EQ(out.front(), 'x');
     }
-}
-
-TEST(LzwFilter, KnowsItsEndOnlyOfDataThatHoldsSomething)
-{
-    for (const std::string& input : {std::string(), WriteCodes({256, 'a', 257})}) {
-        LzwFilter filter;
-        filter.SetSource(Kernel::MakeCounted<BytesFilter>(input));
-        Drain(filter, 10);
-        EXPECT_EQ(filter.AtEnd(), !input.empty());
-    }
-}
-
-TEST(LzwFilter, ReportsAnInlineImageAndDecodesIt)
-{
-    const Decoding decoding = Decode<LzwFilter>(WriteCodes({256, 'a', 258, 257}) + " EI",
-                                                [](LzwFilter& filter) { filter.SetIsUnbuffered(true); });
-    EXPECT_EQ(decoding.bytes, "aaa");
-    EXPECT_EQ(decoding.kinds, std::vector<int>{Error::UnimplementedFeature});
 }
 
 } // namespace

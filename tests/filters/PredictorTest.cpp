@@ -11,9 +11,7 @@ namespace {
 
 struct Picture
 {
-    int colors;
-    int bitsPerComponent;
-    int columns;
+    int colors, bitsPerComponent, columns;
 
     int RowBytes() const { return (columns * colors * bitsPerComponent + 7) / 8; }
     int PixelBytes() const { return (colors * bitsPerComponent + 7) / 8; }
@@ -40,10 +38,7 @@ std::string FilterAsPng(const std::string& rows, const Picture& picture, const s
 {
     const int width = picture.RowBytes();
     const auto at = [&](int x, int y) {
-        return x < 0 || y < 0
-                   ? 0
-                   : static_cast<unsigned char>(rows[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
-                                                     static_cast<std::size_t>(x)]);
+        return x < 0 || y < 0 ? 0 : static_cast<unsigned char>(rows.data()[y * width + x]);
     };
     std::string out;
     for (int y = 0; y < static_cast<int>(rows.size()) / width; ++y) {
@@ -80,31 +75,14 @@ TEST(PngFilter, UndoesWhatTheStandardDescribes)
 
 TEST(PngFilter, EndsWithTheLastWholeRow)
 {
-    const Picture picture{1, 8, 3};
-    const std::string zero(1, '\0');
-    const struct
-    {
-        const char* name;
-        std::string input;
-        std::string expected;
-        std::vector<int> kinds;
-    } rows[] = {
-        {"a row cut off", zero + "abc" + zero + "de", "abc", {}},
-        {"a tag above 4", zero + "abc" + "\5def" + zero + "ghi", "abc", {Error::General}},
-    };
-    for (const auto& row : rows) {
-        const Decoding decoding = DecodeRows<PngFilter>(row.input, picture, 15);
-        EXPECT_EQ(decoding.bytes, row.expected) << row.name;
-        EXPECT_EQ(decoding.kinds, row.kinds) << row.name;
-        EXPECT_TRUE(decoding.isAtEnd) << row.name;
-    }
-}
-
-void AppendBits(std::string& out, int& bitCount, int value, int width)
-{
-    for (int bit = width - 1; bit >= 0; --bit, ++bitCount) {
-        if (bitCount % 8 == 0) out.push_back('\0');
-        out.back() = static_cast<char>(out.back() | (value >> bit & 1) << (7 - bitCount % 8));
+    // A row that is cut off, and one with a tag above 4.
+    const std::pair<std::string, std::vector<int>> cases[] = {{std::string("\0abc\0de", 7), {}},
+                                                              {std::string("\0abc\5def\0ghi", 12), {Error::General}}};
+    for (const auto& [input, kinds] : cases) {
+        const Decoding decoding = DecodeRows<PngFilter>(input, Picture{1, 8, 3}, 15);
+        EXPECT_EQ(decoding.bytes, "abc");
+        EXPECT_EQ(decoding.kinds, kinds);
+        EXPECT_TRUE(decoding.isAtEnd);
     }
 }
 
@@ -115,52 +93,46 @@ TEST(Tiff2Filter, AddsEachComponentToTheOneOnItsLeft)
         for (const int bits : {1, 2, 3, 4, 5, 6, 7, 8}) {
             for (const int columns : {1, 2, 7, 16}) {
                 const Picture picture{colors, bits, columns};
-                std::string rows, differences;
+                BitWriter rows, differences;
                 for (int y = 0; y < 3; ++y) {
-                    int rowBits = 0, differenceBits = 0;
                     std::vector<int> left(static_cast<std::size_t>(colors), 0);
-                    for (int x = 0; x < columns; ++x) {
-                        for (int& component : left) {
-                            const int sample = static_cast<int>(random() % (1u << bits));
-                            AppendBits(rows, rowBits, sample, bits);
-                            AppendBits(differences, differenceBits, sample - component, bits);
-                            component = sample;
-                        }
+                    for (int i = 0; i < columns * colors; ++i) {
+                        int& component = left[static_cast<std::size_t>(i % colors)];
+                        const int sample = static_cast<int>(random() % (1u << bits));
+                        rows.Write(sample, bits);
+                        differences.Write(sample - component, bits);
+                        component = sample;
                     }
+                    // Each row starts with a byte.
+                    rows.Write(0, (8 - rows.bitCount % 8) % 8);
+                    differences.Write(0, (8 - differences.bitCount % 8) % 8);
                 }
-                const Decoding decoding =
-                    DecodeRows<Tiff2Filter>(differences + std::string(picture.RowBytes() > 1 ? 1 : 0, 'x'), picture, 2);
-                EXPECT_EQ(decoding.bytes, rows) << picture << ", with a part of a fourth row";
+                const Decoding decoding = DecodeRows<Tiff2Filter>(
+                    differences.bytes + std::string(picture.RowBytes() > 1 ? 1 : 0, 'x'), picture, 2);
+                EXPECT_EQ(decoding.bytes, rows.bytes) << picture << ", with a part of a fourth row";
                 EXPECT_TRUE(decoding.kinds.empty());
             }
         }
     }
-}
 
-TEST(Tiff2Filter, DropsTheBitsBehindARow)
-{
     // Two rows of one pixel with three components of four bits; the last four bits are rubbish.
     EXPECT_EQ(DecodeRows<Tiff2Filter>("\x12\x3f\x45\x6f", Picture{3, 4, 1}, 2).bytes, "\x12\x30\x45\x60");
 }
 
-template <typename T>
-void ExpectNothing(const Picture& picture, int predictor)
-{
-    const Decoding decoding = DecodeRows<T>(std::string(100, '\1'), picture, predictor);
-    EXPECT_EQ(decoding.bytes, "") << picture;
-    EXPECT_EQ(decoding.kinds, std::vector<int>{Error::General}) << picture << ", " << predictor;
-}
-
 TEST(Predictors, DeliverNothingForValuesOutOfRange)
 {
-    ExpectNothing<PngFilter>({1, 8, 1}, 9);
-    ExpectNothing<PngFilter>({1, 8, 1}, 16);
-    for (const Picture& picture : {Picture{0, 8, 1}, Picture{5, 8, 1}, Picture{1, 33, 1}, Picture{1, 8, -1},
-                                   Picture{4, 32, INT_MAX}, Picture{1, INT_MIN, 1}})
-        ExpectNothing<PngFilter>(picture, 12);
-    for (const Picture& picture : {Picture{0, 8, 1}, Picture{20, 8, 1}, Picture{1, 9, 1}, Picture{1, 8, 0},
-                                   Picture{19, 8, INT_MAX}, Picture{1, INT_MIN, 1}})
-        ExpectNothing<Tiff2Filter>(picture, 2);
+    const std::pair<int, Picture> rows[] = {
+        {9, {1, 8, 1}},   {16, {1, 8, 1}},        {12, {0, 8, 1}},       {12, {5, 8, 1}},      {12, {1, 33, 1}},
+        {12, {1, 8, -1}}, {12, {4, 32, INT_MAX}}, {12, {1, INT_MIN, 1}}, {2, {0, 8, 1}},       {2, {20, 8, 1}},
+        {2, {1, 9, 1}},   {2, {1, 8, 0}},         {2, {19, 8, INT_MAX}}, {2, {1, INT_MIN, 1}},
+    };
+    const std::string input(100, '\1');
+    for (const auto& [predictor, picture] : rows) {
+        const Decoding decoding = predictor == 2 ? DecodeRows<Tiff2Filter>(input, picture, predictor)
+                                                 : DecodeRows<PngFilter>(input, picture, predictor);
+        EXPECT_EQ(decoding.bytes, "") << picture;
+        EXPECT_EQ(decoding.kinds, std::vector<int>{Error::General}) << picture << ", " << predictor;
+    }
 }
 
 TEST(Predictors, TakeNoMoreMemoryThanTheirDataBacks)
@@ -174,17 +146,15 @@ TEST(Predictors, TakeNoMoreMemoryThanTheirDataBacks)
 
 TEST(FilterWithPredictor, MakesThePredictorThatTheNumberNames)
 {
-    enum Made { Nothing, Tiff, Png, Error };
-    const std::pair<int, Made> rows[] = {{1, Nothing}, {2, Tiff}, {3, Error}, {9, Error},
-                                         {10, Png},    {99, Png}, {-1, Error}};
-    for (const auto& [predictor, expected] : rows) {
+    for (const int predictor : {-1, 1, 2, 3, 9, 10, 99}) {
         ErrorRecorder recorder;
         FlateFilter filter(&recorder);
         filter.SetDecodeParams(MakeParams({{"Predictor", predictor}}));
         const Kernel::Counted<Filter> made = filter.MakePredictor();
-        EXPECT_EQ(Kernel::DynamicCast<Tiff2Filter>(made) != nullptr, expected == Tiff) << predictor;
-        EXPECT_EQ(Kernel::DynamicCast<PngFilter>(made) != nullptr, expected == Png) << predictor;
-        EXPECT_EQ(recorder.kinds, std::vector<int>(expected == Error ? 1 : 0, Quillet::Error::UnimplementedFeature));
+        EXPECT_EQ(Kernel::DynamicCast<Tiff2Filter>(made) != nullptr, predictor == 2) << predictor;
+        EXPECT_EQ(Kernel::DynamicCast<PngFilter>(made) != nullptr, predictor >= 10) << predictor;
+        const bool isRefused = !made && predictor != 1;
+        EXPECT_EQ(recorder.kinds, std::vector<int>(isRefused ? 1 : 0, Error::UnimplementedFeature)) << predictor;
     }
 }
 

@@ -1,10 +1,10 @@
 #include "filters/Stream.h"
 
-#include "support/PdfBuilder.h"
-#include "support/TestDocument.h"
+#include "filters/Decoding.h"
+#include "support/ObjectFile.h"
+#include "support/Repeat.h"
 
 #include <gmock/gmock.h>
-#include <zlib.h>
 
 namespace Quillet {
 namespace {
@@ -12,36 +12,16 @@ namespace {
 using testing::Contains;
 using testing::IsEmpty;
 
-std::string Deflate(const std::string& text)
-{
-    std::string out(compressBound(text.size()), '\0');
-    uLongf length = out.size();
-    compress(reinterpret_cast<Bytef*>(out.data()), &length, reinterpret_cast<const Bytef*>(text.data()), text.size());
-    out.resize(length);
-    return out;
-}
-
 /// What object 5, with a raw text, decodes to, in a document that has further objects from number 6 on.
 struct Decoded
 {
-    Decoded(const std::string& object, const std::vector<std::string>& more = {})
-        : document(MakePagePdf("", {.objects = Join(object, more)}))
-    {
-        Stream stream(document.GetRef(5));
-        std::vector<char> bytes;
-        stream.ReadAll(bytes);
-        text.assign(bytes.begin(), bytes.end());
-        hasUnknownFilter = stream.HasUnknownFilter();
-    }
-    static std::vector<std::string> Join(const std::string& object, std::vector<std::string> more)
-    {
-        more.insert(more.begin(), object);
-        return more;
-    }
+    explicit Decoded(const std::string& object, const std::vector<std::string>& more = {})
+        : document(object, more), stream(document.GetRef()), text(Drain(stream, 0))
+    {}
 
-    TestDocument document;
+    ObjectFile document;
+    Stream stream;
     std::string text;
-    bool hasUnknownFilter;
 };
 
 TEST(StreamTest, FindsTheFirstByteBehindTheKeyword)
@@ -60,27 +40,20 @@ TEST(StreamTest, FindsTheFirstByteBehindTheKeyword)
 
 TEST(StreamTest, RunsFiltersInOrder)
 {
-    const std::string hexOfFlate = [] {
-        std::string hex;
-        for (const char byte : Deflate("hello")) {
-            char digits[3];
-            std::snprintf(digits, sizeof digits, "%02x", static_cast<unsigned char>(byte));
-            hex += digits;
-        }
-        return hex + ">";
-    }();
-    EXPECT_EQ(Decoded(PdfBuilder::MakeStream(hexOfFlate, "/Filter [/AHx /Fl]")).text, "hello");
-
-    for (const char* filter : {"null", "[null]", "[/ASCIIHexDecode null]", "99 0 R"}) {
-        const bool isCoded = std::string(filter).find("Hex") != std::string::npos;
-        const Decoded plain(PdfBuilder::MakeStream(isCoded ? "414243>" : "ABC", std::string("/Filter ") + filter));
-        EXPECT_EQ(plain.text, "ABC") << filter;
-        EXPECT_FALSE(plain.hasUnknownFilter) << filter;
+    const std::tuple<const char*, const char*, const char*> rows[] = {
+        // The digits of a run of two letters, then its end.
+        {"[/AHx /RL]", "FF4180>", "AA"}, {"null", "ABC", "ABC"},
+        {"[null]", "ABC", "ABC"},        {"[/ASCIIHexDecode null]", "414243>", "ABC"},
+        {"99 0 R", "ABC", "ABC"},        {"[/ASCIIHexDecode /NoSuch /FlateDecode]", "414243>", "ABC"},
+    };
+    for (const auto& [filter, data, text] : rows) {
+        SCOPED_TRACE(filter);
+        const Decoded decoded(PdfBuilder::MakeStream(data, std::string("/Filter ") + filter));
+        EXPECT_EQ(decoded.text, text);
+        const bool isUnknown = std::string(filter).find("NoSuch") != std::string::npos;
+        EXPECT_EQ(decoded.stream.HasUnknownFilter(), isUnknown);
+        EXPECT_TRUE(!isUnknown || decoded.document.GetErrors() == std::vector<int>{Error::UnimplementedFilter});
     }
-    const Decoded unknown(PdfBuilder::MakeStream("414243>", "/Filter [/ASCIIHexDecode /NoSuch /FlateDecode]"));
-    EXPECT_EQ(unknown.text, "ABC");
-    EXPECT_TRUE(unknown.hasUnknownFilter);
-    EXPECT_THAT(unknown.document.GetErrors(), Contains(Error::UnimplementedFilter));
 }
 
 TEST(StreamTest, ParametersReachTheirFilter)
@@ -89,12 +62,7 @@ TEST(StreamTest, ParametersReachTheirFilter)
     const std::string rows = Deflate(std::string("\2\1\2\2\1\1", 6));
     const std::string good("\1\2\2\3", 4);
     const std::string asIs("\2\1\2\2\1\1", 6);
-    struct Case
-    {
-        const char* entries;
-        std::string expected;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, std::string> cases[] = {
         {"/Filter /FlateDecode /DecodeParms << /Predictor 12 /Columns 2 >>", good},
         {"/Filter [/FlateDecode] /DP [<< /Predictor 12 /Columns 2 >>]", good},
         {"/Filter /FlateDecode /DecodeParams << /Predictor 6 0 R /Columns 7 0 R >>", good},
@@ -104,21 +72,17 @@ TEST(StreamTest, ParametersReachTheirFilter)
         {"/Filter /FlateDecode /DecodeParms << /Predictor 1 >>", asIs},
         {"/Filter /FlateDecode", asIs},
     };
-    for (const Case& row : cases) {
-        const Decoded stream(PdfBuilder::MakeStream(rows, row.entries),
-                             {"12", "2.0", "<< /Predictor 12 /Columns 2 >>"});
-        EXPECT_EQ(stream.text, row.expected) << row.entries;
-        EXPECT_THAT(stream.document.GetErrors(), IsEmpty()) << row.entries;
+    for (const auto& [entries, expected] : cases) {
+        const Decoded stream(PdfBuilder::MakeStream(rows, entries), {"12", "2.0", "<< /Predictor 12 /Columns 2 >>"});
+        EXPECT_EQ(stream.text, expected) << entries;
+        EXPECT_THAT(stream.document.GetErrors(), IsEmpty()) << entries;
     }
 }
 
 TEST(StreamTest, RefusesTooManyFilters)
 {
     const auto decode = [](int count) {
-        std::string names;
-        for (int i = 0; i < count; ++i)
-            names += "/LZW ";
-        return Decoded(PdfBuilder::MakeStream("x", "/Filter [" + names + "]")).document.GetErrors();
+        return Decoded(PdfBuilder::MakeStream("x", "/Filter [" + Repeat("/LZW ", count) + "]")).document.GetErrors();
     };
     EXPECT_THAT(decode(16), IsEmpty());
     EXPECT_THAT(decode(17), Contains(Error::General));
@@ -126,17 +90,14 @@ TEST(StreamTest, RefusesTooManyFilters)
 
 TEST(StreamTest, FlateMendsAShortLength)
 {
-    std::string text;
-    for (unsigned i = 0, state = 1; i < 5000; ++i) {
-        state = state * 1664525 + 1013904223;
-        text += static_cast<char>(state >> 24);
-    }
+    const std::string text = MakeText(60'000);
     const std::string data = Deflate(text);
-    ASSERT_GT(data.size(), 4200u);
-    for (const std::size_t length : {std::size_t{0}, data.size() - 1, data.size() - 4150}) {
+    ASSERT_GT(data.size(), 10'000u);
+    for (const std::size_t length : {std::size_t{0}, data.size() - 1, data.size() - 4097}) {
         const Decoded stream("<< /Filter /Fl /Length " + std::to_string(length) + " >>\nstream\n" + data +
                              "\nendstream");
         EXPECT_EQ(stream.text, text) << length;
+        EXPECT_THAT(stream.document.GetErrors(), IsEmpty());
     }
     EXPECT_EQ(Decoded("<< >>\nstream\nabc\nendstream").text, "");
     EXPECT_EQ(Decoded("<< /Length 6 0 R >>\nstream\nabc\nendstream", {"2"}).text, "ab");
@@ -144,15 +105,11 @@ TEST(StreamTest, FlateMendsAShortLength)
 
 TEST(StreamTest, WhatIsNoStreamHasNoBytes)
 {
-    for (const char* object : {"[1 2]", "12", "null", "<< /Length -5 >>\nstream\nabc"}) {
+    for (const char* object : {"[1 2]", "12", "null", "<< /Length -5 >>\nstream\nabc"})
         EXPECT_EQ(Decoded(object).text, "") << object;
-    }
-    const Decoded noKeyword("<< /Length 5 >>");
-    EXPECT_THAT(noKeyword.document.GetErrors(), Contains(Error::General));
+    EXPECT_THAT(Decoded("<< /Length 5 >>").document.GetErrors(), Contains(Error::General));
     Stream stream{Ref()};
-    std::vector<char> bytes;
-    stream.ReadAll(bytes);
-    EXPECT_TRUE(bytes.empty());
+    EXPECT_EQ(Drain(stream, 0), "");
 }
 
 } // namespace

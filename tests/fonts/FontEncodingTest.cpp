@@ -20,7 +20,6 @@ namespace Quillet {
 namespace {
 
 using namespace FontEncodingType;
-using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -30,6 +29,16 @@ CodeSequence MakeSequence(std::initializer_list<char32_t> values)
     for (const char32_t value : values)
         sequence.Add(value);
     return sequence;
+}
+
+std::u32string GetText(const FontEncoding& encoding, const std::vector<int>& codes)
+{
+    std::u32string text;
+    for (const int code : codes) {
+        const CodeSequence sequence = encoding.GetMappedSequenceSlow(code);
+        text.append(sequence.values.begin(), sequence.values.begin() + sequence.count);
+    }
+    return text;
 }
 
 /// What ranges stand for, code by code.
@@ -109,8 +118,7 @@ TEST(FontEncodingTest, RaisesNegativeCodes)
     encoding.AddMapRange(-3, 2, U'a');
     encoding.AddMapRange(-3, -2, U'x');
     EXPECT_THAT(errors.kinds, ElementsAre(Error::General, Error::General));
-    EXPECT_EQ(encoding.GetMappedSequenceSlow(0).values[0], U'a');
-    EXPECT_EQ(encoding.GetMappedSequenceSlow(2).values[0], U'c');
+    EXPECT_EQ(GetText(encoding, {0, 1, 2}), U"abc");
     EXPECT_EQ(encoding.mapRanges.size(), 1U);
 }
 
@@ -195,45 +203,35 @@ TEST(FontEncodingTest, TurnsIntoOthers)
     encoding.AddMap(8, MakeSequence({0x3B1, 0x3B2}));
     encoding.AddMap(9, U'\uFB03');
     const auto inPrivateUse = encoding.AsPrivateUse(FontEncodingFactory::Get(FontEncodingSymbol));
-    EXPECT_EQ(inPrivateUse->GetMappedSequence(5).values[0], 0xF061U);
-    EXPECT_EQ(inPrivateUse->GetMappedSequence(6).values[0], 0xF062U);
-    EXPECT_EQ(inPrivateUse->GetMappedSequence(7).values[0], 0xF0A0U);
-    EXPECT_TRUE(inPrivateUse->GetMappedSequence(8) == MakeSequence({0x3B1, 0x3B2}));
-    EXPECT_EQ(inPrivateUse->GetMappedSequence(9).values[0], 0xFB03U);
+    EXPECT_EQ(GetText(*inPrivateUse, {5, 6, 7, 8, 9}), U"\uF061\uF062\uF0A0\u03B1\u03B2\uFB03");
     ASSERT_EQ(inPrivateUse->codeSpaceRanges.size(), 1U);
     EXPECT_EQ(inPrivateUse->codeSpaceRanges[0].fontIndex, 3);
 
     const auto inverse = encoding.GetInverse();
     EXPECT_THAT(inverse->codeSpaceRanges, IsEmpty());
-    EXPECT_EQ(inverse->GetMappedSequenceSlow(0x3B2).values[0], 6U);
-    EXPECT_EQ(inverse->GetMappedSequenceSlow(0x20AC).values[0], 7U);
+    EXPECT_EQ(GetText(*inverse, {0x3B2, 0x20AC}), U"\6\a");
     EXPECT_EQ(inverse->mapRanges.size(), 3U);
 }
 
 TEST(FontEncodingTest, BuiltInOnesMapAsPublished)
 {
+    const std::u32string none(1, 0);
     const struct
     {
         Type type;
-        int code;
-        char32_t character;
+        std::vector<int> codes;
+        std::u32string text;
     } rows[] = {
-        {FontEncodingIdentity, 9, ' '},        {FontEncodingIdentity, 10, 10},
-        {FontEncodingIdentity, 255, 255},      {FontEncodingIdentity, 256, 0},
-        {FontEncodingStandard, 39, 0x2019},    {FontEncodingStandard, 0x80, 0},
-        {FontEncodingStandard, 0xC8, 0xA8},    {FontEncodingMacRoman, 0x80, 0xC4},
-        {FontEncodingWinAnsi, 39, '\''},       {FontEncodingWinAnsi, 31, 0},
-        {FontEncodingWinAnsi, 127, 0x2022},    {FontEncodingWinAnsi, 0x80, 0x20AC},
-        {FontEncodingWinAnsi, 0x81, 0x2022},   {FontEncodingWinAnsi, 0xC8, 0xC8},
-        {FontEncodingWinAnsi, 0xA0, ' '},      {FontEncodingWinAnsi, 0xAD, '-'},
-        {FontEncodingMacRoman, 0xCA, ' '},     {FontEncodingStandard, 0xA0, 0},
-        {FontEncodingMacExpert, 0x21, 0xF721}, {FontEncodingSymbol, 0x61, 0x3B1},
-        {FontEncodingSymbol, 0xA0, 0x20AC},    {FontEncodingZapfDingbats, 0x21, 0x2701},
+        {FontEncodingIdentity, {9, 10, 255, 256}, U" \n\u00FF" + none},
+        {FontEncodingStandard, {39, 0xC8, 0x80, 0xA0}, U"\u2019\u00A8" + none + none},
+        {FontEncodingMacRoman, {0x80, 0xCA}, U"\u00C4 "},
+        {FontEncodingWinAnsi, {39, 31, 127, 0x80, 0x81, 0xA0, 0xAD, 0xC8}, U"'" + none + U"\u2022\u20AC\u2022 -\u00C8"},
+        {FontEncodingMacExpert, {0x21}, U"\uF721"},
+        {FontEncodingSymbol, {0x61, 0xA0}, U"\u03B1\u20AC"},
+        {FontEncodingZapfDingbats, {0x21}, U"\u2701"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(FontEncodingFactory::Get(row.type)->GetMappedSequence(row.code).values[0], row.character)
-            << row.type << ' ' << row.code;
-    }
+    for (const auto& row : rows)
+        EXPECT_EQ(GetText(*FontEncodingFactory::Get(row.type), row.codes), row.text) << row.type;
 }
 
 constexpr const char* c_differences = "<< /Type /Encoding /BaseEncoding /WinAnsiEncoding /Differences [65 /B /g1A -1 "
@@ -243,20 +241,17 @@ TEST(FontEncodingFactoryTest, AppliesDifferences)
 {
     const ObjectFile file(c_differences);
     const auto encoding = FontEncodingFactory::GetType1(file.GetRef(), "Nofont", false, Kernel::Font());
-    const std::pair<int, char32_t> rows[] = {{0, 'A'},  {65, 'B'},  {66, 'B'}, {67, 'C'}, {97, 0x3B1},
-                                             {98, 'b'}, {255, 'D'}, {256, 0},  {300, 0}};
-    for (const auto& [code, character] : rows)
-        EXPECT_EQ(encoding->GetMappedSequence(code).values[0], character) << code;
+    const std::u32string none(1, 0);
+    EXPECT_EQ(GetText(*encoding, {0, 65, 66, 67, 97, 98, 255, 256, 300}), U"ABBC\u03B1bD" + none + none);
     EXPECT_THAT(file.GetErrors(), ElementsAre(Error::UnimplementedTextEncoding, Error::General));
     // The base is shared, and stays.
     EXPECT_EQ(FontEncodingFactory::Get(FontEncodingWinAnsi)->GetMappedSequence(65).values[0], U'A');
 
     const auto differences = FontEncodingFactory::GetType1Differences(file.GetRef());
     ASSERT_TRUE(differences);
-    EXPECT_EQ(differences->GetName(66), "g1A");
-    EXPECT_EQ(differences->GetName(256), "E");
-    EXPECT_EQ(differences->GetName(300), "A");
-    EXPECT_EQ(differences->GetName(301), "");
+    const std::pair<int, const char*> names[] = {{66, "g1A"}, {256, "E"}, {300, "A"}, {301, ""}};
+    for (const auto& [code, name] : names)
+        EXPECT_EQ(differences->GetName(code), name);
 
     for (const char* object :
          {"<< /BaseEncoding /WinAnsiEncoding >>", "<< /BaseEncoding /WinAnsiEncoding /Differences /A >>"}) {
@@ -266,10 +261,8 @@ TEST(FontEncodingFactoryTest, AppliesDifferences)
             << object;
     }
     const ObjectFile dingbats("<< /Differences [65 /a1] >>");
-    EXPECT_EQ(FontEncodingFactory::GetType1(dingbats.GetRef(), "ZapfDingbats", true, Kernel::Font())
-                  ->GetMappedSequence(65)
-                  .values[0],
-              0x2701U);
+    const auto dingbat = FontEncodingFactory::GetType1(dingbats.GetRef(), "ZapfDingbats", true, Kernel::Font());
+    EXPECT_EQ(GetText(*dingbat, {65}), U"\u2701");
     EXPECT_FALSE(FontEncodingFactory::GetType1Differences(ObjectFile("<< >>").GetRef()));
 
     const ObjectFile many("<< /Differences [9223372036854775807 /A /B -9223372036854775808 /C 0" +
@@ -328,43 +321,6 @@ TEST(FontEncodingFactoryTest, GivesTheBaseAlone)
                   expected)
             << row.object << row.font;
     }
-}
-
-TEST(FontEncodingFactoryTest, MovesWidthsToTheCodesOfTheDifferences)
-{
-    std::vector<double> standard(128, 100);
-    standard['i'] = 222;
-    standard['W'] = 944;
-    const auto apply = [&](const std::string& object, const char* font, bool isSymbolic) {
-        std::vector<double> widths = standard;
-        FontEncodingFactory::ApplyEncodingToWidths(widths, ObjectFile(object).GetRef(), font, isSymbolic);
-        return widths;
-    };
-    const std::string swapped = "<< /Differences [65 /i /W /nothing 105 /W 200 /Euro /nothing 300 /A] >>";
-    for (const bool isSymbolic : {false, true}) {
-        const auto widths = apply(swapped, "Helvetica", isSymbolic);
-        ASSERT_EQ(widths.size(), 202U);
-        EXPECT_EQ(widths[65], 222);
-        EXPECT_EQ(widths[66], 944);
-        EXPECT_EQ(widths[67], 100);
-        // Widths are looked up as they came in.
-        EXPECT_EQ(widths[105], 944);
-        EXPECT_EQ(widths[200], 556);
-        EXPECT_EQ(widths[201], 0);
-    }
-    const auto unknown = apply(swapped, "Nofont", true);
-    EXPECT_EQ(unknown[65], 100);
-    EXPECT_EQ(unknown.size(), 202U);
-    EXPECT_EQ(apply("<< /BaseEncoding /WinAnsiEncoding >>", "Nofont", false), standard);
-    // By the glyphs of the base, and the differences by those.
-    const auto ansi = apply("<< /BaseEncoding /WinAnsiEncoding /Differences [65 /eacute] >>", "Helvetica", false);
-    EXPECT_EQ(ansi.at(0xE9), 556);
-    EXPECT_EQ(ansi[65], 556);
-    EXPECT_EQ(ansi['%'], 889);
-    EXPECT_EQ(apply("<< /Differences [65 /beta] >>", "Symbol", false)[65], 100);
-    standard.clear();
-    EXPECT_THAT(apply("<< /Differences [3 /A] >>", "Nofont", false), Each(0.0));
-    EXPECT_EQ(apply("<< /Differences [3 /A] >>", "Helvetica", false)[3], 667);
 }
 
 } // namespace

@@ -140,7 +140,12 @@ TEST(FontTest, StandardFontsNeedNoWidths)
         {"ABCDEF+Times-Bold", {{'A', 722}}},
         {"Courier-Oblique", {{'i', 600}}},
         {"Symbol", {{'a', 631}}},
-        {"Helvetica /Encoding << /Differences [65 /i /Euro] >>", {{'A', 222}, {'B', 556}}},
+        // Widths are looked up as they came in: the new W is as wide as a W, whatever its old place has now.
+        {"Helvetica /Encoding << /Differences [65 /i /W /nothing 87 /i 105 /W 300 /A] >>",
+         {{'A', 222}, {'B', 944}, {'C', 722}, {'W', 222}, {'i', 944}}},
+        {"Helvetica /Encoding << /Differences [250 /Euro /nothing] >>", {{250, 556}, {251, 611}}},
+        {"Helvetica /FontDescriptor << /Flags 4 >> /Encoding << /Differences [65 /i] >>", {{'A', 222}, {'W', 944}}},
+        {"Symbol /Encoding << /Differences [97 /beta] >>", {{'a', 549}}},
         {"Helvetica /FirstChar 65 /Widths [123]", {{'A', 123}}},
         // By the glyphs of the encoding, where that is not the font's own.
         {"Helvetica " + ansi, {{0xE9, 556}, {0x92, 222}, {0xA0, 278}, {0xAD, 333}, {0x81, 350}}},
@@ -155,9 +160,13 @@ TEST(FontTest, StandardFontsNeedNoWidths)
         const FontFile file("/Subtype /Type1 /BaseFont /" + entries);
         for (const auto& [code, width] : widths)
             EXPECT_EQ(file.GetSimple()->widths.at(code), width) << entries << ' ' << code;
+        EXPECT_LE(file.GetSimple()->widths.size(), 256U) << entries;
         EXPECT_THAT(file.GetErrors(), IsEmpty()) << entries;
     }
     // The machine's font helps out.
+    const FontFile moved("/Subtype /TrueType /BaseFont /NimbusSans-Regular /Encoding << /Differences [65 /i /none] >>");
+    EXPECT_NEAR(moved.GetSimple()->widths.at('A'), 222, 1e-6);
+    EXPECT_NEAR(moved.GetSimple()->widths.at('B'), 667, 1e-6);
     const FontFile known("/Subtype /TrueType /BaseFont /NimbusSans-Regular");
     EXPECT_NEAR(known.GetSimple()->widths.at('A'), 667, 1e-6);
     EXPECT_NEAR(known.GetSimple()->missingWidth, 278, 1e-6);
@@ -326,8 +335,8 @@ TEST(FontTest, NamesLeadToTheMachinesFonts)
         {"MM_DejaVuSans", false, {"MMType1 /BaseFont /MM_DejaVuSans"}},
     };
     for (const auto& row : rows) {
-        for (const std::string name : row.names) {
-            const auto font = FontFile("/Subtype /" + name + " " + c_widths).GetSimple();
+        for (const char* name : row.names) {
+            const auto font = FontFile(c_widths + "/Subtype /" + name).GetSimple();
             EXPECT_EQ(font->IsAvailable(), row.isAvailable) << name;
             EXPECT_EQ(font->GetPostscriptName(), row.requested) << name;
             EXPECT_TRUE(!row.isAvailable || font->effectiveFont.postscriptName == row.requested) << name;
@@ -374,14 +383,14 @@ TEST(FontTest, NamesTellTheStyle)
         {900, false, 7, {"NofontBlackExt"}},
     };
     for (const auto& row : rows) {
-        for (const std::string name : row.names) {
+        for (const char* name : row.names) {
             const FontFile file("/Subtype /Type1 " + c_widths + "/BaseFont /" + name);
             const Kernel::Font& font = file.Get()->GetKernelFont();
             EXPECT_EQ(font.weight, row.weight) << name;
             EXPECT_EQ(font.isItalic, row.isItalic) << name;
             EXPECT_EQ(font.width, row.width) << name;
             // Only what stands behind a hyphen is cut off the name.
-            EXPECT_EQ(font.postscriptName, name.substr(0, name.find('-')));
+            EXPECT_EQ(font.postscriptName, std::string_view(name).substr(0, std::string_view(name).find('-')));
         }
     }
 }
@@ -476,8 +485,12 @@ TEST(FontTest, TheHostReplacesFonts)
     EXPECT_TRUE(file.document->ContainsFont(file.Get()->GetKernelFont()));
 }
 
-const std::string c_cidFont = "<< /Type /Font /Subtype /CIDFontType2 /BaseFont /Nofont "
-                              "/W [1 [500 600.7] 10 12 250 20 30 700 25 [-5] 0 0 0] >>";
+std::string MakeCidFont(const char* entries)
+{
+    return std::string("<< /Type /Font /Subtype /CIDFontType2 /BaseFont /Nofont ") + entries + " >>";
+}
+
+const std::string c_cidFont = MakeCidFont("/W [1 [500 600.7] 10 12 250 20 30 700 25 [-5] 0 0 0]");
 
 std::string MakeType0(const std::string& entries, const std::string& encoding = "/Identity-H")
 {
@@ -490,43 +503,31 @@ TEST(CompositeFontTest, WidthsComeByCid)
     const FontFile file(MakeType0(""), {c_cidFont});
     const auto font = file.GetComposite();
     ASSERT_EQ(font->descendants.size(), 1U);
-    const CidFont& cidFont = *font->descendants[0];
-    const std::pair<int, double> rows[] = {{0, 0},    {1, 500},   {2, 600.7}, {3, 1000},
-                                           {9, 1000}, {10, 250},  {12, 250},  {13, 1000},
-                                           {20, 700}, {24, 700},  {25, -5},   {26, 700},
-                                           {30, 700}, {31, 1000}, {-1, 1000}, {std::numeric_limits<int>::max(), 1000}};
-    for (const auto& [cid, width] : rows)
-        EXPECT_EQ(cidFont.GetBaseWidth(cid), width) << cid;
     // The fraction goes.
     EXPECT_EQ(GetWidths(Show(*font, std::string("\0\1\0\2\0\3\0\x19", 8))), (std::vector<double>{500, 600, 1000, -5}));
     EXPECT_EQ(font->GetPostscriptName(), "Nofont");
     EXPECT_TRUE(font->isSpaceDefined);
 
-    const struct
-    {
-        const char* entries;
-        double at5;
-        double at900;
-    } others[] = {
-        {"/DW 300", 300, 300},
-        {"/DW 300 /FontDescriptor << /MissingWidth 77 >>", 300, 300},
-        {"/FontDescriptor << /MissingWidth 77 >>", 1000, 1000},
-        {"/DW 300.5 /W 7 0 R", 42, 300.5},
-        {"/W [0 2000000000 500 5 [600]]", 600, 500},
-        {"/W [5 [600] 0 2000000000 500]", 500, 500},
-        {"/W [900 5 700]", 1000, 1000},
-        {"/W [-5 5 700 890 2147483647 9]", 700, 9},
-        {"/W [5]", 1000, 1000},
-        {"/W 12", 1000, 1000},
-        {"/W << >>", 1000, 1000},
+    constexpr int c_last = std::numeric_limits<int>::max();
+    const std::pair<std::string, std::vector<std::pair<int, double>>> rows[] = {
+        {c_cidFont, {{0, 0}, {1, 500}, {2, 600.7}, {3, 1000}, {9, 1000}, {10, 250}, {12, 250}, {13, 1000}, {20, 700}}},
+        {c_cidFont, {{24, 700}, {25, -5}, {26, 700}, {30, 700}, {31, 1000}, {-1, 1000}, {c_last, 1000}}},
+        {MakeCidFont("/DW 300"), {{5, 300}, {900, 300}}},
+        {MakeCidFont("/DW 300 /FontDescriptor << /MissingWidth 77 >>"), {{5, 300}}},
+        {MakeCidFont("/FontDescriptor << /MissingWidth 77 >>"), {{5, 1000}}},
+        {MakeCidFont("/DW 300.5 /W 7 0 R"), {{5, 42}, {900, 300.5}}},
+        {MakeCidFont("/W [0 2000000000 500 5 [600]]"), {{5, 600}, {900, 500}}},
+        {MakeCidFont("/W [5 [600] 0 2000000000 500]"), {{5, 500}, {900, 500}}},
+        {MakeCidFont("/W [900 5 700]"), {{5, 1000}, {900, 1000}}},
+        {MakeCidFont("/W [-5 5 700 890 2147483647 9]"), {{5, 700}, {900, 9}}},
+        {MakeCidFont("/W [5]"), {{5, 1000}, {900, 1000}}},
+        {MakeCidFont("/W 12"), {{5, 1000}}},
+        {MakeCidFont("/W << >>"), {{5, 1000}}},
     };
-    for (const auto& row : others) {
-        std::string descendant = "<< /Type /Font /Subtype /CIDFontType2 /BaseFont /Nofont ";
-        descendant.append(row.entries).append(" >>");
+    for (const auto& [descendant, widths] : rows) {
         const FontFile other(MakeType0(""), {descendant, "[5 [42]]"});
-        const auto& found = other.GetComposite()->descendants.at(0);
-        EXPECT_EQ(found->GetBaseWidth(5), row.at5) << row.entries;
-        EXPECT_EQ(found->GetBaseWidth(900), row.at900) << row.entries;
+        for (const auto& [cid, width] : widths)
+            EXPECT_EQ(other.GetComposite()->descendants.at(0)->GetBaseWidth(cid), width) << descendant << ' ' << cid;
     }
 }
 

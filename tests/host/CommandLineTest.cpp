@@ -2,13 +2,16 @@
 
 #include "CommandRun.h"
 #include "ExitStatus.h"
+#include "PageRange.h"
 #include "support/PdfBuilder.h"
+#include "support/Repeat.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 #include <pugixml.hpp>
 
 #include <algorithm>
+#include <climits>
 #include <set>
 #include <string>
 #include <vector>
@@ -85,6 +88,7 @@ TEST_F(CommandLineTest, TellsByTheStatusWhatHappened)
         {{"convert", "FILE", "-o", "OUT/a.json"}, ExitNotWritten, "a.json: cannot be written: No such file"},
         {{"convert", "FILE", "-o", "OUT/a.svg"}, ExitNotWritten, "a.svg: cannot be written: No such file"},
         {{"convert", "FILE", "-o", "/dev/full", "--format", "json"}, ExitNotWritten, "No space left"},
+        {{"convert", "FILE", "-o", "/", "--format", "json"}, ExitNotWritten, "Is a directory"},
         {{"convert", "FILE", "-o", "/dev/null", "--format", "svg"}, ExitDone, ""},
         {{"convert", "FILE.0", "-o", "/dev/null", "--format", "svg"}, ExitDone, "no pages"},
     };
@@ -117,40 +121,40 @@ TEST_F(CommandLineTest, InfoObeysNothingThatAFileSays)
 TEST_F(CommandLineTest, WritesTheTreeAsJson)
 {
     folder.Put("FILE", MakeSample().Build());
-    ASSERT_EQ(Run({"convert", "FILE", "--raw", "-o", "OUT.json"}), ExitDone) << problems;
-    const Json json = Json::parse(folder.Read("OUT.json"));
-    EXPECT_EQ(json["document"]["pageCount"], 1);
-    EXPECT_EQ(json["styles"], Json::array());
-    const Json& page = json["pages"][0];
-    EXPECT_EQ(page["size"], Json({100, 100}));
-    EXPECT_EQ(page["errors"], Json::array());
-
-    const Json& layer = page["root"]["children"][0];
-    EXPECT_EQ(layer["type"], "layer");
-    EXPECT_EQ(layer["visible"], false);
-    EXPECT_FALSE(layer.contains("editable"));
-    EXPECT_FALSE(layer.contains("opacity"));
-    EXPECT_EQ(layer["box"], Json({10, 70, 30, 90}));
-    const Json& clip = layer["children"][0];
-    EXPECT_EQ(clip["type"], "group");
-    EXPECT_THAT(clip["clip"]["path"], StartsWith("M "));
-    EXPECT_EQ(clip["clip"]["winding"], "nonzero");
-    const Json& square = clip["children"][0];
-    EXPECT_EQ(square["type"], "path");
-    EXPECT_EQ(square["shape"], "rectangle");
-    EXPECT_EQ(square["box"], Json({10, 50, 50, 90}));
-    EXPECT_EQ(square["fill"], Json::parse(R"({"kind": "solid", "colour":
-        {"model": "rgb", "values": [1, 0, 0], "alpha": 1, "name": ""}})"));
-    EXPECT_TRUE(square["stroke"].is_null());
-
-    const Json& line = page["root"]["children"][1];
-    EXPECT_TRUE(line["fill"].is_null());
-    EXPECT_EQ(line["line"]["join"], "round");
-    EXPECT_EQ(line["line"]["cap"], "butt");
-    EXPECT_FALSE(line.contains("shape"));
-    const double width = line["line"]["width"];
+    const Json json = Json::parse(Convert("json", {"--raw"}));
+    const auto get = [&](const std::string& path) { return json.value(Json::json_pointer(path), Json("absent")); };
+    const std::string layer = "/pages/0/root/children/0";
+    const std::string square = layer + "/children/0/children/0";
+    const std::string line = "/pages/0/root/children/1";
+    const Json red{{"model", "rgb"}, {"values", {1, 0, 0}}, {"alpha", 1}, {"name", ""}};
+    const std::pair<std::string, Json> rows[] = {
+        {"/document/pageCount", 1},
+        {"/styles", Json::array()},
+        {"/pages/0/size", {100, 100}},
+        {"/pages/0/errors", Json::array()},
+        {layer + "/type", "layer"},
+        {layer + "/visible", false},
+        {layer + "/editable", "absent"},
+        {layer + "/opacity", "absent"},
+        {layer + "/box", {10, 70, 30, 90}},
+        {layer + "/children/0/type", "group"},
+        {layer + "/children/0/clip/winding", "nonzero"},
+        {square + "/type", "path"},
+        {square + "/shape", "rectangle"},
+        {square + "/box", {10, 50, 50, 90}},
+        {square + "/fill", {{"kind", "solid"}, {"colour", red}}},
+        {square + "/stroke", nullptr},
+        {line + "/fill", nullptr},
+        {line + "/line/join", "round"},
+        {line + "/line/cap", "butt"},
+        {line + "/shape", "absent"},
+    };
+    for (const auto& [path, value] : rows)
+        EXPECT_EQ(get(path), value) << path;
+    EXPECT_THAT(get(layer + "/children/0/clip/path"), StartsWith("M "));
+    const double width = get(line + "/line/width");
     EXPECT_GT(width, 3);
-    EXPECT_NEAR(line["line"]["dashes"][0].get<double>() / width, 2, 1e-5);
+    EXPECT_NEAR(get(line + "/line/dashes/0").get<double>() / width, 2, 1e-5);
 }
 
 TEST_F(CommandLineTest, WritesHowNamedColoursLook)
@@ -161,8 +165,7 @@ TEST_F(CommandLineTest, WritesHowNamedColoursLook)
                                         .objects = {"<< /FunctionType 2 /N 1 /Domain [0 1] /C0 [0 0 0 0] "
                                                     "/C1 [0 0.25 1 0.5] >>"}})
                            .Build());
-    ASSERT_EQ(Run({"convert", "FILE", "--raw", "-o", "OUT.json"}), ExitDone) << problems;
-    const Json paths = Json::parse(folder.Read("OUT.json"))["pages"][0]["root"]["children"];
+    const Json paths = Json::parse(Convert("json", {"--raw"}))["pages"][0]["root"]["children"];
     EXPECT_EQ(paths[0]["fill"]["colour"], Json::parse(R"({"model": "named", "values": [1], "alpha": 1, "name": "Gold",
         "alternate": {"model": "cmyk", "values": [0, 0.25, 1, 0.5], "alpha": 1, "name": ""}})"));
     EXPECT_FALSE(paths[1]["fill"]["colour"].contains("alternate"));
@@ -171,24 +174,23 @@ TEST_F(CommandLineTest, WritesHowNamedColoursLook)
 TEST_F(CommandLineTest, WritesSvgThatEditorsOpenWithItsStructure)
 {
     folder.Put("FILE", MakeSample().Build());
-    ASSERT_EQ(Run({"convert", "FILE", "--raw", "-o", "OUT.svg"}), ExitDone) << problems;
     pugi::xml_document document;
-    ASSERT_TRUE(document.load_string(folder.Read("OUT.svg").c_str()));
-    const auto svg = document.child("svg");
-    EXPECT_STREQ(svg.attribute("viewBox").value(), "0 0 100 100");
-    const auto layer = svg.child("g");
-    EXPECT_STREQ(layer.attribute("inkscape:groupmode").value(), "layer");
-    EXPECT_STREQ(layer.attribute("inkscape:label").value(), "Ground <&> floor");
-    EXPECT_STREQ(layer.attribute("style").value(), "display:none");
-    const auto clip = layer.child("g");
-    const auto shape = svg.child("defs").child("clipPath");
-    EXPECT_EQ(clip.attribute("clip-path").value(), "url(#" + std::string(shape.attribute("id").value()) + ")");
-    EXPECT_STREQ(clip.child("path").attribute("fill").value(), "#ff0000");
-    const auto line = layer.next_sibling("path");
-    EXPECT_STREQ(line.attribute("fill").value(), "none");
-    EXPECT_STREQ(line.attribute("stroke").value(), "#000000");
-    EXPECT_STREQ(line.attribute("stroke-linejoin").value(), "round");
-    EXPECT_EQ(std::string(line.attribute("stroke-dasharray").value()).find("nan"), std::string::npos);
+    ASSERT_TRUE(document.load_string(Convert("svg", {"--raw"}).c_str()));
+    const std::pair<const char*, const char*> rows[] = {
+        {"/svg/@viewBox", "0 0 100 100"},
+        {"/svg/g/@inkscape:groupmode", "layer"},
+        {"/svg/g/@inkscape:label", "Ground <&> floor"},
+        {"/svg/g/@style", "display:none"},
+        {"/svg/g/g/path/@fill", "#ff0000"},
+        {"/svg/path/@fill", "none"},
+        {"/svg/path/@stroke", "#000000"},
+        {"/svg/path/@stroke-linejoin", "round"},
+    };
+    const auto get = [&](const char* path) { return std::string(document.select_node(path).attribute().value()); };
+    for (const auto& [path, value] : rows)
+        EXPECT_EQ(get(path), value) << path;
+    EXPECT_EQ(get("/svg/g/g/@clip-path"), "url(#" + get("/svg/defs/clipPath/@id") + ")");
+    EXPECT_EQ(get("/svg/path/@stroke-dasharray").find("nan"), std::string::npos);
 }
 
 TEST_F(CommandLineTest, WritesTheSameWithAnyNumberOfJobs)
@@ -198,12 +200,11 @@ TEST_F(CommandLineTest, WritesTheSameWithAnyNumberOfJobs)
     std::string firstProblems;
     for (const char* jobs : {"1", "1", "2", "7"}) {
         EXPECT_EQ(Run({"convert", "FILE", "-o", "OUT.json", "--jobs", jobs}), ExitPageFailed) << jobs;
-        const std::string text = folder.Read("OUT.json");
         if (first.empty()) {
-            first = text;
+            first = folder.Read("OUT.json");
             firstProblems = problems;
         }
-        EXPECT_EQ(text, first) << jobs;
+        EXPECT_EQ(folder.Read("OUT.json"), first) << jobs;
         EXPECT_EQ(problems, firstProblems) << jobs;
     }
     const Json json = Json::parse(first);
@@ -287,14 +288,86 @@ TEST_F(CommandLineTest, ListsThePagesAroundThoseThatAreMissing)
 
 TEST_F(CommandLineTest, WritesTreesOfAnyDepth)
 {
+    folder.Put("FILE", MakeSample(Quillet::Repeat("0 0 50 50 re W n\n", 20000) + "0 0 9 9 re f").Build());
+    for (const char* suffix : {"json", "svg"})
+        EXPECT_GT(Convert(suffix, {"--raw", "--quiet"}).size(), 1000u) << suffix;
+}
+
+using GradientExportTest = CommandRun;
+
+TEST_F(GradientExportTest, WritesRecognisedGradients)
+{
+    // Strips of red turning to blue, 40 points high, from (10, 20) on.
     std::string content;
-    for (int i = 0; i < 20000; ++i)
-        content += "0 0 50 50 re W n\n";
-    folder.Put("FILE", MakeSample(content + "0 0 9 9 re f").Build());
-    for (const char* name : {"OUT.json", "OUT.svg"}) {
-        EXPECT_EQ(Run({"convert", "FILE", "--raw", "-o", name, "--quiet"}), ExitDone) << name;
-        EXPECT_GT(file_size(folder.Get(name)), 1000u) << name;
+    for (int i = 0; i <= 20; ++i) {
+        content += std::to_string(1 - i * 0.05) + " 0 " + std::to_string(i * 0.05) + " rg " +
+                   std::to_string(10 + 4 * i) + " 20 4 40 re f\n";
     }
+    folder.Put("FILE", Quillet::MakePagePdf(content));
+    Json object = Json::parse(Convert("json"))["pages"][0]["root"];
+    while (object.contains("children")) {
+        ASSERT_EQ(object["children"].size(), 1);
+        const Json child = object["children"][0];
+        object = child;
+    }
+    const Json fill = object["fill"];
+    EXPECT_EQ(fill["kind"], "linear");
+    ASSERT_GE(fill["stops"].size(), 2);
+    EXPECT_EQ(fill["stops"].front()["position"], 0);
+    EXPECT_EQ(fill["stops"].front()["colour"]["values"], Json({1, 0, 0}));
+    EXPECT_EQ(fill["stops"].back()["position"], 1);
+    EXPECT_EQ(fill["stops"].back()["colour"]["values"], Json({0, 0, 1}));
+    // From the unit square to the page, y downward.
+    EXPECT_EQ(fill["transform"], Json({84, 0, 0, 40, 10, 40}));
+
+    pugi::xml_document svg;
+    const std::string text = Convert("svg");
+    ASSERT_TRUE(svg.load_string(text.c_str())) << text;
+    const auto gradient = svg.select_node("//linearGradient").node();
+    EXPECT_STREQ(gradient.attribute("x2").value(), "1");
+    EXPECT_STREQ(gradient.attribute("gradientTransform").value(), "matrix(84 0 0 40 10 40)");
+    EXPECT_STREQ(gradient.first_child().attribute("stop-color").value(), "#ff0000");
+    EXPECT_STREQ(gradient.last_child().attribute("stop-color").value(), "#0000ff");
+    EXPECT_EQ(svg.select_node("//path").node().attribute("fill").value(),
+              "url(#" + std::string(gradient.attribute("id").value()) + ")");
+}
+
+/// The indices with blanks between, or "none" for a text that is refused.
+std::string List(const std::string& text, int pageCount)
+{
+    const auto range = PageRange::Parse(text, pageCount);
+    if (!range) return "none";
+    std::string list;
+    for (long long place = 0; place < range->GetLength(); ++place)
+        list += std::to_string(range->GetIndex(place)) + " ";
+    return list;
+}
+
+TEST(PageRange, ListsIndicesInTheOrderGiven)
+{
+    const struct
+    {
+        const char* text;
+        int pageCount;
+        const char* indices;
+    } rows[] = {
+        {"", 3, "0 1 2 "},   {"", 0, ""},         {"2", 3, "1 "},    {"1-3,7", 7, "0 1 2 6 "},   {"3,1", 3, "2 0 "},
+        {"2,2", 3, "1 1 "},  {"2-", 4, "1 2 3 "}, {"4-4", 4, "3 "},  {"0", 3, "none"},           {"4", 3, "none"},
+        {"1-4", 3, "none"},  {"3-1", 3, "none"},  {"-2", 3, "none"}, {"1,", 3, "none"},          {",1", 3, "none"},
+        {"1--2", 3, "none"}, {"1 2", 3, "none"},  {"+1", 3, "none"}, {"one", 3, "none"},         {"1-2-3", 3, "none"},
+        {"-", 3, "none"},    {"1", 0, "none"},    {"1-", 0, "none"}, {"99999999999", 3, "none"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(List(row.text, row.pageCount), row.indices) << row.text;
+}
+
+TEST(PageRange, TakesNoMemoryForAClaimedPageCount)
+{
+    const auto range = PageRange::Parse("1-,1-", INT_MAX);
+    ASSERT_TRUE(range);
+    EXPECT_EQ(range->GetLength(), 2LL * INT_MAX);
+    EXPECT_EQ(range->GetIndex(INT_MAX - 1LL), INT_MAX - 1);
+    EXPECT_EQ(range->GetIndex(INT_MAX), 0);
 }
 
 } // namespace

@@ -35,6 +35,15 @@ public:
         return status;
     }
 
+    /// What becomes of FILE in the format that the suffix names; the conversion must succeed.
+    std::string Convert(const std::string& suffix, const std::vector<std::string>& options = {})
+    {
+        std::vector<std::string> words{"convert", "FILE", "-o", "OUT." + suffix};
+        words.insert(words.end(), options.begin(), options.end());
+        EXPECT_EQ(Run(words), 0) << problems;
+        return folder.Read("OUT." + suffix);
+    }
+
     std::string GetProblem(const std::string& text) const
     {
         return "quillet: " + folder.Get("FILE").string() + ": " + text + "\n";

@@ -8,6 +8,7 @@
 #include "exporters/JsonWriter.h"
 #include "exporters/SvgExporter.h"
 #include "support/PdfBuilder.h"
+#include "support/Repeat.h"
 #include "support/TestDocument.h"
 
 #include <Quillet/GroupObject.h>
@@ -28,14 +29,6 @@ namespace {
 
 using namespace Quillet;
 using Json = nlohmann::json;
-
-std::string Repeat(const std::string& text, int count)
-{
-    std::string result;
-    for (int i = 0; i < count; ++i)
-        result += text;
-    return result;
-}
 
 const std::string c_longName(60'000, '&');
 
@@ -175,12 +168,13 @@ TEST(CostTest, LongNamesArePaidForWhereverTheyAreUsed)
 
 TEST(CostTest, WhatIsToldOfADocumentIsPaidFor)
 {
-    PdfBuilder builder = MakePageBuilder("");
-    builder.trailer += " /Info " +
-                       std::to_string(builder.Add("<< /Title (" + std::string(20'000, '\1') + ") /Keywords (" +
-                                                  Repeat("a,", 2000) + ") >>")) +
-                       " 0 R";
-    const TestDocument document(builder.Build());
+    const auto makeFile = [](const std::string& info) {
+        PdfBuilder builder = MakePageBuilder("", {.objects = {"<< " + info + " >>"}});
+        builder.trailer += " /Info 5 0 R";
+        return builder.Build();
+    };
+    const TestDocument document(
+        makeFile("/Title (" + std::string(20'000, '\1') + ") /Keywords (" + Repeat("a,", 2000) + ")"));
     const std::vector<FontInfo> fonts(500, FontInfo{c_longName, "Type1", false, false, {}});
     const auto measure = [&](long long units, bool isOfFonts) {
         const Budget::Scope scope(Kernel::MakeCounted<Budget>(units), Budget::Share::All, nullptr);
@@ -200,10 +194,7 @@ TEST(CostTest, WhatIsToldOfADocumentIsPaidFor)
     EXPECT_LT(measure(5'000'000, true), 5'000'000u);
 
     // A title of several blocks, whose characters lie across their ends.
-    PdfBuilder accents = MakePageBuilder("");
-    accents.trailer +=
-        " /Info " + std::to_string(accents.Add("<< /Title (a" + std::string(90'000, '\xE9') + ") >>")) + " 0 R";
-    const TestDocument titled(accents.Build());
+    const TestDocument titled(makeFile("/Title (a" + std::string(90'000, '\xE9') + ")"));
     LongText text;
     JsonWriter json(text);
     WriteDocument(json, *titled.document);
@@ -245,21 +236,17 @@ TEST_F(CommandCostTest, DocumentsOfOneFileShareAnAccount)
 
 TEST(CostTest, NothingThatIsThrownGoesFurther)
 {
-    const struct
-    {
-        std::function<void()> work;
-        const char* line;
-    } rows[] = {
+    const std::pair<std::function<void()>, const char*> rows[] = {
         {[] { throw std::bad_alloc(); }, "quillet: a.pdf: out of memory\n"},
         {[] { std::string().resize(~0ull); }, "quillet: a.pdf: out of memory\n"},
         {[] { throw Error::Catalog; }, "quillet: a.pdf: catalog (8)\n"},
     };
-    for (const auto& row : rows) {
-        const Outcome outcome = Guarded(row.work);
+    for (const auto& [work, line] : rows) {
+        const Outcome outcome = Guarded(work);
         ASSERT_FALSE(outcome.IsDone());
         testing::internal::CaptureStderr();
         PrintFailure("a.pdf", outcome);
-        EXPECT_EQ(testing::internal::GetCapturedStderr(), row.line);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), line);
     }
     EXPECT_TRUE(Guarded([] {}).IsDone());
 

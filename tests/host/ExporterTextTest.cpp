@@ -33,36 +33,22 @@ std::string MakePathData(const Geometry::PolyCurveDbl& path, const Params& toPag
 
 TEST(NumberText, IsShortAndPlain)
 {
-    const struct
-    {
-        double value;
-        int decimals;
-        const char* text;
-    } rows[] = {
-        {0, 3, "0"},
-        {-0.0, 3, "0"},
-        {1.5, 3, "1.5"},
-        {-1.25, 1, "-1.3"},
-        {0.0004, 3, "0"},
-        {-0.0004, 3, "0"},
-        {0.05, 3, "0.05"},
-        {-0.5, 3, "-0.5"},
-        {100, 3, "100"},
-        {100, 0, "100"},
-        {0.9996, 3, "1"},
-        {99.9996, 3, "100"},
-        {1e-15, 15, "0.000000000000001"},
-        {123456.789, 6, "123456.789"},
-        {1e20, 3, "100000000000000000000"},
-        {-1e16 - 2, 2, "-10000000000000002"},
-        {NAN, 3, "0"},
-        {-INFINITY, 3, "0"},
-    };
-    for (const auto& row : rows) {
+    const auto make = [](double value, int decimals) {
         std::string text;
-        AppendNumber(text, row.value, row.decimals);
-        EXPECT_EQ(text, row.text) << row.value << " " << row.decimals;
-    }
+        AppendNumber(text, value, decimals);
+        return text;
+    };
+    const std::pair<double, const char*> rows[] = {{0, "0"},       {-0.0, "0"},      {1.5, "1.5"},   {0.0004, "0"},
+                                                   {-0.0004, "0"}, {0.05, "0.05"},   {-0.5, "-0.5"}, {100, "100"},
+                                                   {0.9996, "1"},  {99.9996, "100"}, {NAN, "0"},     {-INFINITY, "0"}};
+    for (const auto& [value, text] : rows)
+        EXPECT_EQ(make(value, 3), text) << value;
+    EXPECT_EQ(make(1e20, 3), "100000000000000000000");
+    EXPECT_EQ(make(-1.25, 1), "-1.3");
+    EXPECT_EQ(make(100, 0), "100");
+    EXPECT_EQ(make(1e-15, 15), "0.000000000000001");
+    EXPECT_EQ(make(123456.789, 6), "123456.789");
+    EXPECT_EQ(make(-1e16 - 2, 2), "-10000000000000002");
 }
 
 TEST(NumberText, HasTheDecimalsThatShowOnThePage)
@@ -78,18 +64,17 @@ TEST(NumberText, HasTheDecimalsThatShowOnThePage)
 
 TEST(NumberText, IsShortestWhereItMustReadBack)
 {
-    const std::pair<double, const char*> rows[] = {
-        {0, "0.0"},
-        {-0.5, "-0.5"},
-        {100, "100.0"},
-        {292.080883, "292.080883"}, // Which is 292.08088299999997 to the last bit.
-        {1e-4, "0.0001"},
-        {9.9e-5, "9.9e-05"},
-        {6.123233995736766e-17, "6.123233995736766e-17"},
-        {1e15, "1e+15"},
-        {-1.5e300, "-1.5e+300"},
-        {999999999999999, "999999999999999.0"},
-    };
+    // The second is 292.08088299999997 to the last bit.
+    const std::pair<double, const char*> rows[] = {{0, "0.0"},
+                                                   {292.080883, "292.080883"},
+                                                   {-0.5, "-0.5"},
+                                                   {100, "100.0"},
+                                                   {1e-4, "0.0001"},
+                                                   {9.9e-5, "9.9e-05"},
+                                                   {6.123233995736766e-17, "6.123233995736766e-17"},
+                                                   {1e15, "1e+15"},
+                                                   {-1.5e300, "-1.5e+300"},
+                                                   {999999999999999, "999999999999999.0"}};
     for (const auto& [value, expected] : rows) {
         std::string text;
         AppendShortest(text, value);
@@ -180,8 +165,10 @@ TEST(ColourValues, AreThoseOfTheModel)
 {
     using namespace Renderer;
     using testing::DoubleNear;
+    const auto make = [](const auto& colour) -> Kernel::Consolidated<Colour> {
+        return Kernel::ConsolidateObjectPostAlloc(colour);
+    };
     const auto gray = ColourGrayscale::Create(0.25, 1, 1, "");
-    const auto lab = Kernel::ConsolidateObjectPostAlloc(ColourLAB(Raster::PixelLab16{65535, 0x8000, 0, 65535}));
     const struct
     {
         Kernel::Consolidated<Colour> colour;
@@ -189,12 +176,10 @@ TEST(ColourValues, AreThoseOfTheModel)
         std::vector<double> values;
     } rows[] = {
         {gray, "gray", {0.25}},
-        {Kernel::ConsolidateObjectPostAlloc(ColourRGB(Raster::PixelRgbF{1, 0.5F, 0, 1})), "rgb", {1, 0.5, 0}},
-        {Kernel::ConsolidateObjectPostAlloc(ColourCMYK(Raster::PixelCmykF{0, 0.25F, 0.5F, 1, 1})),
-         "cmyk",
-         {0, 0.25, 0.5, 1}},
-        {lab, "lab", {100, -0.498, -128}},
-        {Kernel::ConsolidateObjectPostAlloc(ColourNamed("Gold", true, gray, 0.4)), "named", {0.4}},
+        {make(ColourRGB(Raster::PixelRgbF{1, 0.5F, 0, 1})), "rgb", {1, 0.5, 0}},
+        {make(ColourCMYK(Raster::PixelCmykF{0, 0.25F, 0.5F, 1, 1})), "cmyk", {0, 0.25, 0.5, 1}},
+        {make(ColourLAB(Raster::PixelLab16{65535, 0x8000, 0, 65535})), "lab", {100, -0.498, -128}},
+        {make(ColourNamed("Gold", true, gray, 0.4)), "named", {0.4}},
         {ColourRegistration::Create(0.75), "registration", {0.75}},
     };
     for (const auto& row : rows) {

@@ -4,6 +4,7 @@
 #include "ExitStatus.h"
 #include "OutputFile.h"
 #include "support/PdfBuilder.h"
+#include "support/Repeat.h"
 
 #include <gmock/gmock.h>
 #include <pugixml.hpp>
@@ -32,10 +33,7 @@ using namespace std::chrono_literals;
 /// Many pages with something on each: seconds of work, and far more output than a pipe holds.
 std::string MakeManyPages()
 {
-    std::string content;
-    for (int i = 0; i < 300; ++i)
-        content += "0 0 9 9 re f ";
-    PdfBuilder builder = MakePageBuilder(content);
+    PdfBuilder builder = MakePageBuilder(Quillet::Repeat("0 0 9 9 re f ", 300));
     std::string kids;
     for (int i = 0; i < 3000; ++i)
         kids += std::to_string(builder.Add("<< /Type /Page /Parent 2 0 R /MediaBox [0 0 9 9] /Contents 4 0 R >>")) +

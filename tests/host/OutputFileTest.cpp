@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
-#include <system_error>
-
 #include <sys/stat.h>
 
 namespace Host::Test {
@@ -69,26 +66,6 @@ TEST_F(OutputFileTest, FollowsLinks)
     create_symlink("loop", folder.Get("loop"));
     EXPECT_FALSE(Put(folder.Get("loop"), "x"));
     EXPECT_TRUE(is_symlink(folder.Get("loop")));
-}
-
-TEST_F(OutputFileTest, TellsWhyNot)
-{
-    const struct
-    {
-        std::string place;
-        int error;
-    } rows[] = {
-        {folder.Get("none/a").string(), ENOENT},
-        {folder.Get("").string(), EISDIR},
-        {"/dev/full", ENOSPC},
-    };
-    for (const auto& row : rows) {
-        OutputFile file(row.place);
-        file.Write("x");
-        EXPECT_FALSE(file.Commit()) << row.place;
-        EXPECT_EQ(file.GetFailure(), std::generic_category().message(row.error)) << row.place;
-    }
-    EXPECT_EQ(folder.CountFiles(), 0);
 }
 
 TEST_F(OutputFileTest, WritesIntoWhatCannotBeReplaced)

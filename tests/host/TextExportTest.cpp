@@ -1,6 +1,6 @@
 #include "CommandRun.h"
-#include "ExitStatus.h"
 #include "support/PdfBuilder.h"
+#include "support/Repeat.h"
 
 #include <Renderer/FontMetrics.h>
 
@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 #include <pugixml.hpp>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -27,16 +28,12 @@ constexpr const char* c_sans = "NimbusSans-Regular";
 /// to a terminal.
 std::string MakeFile(const std::string& content)
 {
-    std::string font = "<< /Type /Font /Subtype /Type1 /BaseFont /NimbusSans-Regular /ToUnicode 6 0 R /FirstChar 0 "
-                       "/LastChar 255 /Widths [";
-    for (int i = 0; i < 256; ++i)
-        font += " 500";
-    font += "] >>";
     return Quillet::MakePagePdf(
         content,
         {.resources = "/Font << /F 5 0 R /S 7 0 R >>",
          .objects = {
-             font,
+             "<< /Type /Font /Subtype /Type1 /BaseFont /NimbusSans-Regular /ToUnicode 6 0 R /FirstChar 0 /Widths [" +
+                 Quillet::Repeat("500 ", 256) + "] >>",
              PdfBuilder::MakeStream(
                  "1 begincodespacerange <00> <FF> endcodespacerange 6 beginbfchar <01> "
                  "<0007> <02> <D83D> <03> <FFFE> <04> <0000> <05> <4E00> <06> <009B> endbfchar 1 beginbfrange <20> "
@@ -47,17 +44,16 @@ std::string MakeFile(const std::string& content)
 class TextExportTest : public CommandRun
 {
 public:
-    std::string Convert(const std::string& content, const std::string& suffix)
+    std::string ConvertText(const std::string& content, const std::string& suffix)
     {
         folder.Put("FILE", MakeFile(content));
-        EXPECT_EQ(Run({"convert", "FILE", "--raw", "-o", "OUT." + suffix}), 0) << problems;
-        return folder.Read("OUT." + suffix);
+        return Convert(suffix, {"--raw"});
     }
 
     /// The text elements of the page.
     std::vector<pugi::xml_node> ConvertToSvg(const std::string& content)
     {
-        const std::string text = Convert(content, "svg");
+        const std::string text = ConvertText(content, "svg");
         EXPECT_TRUE(svg.load_string(text.c_str(), pugi::parse_full | pugi::parse_ws_pcdata)) << text;
         std::vector<pugi::xml_node> nodes;
         for (const auto& found : svg.select_nodes("//*[local-name()='text']"))
@@ -70,39 +66,31 @@ public:
 
 TEST_F(TextExportTest, WritesLinesAndTheirRunsAsJson)
 {
-    const Json json = Json::parse(Convert(
+    const Json json = Json::parse(ConvertText(
         "BT 10 80 Td /F 10 Tf (ab ) Tj 1 0 0 rg 2 Tr 50 Tz (cd) Tj 100 Tz 0 Tr /F 6 Tf 3 Ts (2) Tj ET", "json"));
     const Json& line = json["pages"][0]["root"]["children"][0];
+    const Json& runs = line["runs"];
     EXPECT_EQ(line["type"], "line");
     EXPECT_EQ(line["position"], Json({10, 20}));
     EXPECT_EQ(line["width"], 23);
     EXPECT_EQ(line["height"], 10);
     EXPECT_EQ(line["text"], "ab cd2");
-    ASSERT_EQ(line["runs"].size(), 3);
+    ASSERT_EQ(runs.size(), 3);
     const char* texts[] = {"ab ", "cd", "2"};
     for (std::size_t i = 0; i < 3; ++i) {
-        const Json& run = line["runs"][i];
+        const Json& run = runs[i];
         EXPECT_EQ(run["text"], texts[i]);
         EXPECT_EQ(run["font"], c_sans);
         EXPECT_EQ(run["size"], i == 2 ? 6 : 10);
         EXPECT_EQ(run["horizontalScale"], i == 1 ? 0.5 : 1);
         EXPECT_EQ(run["baselineShift"], i == 2 ? 3 : 0);
         EXPECT_EQ(run["stroke"].is_null(), i != 1);
-        EXPECT_EQ(run["fill"] == line["runs"][0]["fill"], i == 0);
+        EXPECT_EQ(run["fill"] == runs[0]["fill"], i == 0);
         EXPECT_TRUE(run["highlight"].is_null());
         for (const char* key : {"shear", "letterSpacing", "kerning"})
             EXPECT_EQ(run[key], 0) << key;
         EXPECT_FALSE(run.contains("underline") || run.contains("strikeout"));
     }
-}
-
-TEST_F(TextExportTest, WritesJsonThatIsUnicodeWhateverTheFontSays)
-{
-    const Json json = Json::parse(Convert("BT /F 10 Tf (a\\001b\\002c\\003d\\004e) Tj ET", "json"));
-    const std::string text = json["pages"][0]["root"]["children"][0]["text"];
-    for (const char* letter : {"a", "b", "c", "d", "e"})
-        EXPECT_THAT(text, HasSubstr(letter));
-    EXPECT_EQ(Json::parse(Json(text).dump()), Json(text));
 }
 
 TEST_F(TextExportTest, PlacesWordsInSvgWholeAndTheirLettersNearTheirPlaces)
@@ -155,71 +143,54 @@ TEST_F(TextExportTest, PlacesWordsInSvgWholeAndTheirLettersNearTheirPlaces)
     }
 }
 
-TEST_F(TextExportTest, PutsGlyphsInSvgWhereTheMatricesSay)
+TEST_F(TextExportTest, ShowsTextInSvgAsThePageDoes)
 {
     const struct
     {
         const char* content;
-        /// With the size left to the font.
-        const char* transform;
-        const char* size;
+        std::vector<std::pair<const char*, const char*>> attributes;
     } rows[] = {
-        {"1 0 0 1 10 80 Tm", "matrix(1 0 0 1 10 20)", "10"},
-        {"2 0 0 3 10 80 Tm", "matrix(0.666666667 0 0 1 10 20)", "30"},
-        {"50 Tz 10 80 Td", "matrix(0.5 0 0 1 10 20)", "10"},
-        {"0 1 -1 0 10 80 Tm", "matrix(0 -1 1 0 10 20)", "10"},
-        {"1 0 0.5 1 10 80 Tm", "matrix(1 0 -0.5 1 10 20)", "10"},
-        {"10 80 Td 4 Ts", "matrix(1 0 0 1 10 16)", "10"},
-    };
-    for (const auto& row : rows) {
-        const auto nodes = ConvertToSvg(std::string("BT /F 10 Tf ") + row.content + " (ab) Tj ET");
-        ASSERT_EQ(nodes.size(), 1) << row.content;
-        EXPECT_STREQ(nodes[0].attribute("transform").value(), row.transform) << row.content;
-        EXPECT_STREQ(nodes[0].attribute("font-size").value(), row.size) << row.content;
-    }
-}
-
-TEST_F(TextExportTest, WritesTextThatXmlCanHold)
-{
-    const auto nodes = ConvertToSvg("BT /F 10 Tf (<a&\\001b\\002\">) Tj (c\\003d\\004) Tj ET");
-    ASSERT_EQ(nodes.size(), 1);
-    std::string text;
-    for (const auto& span : nodes[0].children("tspan"))
-        text += span.text().get();
-    EXPECT_THAT(text, HasSubstr("<a&b"));
-    EXPECT_THAT(text, HasSubstr("\">c"));
-    for (const char c : text)
-        EXPECT_GE(static_cast<unsigned char>(c), 0x20);
-    EXPECT_EQ(text.find("\xEF\xBF\xBE"), std::string::npos);
-    EXPECT_EQ(text.find("\xED\xA0"), std::string::npos);
-}
-
-TEST_F(TextExportTest, WritesTextThatATerminalCanShow)
-{
-    EXPECT_EQ(Convert("BT /F 10 Tf (a\\001b\\006c) Tj ET", "txt"), "abc\n");
-}
-
-TEST_F(TextExportTest, PaintsOrHidesTextAsThePageDoes)
-{
-    const struct
-    {
-        const char* content;
-        const char* fill;
-        bool isStroked;
-    } rows[] = {
-        {"1 0 0 rg (a) Tj", "#ff0000", false},
-        {"1 0 0 rg 1 Tr (a) Tj", "none", true},
-        {"1 0 0 rg 2 Tr (a) Tj", "#ff0000", true},
-        {"3 Tr (a) Tj", "none", false},
+        // Where the matrices say, with the size left to the font.
+        {"1 0 0 1 10 80 Tm (ab) Tj", {{"transform", "matrix(1 0 0 1 10 20)"}, {"font-size", "10"}}},
+        {"2 0 0 3 10 80 Tm (ab) Tj", {{"transform", "matrix(0.666666667 0 0 1 10 20)"}, {"font-size", "30"}}},
+        {"50 Tz 10 80 Td (ab) Tj", {{"transform", "matrix(0.5 0 0 1 10 20)"}, {"font-size", "10"}}},
+        {"0 1 -1 0 10 80 Tm (ab) Tj", {{"transform", "matrix(0 -1 1 0 10 20)"}, {"font-size", "10"}}},
+        {"1 0 0.5 1 10 80 Tm (ab) Tj", {{"transform", "matrix(1 0 -0.5 1 10 20)"}, {"font-size", "10"}}},
+        {"10 80 Td 4 Ts (ab) Tj", {{"transform", "matrix(1 0 0 1 10 16)"}, {"font-size", "10"}}},
+        // Painted or hidden.
+        {"1 0 0 rg (a) Tj", {{"fill", "#ff0000"}, {"stroke", ""}}},
+        {"1 0 0 rg 1 Tr (a) Tj", {{"fill", "none"}, {"stroke", "#000000"}}},
+        {"1 0 0 rg 2 Tr (a) Tj", {{"fill", "#ff0000"}, {"stroke", "#000000"}}},
+        {"3 Tr (a) Tj", {{"fill", "none"}, {"stroke", ""}}},
     };
     for (const auto& row : rows) {
         const auto nodes = ConvertToSvg(std::string("BT /F 10 Tf ") + row.content + " ET");
         ASSERT_EQ(nodes.size(), 1) << row.content;
-        EXPECT_STREQ(nodes[0].attribute("fill").value(), row.fill) << row.content;
-        EXPECT_EQ(!nodes[0].attribute("stroke").empty(), row.isStroked) << row.content;
+        for (const auto& [name, value] : row.attributes)
+            EXPECT_STREQ(nodes[0].attribute(name).value(), value) << row.content;
     }
     EXPECT_TRUE(ConvertToSvg("BT /F 10 Tf 7 Tr (a) Tj ET").empty());
     EXPECT_TRUE(ConvertToSvg("BT /F 0 Tf (a) Tj ET").empty());
+}
+
+TEST_F(TextExportTest, WritesWhatEachFormatCanHold)
+{
+    const Json json = Json::parse(ConvertText("BT /F 10 Tf (a\\001b\\002c\\003d\\004e) Tj ET", "json"));
+    const std::string text = json["pages"][0]["root"]["children"][0]["text"];
+    for (const char* letter : {"a", "b", "c", "d", "e"})
+        EXPECT_THAT(text, HasSubstr(letter));
+    EXPECT_EQ(Json::parse(Json(text).dump()), Json(text));
+
+    const auto nodes = ConvertToSvg("BT /F 10 Tf (<a&\\001b\\002\">) Tj (c\\003d\\004) Tj ET");
+    ASSERT_EQ(nodes.size(), 1);
+    const std::string xml = pugi::xpath_query("string()").evaluate_string(nodes[0]);
+    EXPECT_THAT(xml, HasSubstr("<a&b"));
+    EXPECT_THAT(xml, HasSubstr("\">c"));
+    EXPECT_TRUE(std::ranges::all_of(xml, [](char c) { return static_cast<unsigned char>(c) >= 0x20; }));
+    EXPECT_EQ(xml.find("\xEF\xBF\xBE"), std::string::npos);
+    EXPECT_EQ(xml.find("\xED\xA0"), std::string::npos);
+
+    EXPECT_EQ(ConvertText("BT /F 10 Tf (a\\001b\\006c) Tj ET", "txt"), "abc\n");
 }
 
 TEST_F(TextExportTest, ListsTheFontsOfADocument)
@@ -230,16 +201,15 @@ TEST_F(TextExportTest, ListsTheFontsOfADocument)
     EXPECT_THAT(output, HasSubstr("Helvetica-Oblique, Type1, not embedded, shown in NimbusSans-Italic\n"));
     ASSERT_EQ(Run({"info", "--json", "FILE"}), 0);
     const Json fonts = Json::parse(output)["fonts"];
-    ASSERT_EQ(fonts.size(), 2);
-    const bool isSansFirst = fonts[0]["name"] == c_sans;
-    EXPECT_EQ(
-        fonts[isSansFirst ? 0 : 1],
-        Json({{"name", c_sans}, {"subtype", "Type1"}, {"embedded", false}, {"available", true}, {"shownIn", c_sans}}));
-    EXPECT_EQ(fonts[isSansFirst ? 1 : 0], Json({{"name", "Helvetica-Oblique"},
-                                                {"subtype", "Type1"},
-                                                {"embedded", false},
-                                                {"available", false},
-                                                {"shownIn", "NimbusSans-Italic"}}));
+    const auto makeFont = [](const char* name, bool isAvailable, const char* shownIn) {
+        return Json({{"name", name},
+                     {"subtype", "Type1"},
+                     {"embedded", false},
+                     {"available", isAvailable},
+                     {"shownIn", shownIn}});
+    };
+    EXPECT_THAT(fonts, testing::UnorderedElementsAre(makeFont(c_sans, true, c_sans),
+                                                     makeFont("Helvetica-Oblique", false, "NimbusSans-Italic")));
 }
 
 } // namespace

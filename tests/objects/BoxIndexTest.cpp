@@ -35,9 +35,8 @@ TEST(BoxIndex, MissesNoBoxThatMeetsAnother)
         seen += visited.size();
         for (std::size_t b = 0; b < boxes.size(); ++b) {
             const Box& box = boxes[b];
-            const bool meets = box.left <= query.right && box.right >= query.left && box.top <= query.bottom &&
-                               box.bottom >= query.top;
-            if (!meets) continue;
+            if (!(box.left <= query.right && box.right >= query.left)) continue;
+            if (!(box.top <= query.bottom && box.bottom >= query.top)) continue;
             ++met;
             EXPECT_TRUE(visited.contains(b)) << b;
         }

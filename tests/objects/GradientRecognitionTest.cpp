@@ -11,7 +11,6 @@
 
 #include <cmath>
 #include <functional>
-#include <numbers>
 
 namespace Quillet::Test {
 namespace {
@@ -30,10 +29,7 @@ Colour MakeGray(double share)
 
 Kernel::Counted<PathObject> MakeStrip(const Rect& rect, const Colour& colour)
 {
-    return Kernel::MakeCounted<PathObject>(
-        nullptr, rect,
-        Kernel::MakeCounted<Renderer::FillDescriptor>(Kernel::ConsolidateObjectPostAlloc(Renderer::FillSolid(colour)),
-                                                      Renderer::FillBlendMode::Normal));
+    return Kernel::MakeCounted<PathObject>(nullptr, rect, MakePaint(colour));
 }
 
 /// Strips of width 2 and height 50 from (10, 20) on.
@@ -46,21 +42,12 @@ Kernel::Counted<GroupObject> MakeStack(int count, const std::function<Colour(dou
     return group;
 }
 
-Kernel::Counted<PathObject> MakeEllipse(double x, double y, double width, double height, const Colour& colour)
+/// Around (x, 30).
+Kernel::Counted<PathObject> MakeEllipse(double x, double width, double height, const Colour& colour)
 {
-    constexpr double c_kappa = 0.5522847498;
-    const double w = width / 2, h = height / 2;
-    auto path = Kernel::MakeCounted<Geometry::PolyCurveDbl>();
-    path->AddCurve(Kernel::MakeCounted<Geometry::CurveDbl>());
-    Geometry::CurveDbl& curve = *path->curves.front();
-    curve.AddNode({x, y - h});
-    curve.AddBezierCurve({x + w, y}, {x + w * c_kappa, y - h}, {x + w, y - h * c_kappa});
-    curve.AddBezierCurve({x, y + h}, {x + w, y + h * c_kappa}, {x + w * c_kappa, y + h});
-    curve.AddBezierCurve({x - w, y}, {x - w * c_kappa, y + h}, {x - w, y + h * c_kappa});
-    curve.AddBezierCurve({x, y - h}, {x - w, y - h * c_kappa}, {x - w * c_kappa, y - h});
-    curve.MakeClosed();
     auto object = MakeStrip({}, colour);
-    object->SetPath(path, Geometry::WindingOrderMode::NonZero, false);
+    const auto oval = MakeOval(Params::Translation(x, 30) * Params::Scale(width / 2, height / 2));
+    object->SetPath(MakePath(oval), Geometry::WindingOrderMode::NonZero, false);
     return object;
 }
 
@@ -72,65 +59,34 @@ const Renderer::Gradient& GetGradient(const Object& object)
 
 TEST(GradientRecognition, FindsStacksOfStrips)
 {
-    const auto strip = [](GroupObject& group, std::size_t i) -> PathObject& {
-        return static_cast<PathObject&>(*group.children[i]);
+    const auto none = [](PathObject&) {};
+    const auto box = [](Rect rect) { return [rect](PathObject& strip) { strip.SetBBox(rect); }; };
+    const auto clip = [](PathObject& strip) { strip.SetClipPath(MakeRectangle({0, 0, 90, 90}), {}); };
+    const auto stroke = [](PathObject& strip) {
+        strip.penDescriptor = MakePaint();
+        strip.lineStyleDescriptor = MakeLine(1);
     };
     const struct
     {
         const char* name;
-        int count;
-        std::function<void(GroupObject&)> change;
-        bool isGradient;
+        int count, changed;
+        std::function<void(PathObject&)> change;
+        bool isGradient = false;
     } rows[] = {
-        {"16 strips", 16, [](GroupObject&) {}, true},
-        {"15 strips", 15, [](GroupObject&) {}, false},
-        {"a shorter one", 20,
-         [&](GroupObject& group) {
-             strip(group, 5).SetBBox({20, 20, 22, 69.996});
-         },
-         true},
-        {"one too short", 20,
-         [&](GroupObject& group) {
-             strip(group, 5).SetBBox({20, 20, 22, 69.99});
-         },
-         false},
-        {"a narrow gap", 20,
-         [&](GroupObject& group) {
-             strip(group, 19).SetBBox({48.0005, 20, 50, 70});
-         },
-         true},
-        {"a gap", 20,
-         [&](GroupObject& group) {
-             strip(group, 19).SetBBox({48.002, 20, 50, 70});
-         },
-         false},
-        {"a stroke", 20,
-         [&](GroupObject& group) {
-             strip(group, 7).penDescriptor = MakePaint();
-             strip(group, 7).lineStyleDescriptor = MakeLine(1);
-         },
-         false},
-        {"a turned one", 20,
-         [&](GroupObject& group) {
-             const double angle = std::numbers::pi / 180;
-             strip(group, 7).SetTransform(
-                 Params::FromPdf(std::cos(angle), std::sin(angle), -std::sin(angle), std::cos(angle), 0, 0));
-         },
-         false},
-        {"one that goes on below", 20,
-         [&](GroupObject& group) {
-             strip(group, 19).SetBBox({10, 70, 48, 90});
-         },
-         false},
-        {"a clipped one", 20,
-         [&](GroupObject& group) {
-             strip(group, 7).SetClipPath(MakeRectangle({0, 0, 90, 90}), Geometry::WindingOrderMode::NonZero);
-         },
-         false},
+        {"16 strips", 16, 0, none, true},
+        {"15 strips", 15, 0, none},
+        {"a shorter one", 20, 5, box({20, 20, 22, 69.996}), true},
+        {"one too short", 20, 5, box({20, 20, 22, 69.99})},
+        {"a narrow gap", 20, 19, box({48.0005, 20, 50, 70}), true},
+        {"a gap", 20, 19, box({48.002, 20, 50, 70})},
+        {"one that goes on below", 20, 19, box({10, 70, 48, 90})},
+        {"a turned one", 20, 7, [](auto& strip) { strip.SetTransform(MakeTurn(1)); }},
+        {"a stroke", 20, 7, stroke},
+        {"a clipped one", 20, 7, clip},
     };
     for (const auto& row : rows) {
         const auto group = MakeStack(row.count);
-        row.change(*group);
+        row.change(static_cast<PathObject&>(*group->children[static_cast<std::size_t>(row.changed)]));
         group->ReduceGradient();
         EXPECT_EQ(group->children.size(), row.isGradient ? 1U : std::size_t(row.count)) << row.name;
         EXPECT_EQ(group->children.front()->parent.Get(), group.Get()) << row.name;
@@ -139,17 +95,14 @@ TEST(GradientRecognition, FindsStacksOfStrips)
 
 TEST(GradientRecognition, PlacesTheRampOverAllStrips)
 {
-    const auto placed = [](const GroupObject& group, Kernel::PointT<double> onRamp) {
+    const auto placed = [](const GroupObject& group, auto onRamp) {
         const auto& path = static_cast<const PathObject&>(*group.children.front());
         return path.brushDescriptor->transform.ApplyTo(onRamp);
-    };
-    const auto isAt = [](Kernel::PointT<double> point, double x, double y) {
-        return std::abs(point.x - x) < 1e-9 && std::abs(point.y - y) < 1e-9;
     };
     const auto along = MakeStack(50);
     along->ReduceGradient();
     EXPECT_EQ(along->bbox, (Rect{10, 20, 110, 70}));
-    EXPECT_TRUE(isAt(placed(*along, {0, 0}), 10, 20) && isAt(placed(*along, {1, 1}), 110, 70));
+    EXPECT_TRUE(IsNear(placed(*along, Rect{0, 0, 1, 1}), {10, 20, 110, 70}, 1e-9));
 
     // From top to bottom of strips whose own spaces are flipped.
     const auto down = MakeGroup();
@@ -164,9 +117,8 @@ TEST(GradientRecognition, PlacesTheRampOverAllStrips)
     const auto& stops = GetGradient(*down->children.front()).stops;
     const bool startsRed = stops.front().colour == MakeRed(0);
     EXPECT_EQ(stops.back().colour, MakeRed(startsRed ? 1 : 0));
-    EXPECT_NEAR(placed(*down, {startsRed ? 0.0 : 1.0, 0.5}).y, 0, 1e-9);
-    EXPECT_NEAR(placed(*down, {startsRed ? 1.0 : 0.0, 0.5}).y, 32, 1e-9);
-    EXPECT_NEAR(std::abs(placed(*down, {0.5, 0}).x - placed(*down, {0.5, 1}).x), 30, 1e-9);
+    EXPECT_TRUE(IsNear(placed(*down, Rect{0, 0, 1, 1}), {5, 0, 35, 32}, 1e-9));
+    EXPECT_NEAR(placed(*down, Kernel::PointT<double>{startsRed ? 0.0 : 1.0, 0.5}).y, 0, 1e-9);
 }
 
 TEST(GradientRecognition, KeepsTheStopsThatTellMoreThanTheirNeighbours)
@@ -206,7 +158,7 @@ TEST(GradientRecognition, FindsEllipsesAroundOneCentre)
         if (hasBackground) group->Add(MakeStrip({0, 0, 100, 60}, MakeRed(0)));
         for (int i = 0; i < ellipses; ++i) {
             const double part = 1 - double(i) / ellipses;
-            group->Add(MakeEllipse(50 + (i == 9 ? offset : 0), 30, 90 * part, 50 * part, MakeRed(1 - part)));
+            group->Add(MakeEllipse(50 + (i == 9 ? offset : 0), 90 * part, 50 * part, MakeRed(1 - part)));
         }
         group->UpdateBBox();
         group->ReduceGradient();

@@ -9,39 +9,15 @@
 namespace Quillet::Test {
 namespace {
 
-using Geometry::WindingOrderMode;
-
 TEST(GroupObjectBox, JoinsTheBoxesOfChildrenWithAnArea)
 {
-    const struct
-    {
-        const char* name;
-        std::vector<Rect> children;
-        Rect box;
-    } rows[] = {
-        {"a line adds nothing", {{5, 5, 8, 9}, {20, 0, 20, 50}, {-1, 6, 2, 7}}, {-1, 5, 8, 9}},
-        {"only lines", {{20, 0, 20, 50}, {0, 3, 50, 3}}, {}},
-    };
-    for (const auto& row : rows) {
-        const auto group = MakeGroup();
-        for (const Rect& rect : row.children)
-            group->Add(MakeBox(rect));
-        group->UpdateBBox();
-        EXPECT_EQ(group->bbox, row.box) << row.name;
-    }
-}
-
-TEST(GroupObjectBox, IsCutByTheClipInPageSpace)
-{
-    const Params toPage = Params::FromPdf(2, 0, 0, -2, 10, 100);
-    const Geometry::PolyCurveDbl path(Rect{0, 0, 10, 10});
-    const auto group = Kernel::MakeCounted<GroupObject>(nullptr, path, WindingOrderMode::EvenOdd, toPage);
-    group->Add(MakeBox({0, 90, 20, 200}));
-    group->UpdateBBox();
-    EXPECT_EQ(group->bbox, (Rect{10, 90, 20, 100}));
-    group->children.front()->SetBBox({200, 200, 300, 300});
+    const auto group = MakeGroup({MakeBox({20, 0, 20, 50})});
     group->UpdateBBox();
     EXPECT_EQ(group->bbox, Rect{});
+    group->Add(MakeBox({5, 5, 8, 9}));
+    group->Add(MakeBox({-1, 6, 2, 7}));
+    group->UpdateBBox();
+    EXPECT_EQ(group->bbox, (Rect{-1, 5, 8, 9}));
 }
 
 TEST(GroupObject, IsPreservedForWhatItSaysBeyondItsChildren)
@@ -68,9 +44,9 @@ TEST(GroupObject, IsPreservedForWhatItSaysBeyondItsChildren)
     EXPECT_TRUE(Kernel::MakeCounted<LayerObject>(nullptr)->IsPreserve());
     const auto form = MakeGroup();
     form->SetIsXObject(true);
-    form->Add(MakeBox({0, 0, 1, 1}));
+    form->Add(MakeBox());
     EXPECT_FALSE(form->IsPreserve());
-    form->Add(MakeBox({0, 0, 1, 1}));
+    form->Add(MakeBox());
     EXPECT_TRUE(form->IsPreserve());
 }
 
@@ -80,7 +56,7 @@ TEST(GroupObject, MovesChildrenWithTheirParentLinks)
     const auto target = MakeGroup();
     GroupObject::Children objects;
     for (int i = 0; i < 6; ++i)
-        objects.push_back(MakeBox({0, 0, 1, 1}));
+        objects.push_back(MakeBox());
     source->Insert(source->children.end(), objects.begin(), objects.begin() + 3);
     target->Add(objects[3]);
     target->AcquireContent(source, source->children.begin() + 1);
@@ -93,65 +69,27 @@ TEST(GroupObject, MovesChildrenWithTheirParentLinks)
 
 TEST(GroupObject, LeavesNoLinkToItselfBehind)
 {
-    const auto leaf = MakeBox({0, 0, 1, 1});
-    const auto kept = MakeGroup();
-    kept->Add(leaf);
-    {
-        const auto root = MakeGroup();
-        root->Add(kept);
-        EXPECT_TRUE(root->IsAncestorOf(leaf));
-    }
+    const auto leaf = MakeBox();
+    const auto kept = MakeGroup({leaf});
+    EXPECT_TRUE(MakeGroup({kept})->IsAncestorOf(leaf));
     EXPECT_EQ(kept->parent, nullptr);
     kept->Clear();
     EXPECT_EQ(leaf->parent, nullptr);
 }
 
-TEST(GroupObject, VisitsGroupsBelowBeforeThoseAbove)
-{
-    const auto root = MakeGroup(), left = MakeGroup(), leaf = MakeGroup(), right = MakeGroup();
-    root->Add(left);
-    left->Add(MakeBox({0, 0, 1, 1}));
-    left->Add(leaf);
-    root->children.push_back(nullptr);
-    root->Add(right);
-    std::vector<GroupObject*> visited;
-    root->VisitSubGroups([&](GroupObject* group) {
-        visited.push_back(group);
-        // A pass may do as it likes with what it is handed.
-        group->children.clear();
-    });
-    EXPECT_EQ(visited, (std::vector{leaf.Get(), left.Get(), right.Get(), root.Get()}));
-}
-
-TEST(GroupObject, AsksObjectsBelowForTheirOutlines)
-{
-    const auto root = MakeGroup();
-    const auto inner = MakeGroup();
-    root->Add(MakeBox({0, 0, 10, 10}));
-    root->Add(inner);
-    inner->Add(MakeBox({20, 20, 30, 30}));
-    EXPECT_FALSE(root->PreciseIsContainedIn({0, 0, 10, 10}, 0));
-    EXPECT_TRUE(root->PreciseIsContainedIn({0, 0, 29, 29}, 1));
-    EXPECT_TRUE(root->PreciseOverlaps({25, 25, 26, 26}, 0));
-    EXPECT_FALSE(root->PreciseOverlaps({12, 12, 18, 18}, 0));
-}
-
 TEST(LayerObject, TakesAClipThatWasFilledSinceTheMarkOnlyIfItIsFirst)
 {
     for (const bool isFirst : {true, false}) {
-        const auto root = MakeGroup(), outer = MakeGroup(), filled = MakeGroup();
-        root->Add(outer);
-        if (!isFirst) outer->Add(MakeBox({0, 0, 1, 1}));
-        outer->Add(filled);
-        filled->Add(MakeBox({0, 0, 1, 1}));
-        root->Add(MakeBox({0, 0, 1, 1}));
+        const auto filled = MakeGroup({MakeBox()});
+        const auto outer = isFirst ? MakeGroup({filled}) : MakeGroup({MakeBox(), filled});
+        const auto root = MakeGroup({outer, MakeBox()});
         const GroupObject::Children before = root->children;
         const auto layer = Kernel::MakeCounted<LayerObject>(nullptr);
         EXPECT_EQ(layer->AcquireMarkedContent(filled), isFirst ? root : nullptr);
         EXPECT_EQ(isFirst ? layer->children : root->children, before);
     }
     const auto layer = Kernel::MakeCounted<LayerObject>(nullptr);
-    EXPECT_EQ(layer->AcquireMarkedContent(MakeBox({0, 0, 1, 1})), nullptr) << "an object outside any tree";
+    EXPECT_EQ(layer->AcquireMarkedContent(MakeBox()), nullptr) << "an object outside any tree";
     EXPECT_EQ(layer->AcquireMarkedContent(nullptr), nullptr);
 }
 
@@ -176,7 +114,7 @@ TEST(GroupObject, NestsBeyondTheStack)
     EXPECT_FALSE(root->HasText());
     EXPECT_EQ(innermost->GetPage(), nullptr);
 
-    root->Add(MakeBox({0, 0, 1, 1}));
+    root->Add(MakeBox());
     const auto layer = Kernel::MakeCounted<LayerObject>(nullptr);
     EXPECT_EQ(layer->AcquireMarkedContent(mark), root);
     EXPECT_EQ(layer->children.size(), 2U);

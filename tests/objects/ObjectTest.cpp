@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace Quillet::Test {
 namespace {
 
@@ -19,24 +21,17 @@ using Geometry::WindingOrderMode;
 
 TEST(Object, ComparesItsBoxWithARectangle)
 {
-    const struct
-    {
-        const char* name;
-        Rect box, rect;
-        double tolerance;
-        bool isContained, overlaps;
-    } rows[] = {
-        {"across an edge, within tolerance", {8, 2, 12, 4}, {0, 0, 10, 10}, 2, true, true},
-        {"touching", {10, 2, 12, 4}, {0, 0, 10, 10}, 0, false, false},
-        {"touching, with tolerance", {10, 2, 12, 4}, {0, 0, 10, 10}, 1e-5, false, true},
-        {"a line inside", {2, 2, 2, 4}, {0, 0, 10, 10}, 0, true, false},
-        {"in a rectangle with its corners exchanged", {2, 2, 4, 4}, {10, 10, 0, 0}, 0, false, true},
+    using Answers = std::pair<bool, bool>;
+    const auto compare = [](const Rect& box, const Rect& rect, double tolerance) {
+        const auto object = MakeBox(box);
+        return Answers(object->IsContainedIn(rect, tolerance), object->Overlaps(rect, tolerance));
     };
-    for (const auto& row : rows) {
-        const auto object = MakeBox(row.box);
-        EXPECT_EQ(object->IsContainedIn(row.rect, row.tolerance), row.isContained) << row.name;
-        EXPECT_EQ(object->Overlaps(row.rect, row.tolerance), row.overlaps) << row.name;
-    }
+    const Rect rect{0, 0, 10, 10};
+    EXPECT_EQ(compare({8, 2, 12, 4}, rect, 2), Answers(true, true)) << "across an edge";
+    EXPECT_EQ(compare({10, 2, 12, 4}, rect, 0), Answers(false, false)) << "touching";
+    EXPECT_EQ(compare({10, 2, 12, 4}, rect, 1e-5), Answers(false, true)) << "touching";
+    EXPECT_EQ(compare({2, 2, 2, 4}, rect, 0), Answers(true, false)) << "a line inside";
+    EXPECT_EQ(compare({2, 2, 4, 4}, {10, 10, 0, 0}, 0), Answers(false, true)) << "corners exchanged";
 }
 
 TEST(Object, CutsItsBoxByTheClipWhenEitherIsSet)
@@ -55,55 +50,27 @@ TEST(Object, CutsItsBoxByTheClipWhenEitherIsSet)
 TEST(Object, TellsSharedClipsFromEqualOnes)
 {
     const auto clip = MakeRectangle({0, 0, 10, 10});
-    const auto sharing = Kernel::MakeCounted<Geometry::PolyCurveDbl>();
-    sharing->AddCurve(clip->curves.front());
-    const struct
-    {
-        const char* name;
-        Kernel::Counted<const Geometry::PolyCurveDbl> clip;
-        WindingOrderMode winding;
-        Params transform;
-        bool hasSameClip, isCompatible;
-    } rows[] = {
-        {"same curves", sharing, WindingOrderMode::NonZero, {}, true, true},
-        {"equal", clip->Clone(), WindingOrderMode::NonZero, {}, false, true},
-        {"different", MakeRectangle({0, 0, 10, 11}), WindingOrderMode::NonZero, {}, false, false},
-        {"other rule", clip, WindingOrderMode::EvenOdd, {}, false, false},
-        {"other transform", clip, WindingOrderMode::NonZero, Params::Translation(0.001, 0), false, false},
-    };
-    for (const auto& row : rows) {
-        const auto object = MakeBox({0, 0, 1, 1});
+    const auto compare = [&](const Kernel::Counted<const Geometry::PolyCurveDbl>& otherClip,
+                             WindingOrderMode winding = WindingOrderMode::NonZero, const Params& transform = {}) {
+        const auto object = MakeBox();
         object->SetClipPath(clip, WindingOrderMode::NonZero);
-        const auto other = MakeBox({0, 0, 1, 1});
-        other->SetClipPath(row.clip, row.winding);
-        other->SetTransform(row.transform);
-        EXPECT_EQ(object->HasSameClip(other), row.hasSameClip) << row.name;
-        EXPECT_EQ(object->HasCompatibleAttributes(other), row.isCompatible) << row.name;
-    }
+        const auto other = MakeBox();
+        other->SetClipPath(otherClip, winding);
+        other->SetTransform(transform);
+        return std::pair(object->HasSameClip(other), object->HasCompatibleAttributes(other));
+    };
+    EXPECT_EQ(compare(MakePath(clip->curves.front())), std::pair(true, true));
+    EXPECT_EQ(compare(clip->Clone()), std::pair(false, true));
+    EXPECT_EQ(compare(MakeRectangle({0, 0, 10, 11})), std::pair(false, false));
+    EXPECT_EQ(compare(clip, WindingOrderMode::EvenOdd), std::pair(false, false));
+    EXPECT_EQ(compare(clip, WindingOrderMode::NonZero, Params::Translation(0.001, 0)), std::pair(false, false));
 
     // Without clips, the rule is left over from nothing: one of the two comparisons looks at it all the same.
-    const auto plain = MakeBox({0, 0, 1, 1});
-    const auto other = MakeBox({0, 0, 1, 1});
+    const auto plain = MakeBox();
+    const auto other = MakeBox();
     other->SetClipPath(nullptr, WindingOrderMode::EvenOdd);
     EXPECT_FALSE(plain->HasSameClip(other));
     EXPECT_TRUE(plain->HasCompatibleAttributes(other));
-}
-
-TEST(Object, FindsPageAndSettingsThroughItsParents)
-{
-    TestDocument document(MakePagePdf("q 10 10 20 20 re W n 12 12 5 5 re f Q 1 1 5 5 re f"));
-    document->SetTextFidelity(TextFidelityEditable);
-    const Kernel::Counted<GroupObject> root = document.Build();
-    ASSERT_EQ(root->children.size(), 2U);
-    ASSERT_TRUE(root->children[0]->AsGroup());
-    const Kernel::Counted<Object> clipped = root->children[0]->AsGroup()->children.at(0);
-    EXPECT_EQ(clipped->GetPage().Get(), document->GetPage(0).Get());
-    EXPECT_EQ(clipped->GetTextFidelity(), TextFidelityEditable);
-
-    root->UpdateBBoxes();
-    EXPECT_EQ(clipped->transformedBBox, (Rect{12, 83, 17, 88}));
-    root->Clear();
-    EXPECT_EQ(clipped->GetPage(), nullptr);
 }
 
 TEST(BitmapObject, StandsOnTheUnitSquareWithItsFirstRowAtTheTop)

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace Quillet::Test {
 namespace {
 
@@ -98,13 +100,8 @@ TEST_F(StatePath, TurnsWithItsPaintsAndStaysOnThePage)
 
 TEST(PathObject, GoesByItsOutlineWherePrecisionIsAskedFor)
 {
-    // An arch from (0, 0) to (30, 0) that rises to 15 although its control points are at 20.
-    const auto curve = Kernel::MakeCounted<Geometry::CurveDbl>();
-    curve->AddNode({0, 0});
-    curve->AddBezierCurve({30, 0}, {0, 20}, {30, 20});
     PathObject object(nullptr, Rect{}, MakePaint());
-    object.path = Kernel::MakeCounted<Geometry::PolyCurveDbl>();
-    object.path->AddCurve(curve);
+    object.path = MakeArch();
     object.UpdateBBox();
     EXPECT_FALSE(object.IsContainedIn({0, 0, 30, 15}, 0));
     EXPECT_TRUE(object.PreciseIsContainedIn({0, 0, 30, 15}, 1e-9));
@@ -127,8 +124,7 @@ TEST(PathObject, OverlapsByTheStrokeOfALevelLine)
     const auto curve = Kernel::MakeCounted<Geometry::CurveDbl>();
     curve->AddLine({0, 5}, {30, 5});
     PathObject object(nullptr, Rect{}, nullptr);
-    object.path = Kernel::MakeCounted<Geometry::PolyCurveDbl>();
-    object.path->AddCurve(curve);
+    object.path = MakePath(curve);
     EXPECT_FALSE(object.PreciseOverlaps({0, 0, 10, 10}, 0));
     object.penDescriptor = MakePaint();
     object.lineStyleDescriptor = MakeLine(2);
@@ -136,74 +132,57 @@ TEST(PathObject, OverlapsByTheStrokeOfALevelLine)
     EXPECT_FALSE(object.PreciseOverlaps({0, 0, 10, 4}, 0));
 }
 
-struct Painted
+/// A fill ("f"), a stroke ("s") or both ("fs").
+Kernel::Counted<PathObject> Make(const std::string& paints, const Rect& rect = {0, 0, 10, 10},
+                                 const Params& transform = {}, bool isBlended = false)
 {
-    Rect rect;
-    Params transform;
-    bool isFilled, isStroked;
-    Renderer::FillBlendMode::BlendMode blendMode = Renderer::FillBlendMode::Normal;
-};
-
-Kernel::Counted<PathObject> Make(const Painted& painted)
-{
-    const auto object =
-        Kernel::MakeCounted<PathObject>(nullptr, painted.rect, painted.isFilled ? MakePaint() : nullptr);
-    object->SetTransform(painted.transform);
-    object->blendMode = painted.blendMode;
-    if (painted.isStroked) {
-        object->penDescriptor = MakePaint(0.5F);
-        object->lineStyleDescriptor = MakeLine(3);
-    }
+    const bool isStroked = paints.back() == 's';
+    const auto object = Kernel::MakeCounted<PathObject>(nullptr, rect, paints[0] == 'f' ? MakePaint() : nullptr);
+    object->SetTransform(transform);
+    if (isBlended) object->blendMode = Renderer::FillBlendMode::Multiply;
+    if (isStroked) object->penDescriptor = MakePaint(0.5F);
+    if (isStroked) object->lineStyleDescriptor = MakeLine(3);
     return object;
+}
+
+bool Combine(const Kernel::Counted<PathObject>& first, const Kernel::Counted<PathObject>& second)
+{
+    const bool isStrokeFirst = first->IsStroked();
+    first->opacity = 0.75;
+    const bool isCombined = first->TryCombineFillStroke(second);
+    EXPECT_EQ(first->IsFilled() && first->IsStroked(), isCombined);
+    EXPECT_EQ(first->opacity, 0.75);
+    const bool isBehind = first->lineStyleDescriptor && first->lineStyleDescriptor->isBehindFill;
+    EXPECT_EQ(isBehind, isCombined && isStrokeFirst);
+    return isCombined;
 }
 
 TEST(PathObjectCombining, TakesAFillAndAStrokeOfOneShape)
 {
-    using enum Renderer::FillBlendMode::BlendMode;
     const Rect rect{0, 0, 10, 10};
-    const Rect moved{5, 0, 15, 10};
     const Params shift = Params::Translation(-5, 0);
-    const struct
-    {
-        const char* name;
-        Painted first, second;
-        bool isCombined;
-    } rows[] = {
-        {"stroke over fill", {rect, {}, true, false}, {rect, {}, false, true}, true},
-        {"fill over stroke", {rect, {}, false, true}, {rect, {}, true, false}, true},
-        {"one shape in two spaces", {rect, {}, true, false}, {moved, shift, false, true}, true},
-        {"one path in two places", {rect, {}, true, false}, {rect, shift, false, true}, false},
-        {"near", {rect, {}, true, false}, {{0, 0, 10, 10.0009}, {}, false, true}, true},
-        {"not near", {rect, {}, true, false}, {{0, 0, 10, 10.0011}, {}, false, true}, false},
-        {"below a fill with a stroke", {rect, {}, true, false}, {rect, {}, true, true}, false},
-        {"first in a blend mode", {rect, {}, true, false, Multiply}, {rect, {}, false, true}, false},
-        {"second in a blend mode", {rect, {}, true, false}, {rect, {}, false, true, Multiply}, false},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        const auto first = Make(row.first);
-        const auto second = Make(row.second);
-        first->opacity = 0.75;
-        EXPECT_EQ(first->TryCombineFillStroke(second), row.isCombined);
-        EXPECT_EQ(first->IsFilled() && first->IsStroked(), row.isCombined);
-        EXPECT_EQ(first->opacity, 0.75);
-        const bool isBehind = first->lineStyleDescriptor && first->lineStyleDescriptor->isBehindFill;
-        EXPECT_EQ(isBehind, row.isCombined && row.first.isStroked);
-    }
+    EXPECT_TRUE(Combine(Make("f"), Make("s")));
+    EXPECT_TRUE(Combine(Make("s"), Make("f")));
+    EXPECT_TRUE(Combine(Make("f"), Make("s", {5, 0, 15, 10}, shift))) << "one shape in two spaces";
+    EXPECT_FALSE(Combine(Make("f"), Make("s", rect, shift))) << "one path in two places";
+    EXPECT_TRUE(Combine(Make("f"), Make("s", {0, 0, 10, 10.0009})));
+    EXPECT_FALSE(Combine(Make("f"), Make("s", {0, 0, 10, 10.0011})));
+    EXPECT_FALSE(Combine(Make("f"), Make("fs")));
+    EXPECT_FALSE(Combine(Make("f", rect, {}, true), Make("s")));
+    EXPECT_FALSE(Combine(Make("f"), Make("s", rect, {}, true)));
 }
 
 TEST(PathObjectCombining, GoesByWhatTheLaterObjectDraws)
 {
-    const Rect rect{0, 0, 10, 10};
-    const auto fill = Make({rect, {}, true, false});
-    const auto stroke = Make({rect, {}, false, true});
+    const auto fill = Make("f");
+    const auto stroke = Make("s");
     stroke->path->curves.front()->SetClosed(false);
     EXPECT_TRUE(fill->TryCombineFillStroke(stroke));
     EXPECT_FALSE(fill->IsClosed());
 
-    const auto under = Make({rect, {}, false, true});
+    const auto under = Make("s");
     const auto sharedStyle = under->lineStyleDescriptor;
-    const auto over = Make({rect, {}, true, false});
+    const auto over = Make("f");
     over->winding = WindingOrderMode::EvenOdd;
     over->path->curves.front()->SetClosed(false);
     EXPECT_TRUE(under->TryCombineFillStroke(over));
@@ -214,14 +193,14 @@ TEST(PathObjectCombining, GoesByWhatTheLaterObjectDraws)
 
 TEST(PathObjectCombining, ComparesCurvesAndClips)
 {
-    const auto single = Make({{0, 0, 10, 10}, {}, true, false});
-    const auto pair = Make({{0, 0, 10, 10}, {}, false, true});
+    const auto single = Make("f");
+    const auto pair = Make("s");
     pair->path->AddRectangle({20, 20, 30, 30});
     EXPECT_FALSE(single->TryCombineFillStroke(pair));
     const auto clip = Kernel::MakeCounted<Geometry::PolyCurveDbl>(Rect{0, 0, 5, 10});
     for (const auto& [isFirst, isSecond] : {std::pair{true, false}, {false, true}, {true, true}}) {
-        const auto fill = Make({{0, 0, 10, 10}, {}, true, false});
-        const auto stroke = Make({{0, 0, 10, 10}, {}, false, true});
+        const auto fill = Make("f");
+        const auto stroke = Make("s");
         if (isFirst) fill->SetClipPath(clip, WindingOrderMode::NonZero);
         if (isSecond) stroke->SetClipPath(clip->Clone(), WindingOrderMode::NonZero);
         EXPECT_EQ(fill->TryCombineFillStroke(stroke), isFirst && isSecond);

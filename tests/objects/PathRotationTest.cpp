@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <tuple>
 #include <vector>
 
 namespace Quillet::Test {
@@ -13,14 +14,6 @@ namespace {
 using Point = Kernel::PointT<double>;
 using Curve = Kernel::Counted<Geometry::CurveDbl>;
 using Geometry::WindingOrderMode;
-
-constexpr double c_pi = std::numbers::pi;
-
-Params MakeTurn(double degrees)
-{
-    const double angle = degrees * c_pi / 180;
-    return Params::FromPdf(std::cos(angle), std::sin(angle), -std::sin(angle), std::cos(angle), 0, 0);
-}
 
 /// Away from the origin, so that a turn about the wrong centre shows.
 Curve MakePolygon(const std::vector<Point>& points, double degrees, bool closed = true)
@@ -36,36 +29,12 @@ Curve MakePolygon(const std::vector<Point>& points, double degrees, bool closed 
     return curve;
 }
 
-Kernel::Counted<Geometry::PolyCurveDbl> MakePath(const Curve& curve)
-{
-    const auto path = Kernel::MakeCounted<Geometry::PolyCurveDbl>();
-    path->AddCurve(curve);
-    return path;
-}
-
-/// Four arcs that start at the angle `start`, which is a multiple of a right angle.
-Curve MakeOval(double radiusX, double radiusY, double start, double degrees)
-{
-    constexpr double k = 0.5522847498307936;
-    const Params toOval =
-        Params::Translation(300, 200) * MakeTurn(degrees) * Params::Scale(radiusX, radiusY) * MakeTurn(start);
-    const auto curve = Kernel::MakeCounted<Geometry::CurveDbl>();
-    curve->AddNode({1, 0});
-    curve->AddBezierCurve({0, 1}, {1, k}, {k, 1});
-    curve->AddBezierCurve({-1, 0}, {-k, 1}, {-1, k});
-    curve->AddBezierCurve({0, -1}, {-1, -k}, {-k, -1});
-    curve->AddBezierCurve({1, 0}, {k, -1}, {1, -k});
-    curve->MakeClosed();
-    curve->Transform(toOval);
-    return curve;
-}
-
 /// An ellipse of `sides` chords; the vertex `bumped`, if there is one, stands out by `bump`.
 Curve MakeRoundPolygon(int sides, double radiusX, double radiusY, double degrees, int bumped = -1, double bump = 0)
 {
     std::vector<Point> points;
     for (int i = 0; i < sides; ++i) {
-        const double angle = 2 * c_pi * i / sides;
+        const double angle = 2 * std::numbers::pi * i / sides;
         const double grown = i == bumped ? bump : 0;
         points.push_back({(radiusX + grown) * std::cos(angle), (radiusY + grown) * std::sin(angle)});
     }
@@ -88,8 +57,8 @@ void ExpectInPlace(const PathObject& object, const Geometry::CurveDbl& original,
     const auto& nodes = object.path->curves.front()->nodes;
     ASSERT_EQ(nodes.size(), original.nodes.size());
     for (std::size_t i = 0; i < nodes.size(); ++i) {
-        EXPECT_TRUE(nodes[i].IsEqual(
-            {object.transform.GetInverse().ApplyTo(toPage.ApplyTo(original.nodes[i].point)), nodes[i].style}, 1e-9));
+        const Point onPage = toPage.ApplyTo(original.nodes[i].point);
+        EXPECT_TRUE(nodes[i].IsEqual({object.transform.GetInverse().ApplyTo(onPage), nodes[i].style}, 1e-9));
     }
     const Point centre = original.GetApproxBBox().GetCentre();
     const Point moved = object.transform.ApplyTo(centre);
@@ -99,39 +68,31 @@ void ExpectInPlace(const PathObject& object, const Geometry::CurveDbl& original,
 
 TEST(PathRotation, StandsShapesUpright)
 {
-    const struct
-    {
-        const char* name;
-        Curve curve;
-        double turn;
-        char shape;
-    } rows[] = {
+    const Params place = Params::Translation(300, 200);
+    const std::tuple<const char*, Curve, double, char> rows[] = {
         {"rectangle", MakePolygon(c_corners, 0), c_flip, 'r'},
         {"rectangle at 30", MakePolygon(c_corners, 30), 30, 'r'},
         {"triangle at 30", MakePolygon({{0, 0}, {50, 0}, {20, 30}}, 30), c_flip, '-'},
         {"line at -90", MakePolygon({{0, 0}, {50, 0}}, -90, false), -90, 'l'},
         {"dot", MakePolygon({{0, 0}, {1e-7, 0}}, 0, false), c_flip, 'l'},
-        {"ellipse at 30 from its side", MakeOval(50, 20, 0, 30), 120, 'e'},
+        {"ellipse at 30 from its side", MakeOval(place * MakeTurn(30) * Params::Scale(50, 20)), 120, 'e'},
         {"polygon of 31", MakeRoundPolygon(31, 10, 10, 0), 180 - 180.0 / 62, 'e'},
         {"polygon of 29", MakeRoundPolygon(29, 10, 10, 0), c_flip, '-'},
         {"polygon of 36, an ellipse at 25", MakeRoundPolygon(36, 60, 20, 25), 25 - 180, 'e'},
         {"polygon of 36, one vertex near", MakeRoundPolygon(36, 80, 80, 0, 5, 0.06), 180, 'e'},
         {"polygon of 36, one vertex off", MakeRoundPolygon(36, 80, 80, 0, 5, 0.065), c_flip, '-'},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto& [name, curve, turn, shape] : rows) {
+        SCOPED_TRACE(name);
         PathObject object(nullptr, Rect{}, nullptr);
-        object.SetPath(MakePath(row.curve), WindingOrderMode::EvenOdd, false);
+        object.SetPath(MakePath(curve), WindingOrderMode::EvenOdd, false);
 
-        const Params& transform = object.transform;
-        if (row.turn == c_flip) {
-            EXPECT_TRUE(Params::FromPdf(1, 0, 0, -1, transform.e, transform.f).IsEqual(transform, 1e-9));
-        } else {
-            const Params turn = MakeTurn(row.turn);
-            EXPECT_TRUE((Params{turn.a, turn.c, transform.e, turn.b, turn.d, transform.f}).IsEqual(transform, 1e-9));
-        }
-        EXPECT_EQ(GetShape(object), row.shape);
-        ExpectInPlace(object, *row.curve, {});
+        Params expected = turn == c_flip ? Params::Scale(1, -1) : MakeTurn(turn);
+        expected.e = object.transform.e;
+        expected.f = object.transform.f;
+        EXPECT_TRUE(expected.IsEqual(object.transform, 1e-9));
+        EXPECT_EQ(GetShape(object), shape);
+        ExpectInPlace(object, *curve, {});
         EXPECT_EQ(object.bbox, object.path->GetApproxBBox());
     }
 }
@@ -154,22 +115,19 @@ TEST(PathRotation, LooksForEllipsesInStraightPolygonsOnly)
 TEST(PathRotation, MeasuresShapesOnThePage)
 {
     // A corner 0.05 off is within a sixteenth of a point, unless the page shows it enlarged.
-    const std::pair<Params, bool> rows[] = {
-        {{}, true},
-        {MakeTurn(45) * Params::Scale(1.2, 1.2), true},
-        {MakeTurn(45) * Params::Scale(1.3, 1.3), false},
-        {{0, 0, 0, 0, 0, 0}, false},
-    };
     auto corners = c_corners;
     corners[2].y += 0.05;
-    const auto path = MakePath(MakePolygon(corners, 0));
-    for (const auto& [toPage, isRectangle] : rows) {
+    const auto isRectangle = [path = MakePath(MakePolygon(corners, 0))](const Params& toPage) {
         PathObject object(nullptr, Rect{}, nullptr);
         object.SetTransform(toPage);
         object.SetPath(path, WindingOrderMode::NonZero, false);
-        EXPECT_EQ(object.isRectangle, isRectangle) << toPage.a << " " << toPage.b;
         if (toPage.GetDeterminant() != 0) ExpectInPlace(object, *path->curves.front(), toPage);
-    }
+        return object.isRectangle;
+    };
+    EXPECT_TRUE(isRectangle({}));
+    EXPECT_TRUE(isRectangle(MakeTurn(45) * Params::Scale(1.2, 1.2)));
+    EXPECT_FALSE(isRectangle(MakeTurn(45) * Params::Scale(1.3, 1.3)));
+    EXPECT_FALSE(isRectangle({0, 0, 0, 0, 0, 0}));
 }
 
 TEST(PathRotation, KeepsTheOrientationOnRequestUnlessTheShapeIsTurned)

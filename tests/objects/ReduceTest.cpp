@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include <numbers>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace Quillet::Test {
@@ -22,16 +22,14 @@ constexpr Rect c_page{0, 0, 100, 100};
 
 Kernel::Counted<GroupObject> MakeClip(const Rect& clip, const Children& children = {})
 {
-    auto group = MakeGroup();
+    auto group = MakeGroup(children);
     group->SetClipPath(MakeRectangle(clip), WindingOrderMode::NonZero);
-    group->Insert(group->children.end(), children.begin(), children.end());
     return group;
 }
 
 Kernel::Counted<GroupObject> MakeRoot(const Children& children)
 {
-    auto root = MakeGroup();
-    root->Insert(root->children.end(), children.begin(), children.end());
+    auto root = MakeGroup(children);
     root->UpdateBBoxes();
     return root;
 }
@@ -65,32 +63,27 @@ std::string Sketch(const GroupObject& group)
     return text;
 }
 
+/// Whether a group gives its clip, which is `clip` and 5 to the right, to the first of its objects.
+bool ConvertClip(const Rect& clip, const Kernel::Counted<PathObject>& object, const Children& others = {})
+{
+    object->SetTransform(Params::Translation(5, 0));
+    const Rect moved{clip.left + 5, clip.top, clip.right + 5, clip.bottom};
+    const auto group = MakeClip(moved, {object});
+    group->Insert(group->children.end(), others.begin(), others.end());
+    group->ConvertClippedRectangles();
+    const Rect shape = group->clipPath ? Rect{5, 0, 55, 50} : moved;
+    EXPECT_TRUE(object->IsStroked() || IsNear(object->transformedBBox, shape, 1e-9));
+    return !group->clipPath;
+}
+
 TEST(ReduceClips, ARectangleTakesTheShapeOfAClipWithinIt)
 {
-    const struct
-    {
-        const char* name;
-        Rect clip;
-        bool isStroked, isAlone, isConverted;
-    } rows[] = {
-        {"within", {10, 20, 30, 40}, false, true, true},
-        {"as large, by rounding larger", {-0.0004, 0, 50, 50.0004}, false, true, true},
-        {"larger", {-0.001, 0, 50, 50}, false, true, false},
-        {"stroked", {10, 20, 30, 40}, true, true, false},
-        {"with another", {10, 20, 30, 40}, false, false, false},
-    };
-    for (const auto& row : rows) {
-        const auto object = row.isStroked ? MakeStroke({0, 0, 50, 50}) : MakeBox({0, 0, 50, 50});
-        object->SetTransform(Params::Translation(5, 0));
-        const Rect moved{row.clip.left + 5, row.clip.top, row.clip.right + 5, row.clip.bottom};
-        const auto group = MakeClip(moved, {object});
-        if (!row.isAlone) group->Add(MakeBox({0, 0, 1, 1}));
-        group->ConvertClippedRectangles();
-        EXPECT_EQ(!group->clipPath, row.isConverted) << row.name;
-        const Rect shape = row.isConverted ? moved : object->transformedBBox;
-        EXPECT_TRUE(object->transformedBBox.Inflated(1e-9).Contains(shape)) << row.name;
-        EXPECT_TRUE(shape.Inflated(1e-9).Contains(object->transformedBBox)) << row.name;
-    }
+    const Rect rect{0, 0, 50, 50};
+    EXPECT_TRUE(ConvertClip({10, 20, 30, 40}, MakeBox(rect)));
+    EXPECT_TRUE(ConvertClip({-0.0004, 0, 50, 50.0004}, MakeBox(rect)));
+    EXPECT_FALSE(ConvertClip({-0.001, 0, 50, 50}, MakeBox(rect)));
+    EXPECT_FALSE(ConvertClip({10, 20, 30, 40}, MakeStroke(rect)));
+    EXPECT_FALSE(ConvertClip({10, 20, 30, 40}, MakeBox(rect), {MakeBox()}));
 }
 
 TEST(ReduceClips, TheWindingOfAClipGoesWithIt)
@@ -108,87 +101,24 @@ TEST(ReduceClips, TheWindingOfAClipGoesWithIt)
     EXPECT_EQ(root->children.front()->clipWinding, WindingOrderMode::EvenOdd);
 }
 
-TEST(ReduceClips, WhatStandsOutsideGoesButLayers)
-{
-    const auto root =
-        MakeRoot({MakeClip({0, 0, 50, 50}, {MakeBox({49, 0, 60, 10}), MakeBox({50.0001, 0, 60, 10}), MakeLayer("far"),
-                                            MakeClip({60, 60, 90, 90}, {MakeBox({60, 60, 90, 90})})}),
-                  MakeBox({60, 60, 70, 70})});
-    Reduction::RemoveClippedObjects(*root);
-    EXPECT_EQ(Sketch(*root), "c(oL())o");
-    EXPECT_EQ(root->children[0]->bbox, (Rect{49, 0, 50, 10}));
-}
-
 TEST(ReduceClips, ThoseThatCutNothingGo)
 {
     const auto arch = MakeBox({});
-    const auto curve = Kernel::MakeCounted<Geometry::PolyCurveDbl>();
-    curve->AddCurve(Kernel::MakeCounted<Geometry::CurveDbl>());
-    curve->curves.front()->AddNode({0, 0});
-    curve->curves.front()->AddBezierCurve({30, 0}, {0, 20}, {30, 20});
-    arch->SetPath(curve, WindingOrderMode::NonZero, true);
-    const struct
-    {
-        const char* name;
-        Rect clip;
-        Kernel::Counted<Object> object;
-        bool isGone;
-    } rows[] = {
-        {"the page", {0.06, -0.06, 100, 100}, MakeBox({-50, -50, 200, 200}), true},
-        {"nearly the page", {0.07, 0, 100, 100}, MakeBox({-50, -50, 200, 200}), false},
-        {"content within tolerance", {10, 10, 20, 20}, MakeBox({9.94, 10, 20, 20.0625}), true},
-        {"content beyond tolerance", {10, 10, 20, 20}, MakeBox({9.9, 10, 20, 20}), false},
-        {"a stroke over the edge", {10, 10, 20, 20}, MakeStroke({10, 10, 20, 20}), false},
-        {"a curve within, its control points beyond", {0, 0, 30, 15}, arch, true},
-        {"a curve beyond", {0, 0, 30, 14.9}, arch, false},
-        {"nothing in groups", {10, 10, 20, 20}, MakeGroup(), true},
-    };
-    for (const auto& row : rows) {
-        const auto root = MakeRoot({MakeClip(row.clip, {row.object})});
+    arch->SetPath(MakeArch(), WindingOrderMode::NonZero, true);
+    const auto isIdle = [](const Rect& clip, const Kernel::Counted<Object>& object) {
+        const auto root = MakeRoot({MakeClip(clip, {object})});
         Reduction::RemoveRedundantClipping(*root, c_page);
-        EXPECT_EQ(!root->children[0]->clipPath, row.isGone) << row.name;
-    }
-}
-
-TEST(ReduceClips, TakeInTheNeighboursThatStandInThem)
-{
-    const auto box = [](double x) { return MakeBox({x, 0, x + 5, 5}); };
-    const auto clip = MakeClip({0, 0, 50, 50}, {box(10)});
-    const auto twin = MakeClip({0, 0, 50, 50}, {box(20), box(25)});
-    twin->clipPath = clip->clipPath;
-    const auto root = MakeRoot({box(60), box(1), clip, twin, MakeClip({0, 0, 10, 10}, {box(3)}), box(48), box(2)});
-    root->ExtendClippingGroups();
-    EXPECT_EQ(Sketch(*root), "oc(oooo"
-                             "c(o))oo")
-        << "the twin vanishes, the other clip stays";
-    EXPECT_EQ(clip->bbox, (Rect{1, 0, 30, 5}));
-
-    const auto faded = MakeClip({0, 0, 50, 50}, {box(10)});
-    faded->SetOpacity(0.5);
-    const auto plain = MakeRoot({box(1), faded, box(2)});
-    plain->ExtendClippingGroups();
-    EXPECT_EQ(Sketch(*plain), "oc(o)o");
-}
-
-TEST(ReduceGroups, FlattenUnlessTheySaySomething)
-{
-    const auto form = [](const Children& children) {
-        auto group = MakeRoot(children);
-        group->SetIsXObject(true);
-        return group;
+        return !root->children[0]->clipPath;
     };
-    const auto box = [] { return MakeBox({0, 0, 10, 10}); };
-    const auto turned = MakeBox({0, 0, 10, 10});
-    turned->SetTransform(Params::FromPdf(0, 1, -1, 0, 30, 0));
-    const auto root = MakeRoot({form({box()}), form({box(), box()}), MakeRoot({box(), MakeRoot({box()})}),
-                                MakeClip({20, 0, 25, 10}, {turned}), MakeClip({0, 0, 5, 5}, {box(), box()}),
-                                MakeClip({0, 0, 5, 5}, {MakeClip({0, 0, 4, 4}, {box()})})});
-    Reduction::FlattenSubGroups(*root);
-    EXPECT_EQ(Sketch(*root), "o(oo)ooco"
-                             "c(oo)c(co)");
-    EXPECT_EQ(turned->transform.ApplyTo(turned->clipPath->GetApproxBBox()), (Rect{20, 0, 25, 10}));
-    for (const auto& child : root->children)
-        EXPECT_EQ(child->parent.Get(), root.Get());
+    const auto large = MakeBox({-50, -50, 200, 200});
+    EXPECT_TRUE(isIdle({0.06, -0.06, 100, 100}, large)) << "the page";
+    EXPECT_FALSE(isIdle({0.07, 0, 100, 100}, large)) << "nearly the page";
+    EXPECT_TRUE(isIdle({10, 10, 20, 20}, MakeBox({9.94, 10, 20, 20.0625})));
+    EXPECT_FALSE(isIdle({10, 10, 20, 20}, MakeBox({9.9, 10, 20, 20})));
+    EXPECT_FALSE(isIdle({10, 10, 20, 20}, MakeStroke({10, 10, 20, 20})));
+    EXPECT_TRUE(isIdle({0, 0, 30, 15}, arch)) << "its control points are beyond";
+    EXPECT_FALSE(isIdle({0, 0, 30, 14.9}, arch));
+    EXPECT_TRUE(isIdle({10, 10, 20, 20}, MakeGroup()));
 }
 
 TEST(ReduceGroups, LayersOfOneNameSideBySideAreOne)
@@ -201,13 +131,6 @@ TEST(ReduceGroups, LayersOfOneNameSideBySideAreOne)
                   MakeLayer("a", {box()}), MakeLayer("b", {box()}), clipped, MakeLayer(""), MakeLayer("")});
     root->CombineAdjacentLayers();
     EXPECT_EQ(Sketch(*root), "L(ooo)oL(o)L(o)cL(o)L()L()");
-}
-
-TEST(ReduceGroups, EmptyOnesGoWithTheGroupsAboveThem)
-{
-    const auto root = MakeRoot({MakeRoot({MakeGroup(), MakeGroup()}), MakeLayer("a"), MakeBox({0, 0, 1, 1})});
-    root->VisitSubGroups([](GroupObject* group) { group->RemoveEmptyGroups(); });
-    EXPECT_EQ(Sketch(*root), "L()o");
 }
 
 TEST(ReduceGroups, FillAndStrokeOfAShapeAreOneObject)
@@ -223,28 +146,27 @@ TEST(ReduceGroups, FillAndStrokeOfAShapeAreOneObject)
 
 TEST(ReduceGroups, StayWithin5000Children)
 {
-    const struct
-    {
-        int count;
-        std::vector<std::size_t> groups;
-    } rows[] = {{5000, {}}, {5001, {2500, 2501}}, {12000, {4000, 4000, 4000}}};
-    for (const auto& row : rows) {
+    const auto split = [](int count) {
         const auto root = MakeGroup();
-        for (int i = 0; i < row.count; ++i)
-            root->Add(MakeBox({0, 0, 1, 1}));
+        for (int i = 0; i < count; ++i)
+            root->Add(MakeBox());
         const Children before = root->children;
         root->AvoidTooManyChildren();
         std::vector<std::size_t> sizes;
         Children after;
         for (const auto& child : root->children) {
             const GroupObject* group = child->AsGroup();
-            if (!group) continue;
-            sizes.push_back(group->children.size());
-            after.insert(after.end(), group->children.begin(), group->children.end());
+            const Children& part = group ? group->children : Children{child};
+            if (group) sizes.push_back(part.size());
+            after.insert(after.end(), part.begin(), part.end());
         }
-        EXPECT_EQ(sizes, row.groups);
-        EXPECT_EQ(row.groups.empty() ? root->children : after, before);
-    }
+        EXPECT_EQ(after, before);
+        return sizes;
+    };
+    using Sizes = std::vector<std::size_t>;
+    EXPECT_EQ(split(5000), Sizes());
+    EXPECT_EQ(split(5001), (Sizes{2500, 2501}));
+    EXPECT_EQ(split(12000), (Sizes{4000, 4000, 4000}));
 }
 
 TEST(ReduceTrim, WhatIsPaintedLastOutsideBecomesALayer)
@@ -255,23 +177,18 @@ TEST(ReduceTrim, WhatIsPaintedLastOutsideBecomesALayer)
     const auto rule = MakeStroke({10, 30, 20, 30});
     const auto form = MakeRoot({mark(), mark()});
     form->SetIsXObject(true);
-    const struct
-    {
-        const char* name;
-        Children children;
-        const char* sketch;
-    } rows[] = {
+    const std::tuple<const char*, Children, const char*> rows[] = {
         {"marks", {mark(), inside, mark(), mark()}, "ooL(oo)"},
         {"a level rule inside", {inside, mark(), rule, mark()}, "oooL(o)"},
         {"a form", {form, mark()}, "(oo)L(o)"},
         {"none", {mark(), inside}, "oo"},
     };
-    for (const auto& row : rows) {
+    for (const auto& [name, children, sketch] : rows) {
         const auto root = document.Build();
         root->children.clear();
-        root->Insert(root->children.end(), row.children.begin(), row.children.end());
+        root->Insert(root->children.end(), children.begin(), children.end());
         root->IsolateTrim();
-        EXPECT_EQ(Sketch(*root), row.sketch) << row.name;
+        EXPECT_EQ(Sketch(*root), sketch) << name;
         if (root->children.back()->GetKind() != Object::Kind::Layer) continue;
         EXPECT_EQ(root->children.back()->AsGroup()->name, "Trim");
         EXPECT_EQ(root->children.back()->bbox, (Rect{70, 10, 75, 20}));
@@ -280,27 +197,20 @@ TEST(ReduceTrim, WhatIsPaintedLastOutsideBecomesALayer)
 
 TEST(Reduce, LeavesALeanTree)
 {
-    const struct
-    {
-        const char* content;
-        const char* sketch;
-    } rows[] = {
-        {"q 0 0 100 100 re W n 10 10 5 5 re f 20 20 5 5 re f Q", "oo"},
-        {"q 10 10 20 20 re W n 10 10 20 20 re f Q q 10 10 20 20 re W n 10 10 20 20 re S Q", "c(o)"},
-        {"q 5 5 40 40 re W n 10 10 20 20 re f Q q 5 5 40 40 re W n 10 10 20 20 re S Q", "o"},
-        {"q 5 5 20 20 re W n 10 10 2 2 m 40 40 l S 1 1 30 30 re f Q q 50 50 5 5 re W n 0 0 9 9 re f Q", "c(oo)"},
-        {"/F Do /F Do", "(oo)(oo)"},
-    };
-    for (const auto& row : rows) {
-        TestDocument document(MakePagePdf(
-            row.content, {.resources = "/XObject << /F 5 0 R >>",
-                          .objects = {PdfBuilder::MakeStream("0 0 5 5 re f 3 3 5 5 re f",
-                                                             "/Type /XObject /Subtype /Form /BBox [0 0 10 10]")}}));
+    const auto reduce = [](const char* content) {
+        const std::string form =
+            PdfBuilder::MakeStream("0 0 5 5 re f 3 3 5 5 re f", "/Type /XObject /Subtype /Form /BBox [0 0 10 10]");
+        TestDocument document(MakePagePdf(content, {.resources = "/XObject << /F 5 0 R >>", .objects = {form}}));
         const auto root = document.Build();
-        ASSERT_TRUE(root);
         root->Reduce(c_page);
-        EXPECT_EQ(Sketch(*root), row.sketch) << row.content;
-    }
+        return Sketch(*root);
+    };
+    EXPECT_EQ(reduce("q 0 0 100 100 re W n 10 10 5 5 re f 20 20 5 5 re f Q"), "oo");
+    EXPECT_EQ(reduce("q 10 10 20 20 re W n 10 10 20 20 re f Q q 10 10 20 20 re W n 10 10 20 20 re S Q"), "c(o)");
+    EXPECT_EQ(reduce("q 5 5 40 40 re W n 10 10 20 20 re f Q q 5 5 40 40 re W n 10 10 20 20 re S Q"), "o");
+    EXPECT_EQ(reduce("q 5 5 20 20 re W n 10 10 2 2 m 40 40 l S 1 1 30 30 re f Q q 50 50 5 5 re W n 0 0 9 9 re f Q"),
+              "c(oo)");
+    EXPECT_EQ(reduce("/F Do /F Do"), "(oo)(oo)");
 }
 
 /// Depth costs nothing: neither the stack nor, for each group, all that is above or below it.

@@ -1,8 +1,5 @@
 #include "MakeObjects.h"
 
-#include <Quillet/BitmapObject.h>
-#include <Quillet/LayerObject.h>
-#include <Quillet/TextLineObject.h>
 #include <Quillet/TreeWalk.h>
 
 #include <gtest/gtest.h>
@@ -11,29 +8,6 @@
 
 namespace Quillet::Test {
 namespace {
-
-TEST(ObjectKind, IsThatOfTheClass)
-{
-    using enum Object::Kind;
-    const auto line = Kernel::MakeCounted<TextLineObject>(0);
-    const struct
-    {
-        Kernel::Counted<Object> object;
-        Object::Kind kind;
-    } rows[] = {
-        {MakeGroup(), Group},
-        {MakeGroup()->MakeTwin(), Group},
-        {Kernel::MakeCounted<LayerObject>(nullptr), Layer},
-        {MakeBox({0, 0, 1, 1}), Path},
-        {Kernel::MakeCounted<BitmapObject>(), Bitmap},
-        {line, TextLine},
-        {Kernel::MakeCounted<TextLineObject>(*line, 1, line->chars.begin(), line->chars.end()), TextLine},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(row.object->GetKind(), row.kind);
-        EXPECT_EQ(row.object->AsGroup(), dynamic_cast<GroupObject*>(row.object.Get()));
-    }
-}
 
 /// Writes down where it comes; the level is the path of ids that leads there.
 struct Diary : TreePass<std::string>
@@ -61,38 +35,26 @@ struct Diary : TreePass<std::string>
 
 TEST(TreeWalk, CarriesWhatItGathersDown)
 {
-    const auto root = MakeGroup(), left = MakeGroup(), inner = MakeGroup(), right = MakeGroup();
-    root->Add(left);
-    left->Add(MakeBox({0, 0, 1, 1}));
-    left->Add(inner);
-    root->children.push_back(nullptr);
-    root->Add(MakeBox({0, 0, 1, 1}));
-    root->Add(right);
-    right->Add(MakeBox({0, 0, 1, 1}));
+    const auto inner = MakeGroup(), left = MakeGroup({MakeBox(), inner}), right = MakeGroup({MakeBox()});
+    const auto root = MakeGroup({left, MakeBox(), right});
+    root->children.insert(root->children.begin() + 1, nullptr);
     int id = 0;
-    for (const auto& object : {root, left, inner, right})
+    for (const Kernel::Counted<Object>& object :
+         GroupObject::Children{root, left, inner, right, left->children[0], root->children[2], right->children[0]})
         object->id = ++id;
-    for (const auto& leaf : {left->children[0], root->children[2], right->children[0]})
-        leaf->id = ++id;
 
-    const struct
-    {
-        int skippedId, lastId;
-        const char* text;
-    } rows[] = {
-        {0, 0, "(1 (12 12-5 (123 123) 12) 1-6 (14 14-7 14) 1) "},
-        {2, 0, "(1 1-6 (14 14-7 14) 1) "},
-        {1, 0, ""},
-        {0, 5, "(1 (12 12-5 12) 1) "},
-        {3, 6, "(1 (12 12-5 12) 1-6 1) "},
-    };
-    for (const auto& row : rows) {
+    const auto walk = [&](int skippedId, int lastId) {
         Diary diary;
-        diary.skippedId = row.skippedId;
-        diary.lastId = row.lastId;
+        diary.skippedId = skippedId;
+        diary.lastId = lastId;
         WalkTree(*root, diary);
-        EXPECT_EQ(diary.text, row.text);
-    }
+        return diary.text;
+    };
+    EXPECT_EQ(walk(0, 0), "(1 (12 12-5 (123 123) 12) 1-6 (14 14-7 14) 1) ");
+    EXPECT_EQ(walk(2, 0), "(1 1-6 (14 14-7 14) 1) ");
+    EXPECT_EQ(walk(1, 0), "");
+    EXPECT_EQ(walk(0, 5), "(1 (12 12-5 12) 1) ");
+    EXPECT_EQ(walk(3, 6), "(1 (12 12-5 12) 1-6 1) ");
 }
 
 } // namespace

@@ -1,5 +1,4 @@
 #include "SetText.h"
-#include "text/ForAtts.h"
 
 #include <Story/DropCapAtt.h>
 
@@ -19,43 +18,38 @@ Line SetCap(const std::u32string& cap, double size, double shift, const std::u32
     return line;
 }
 
+/// What a drop cap with its quotes is, as they stand; "" for none.
+std::string FindCap(const Line& line)
+{
+    const bool isDropCap = line->IsDropCap();
+    line->fidelity = TextFidelityExact;
+    EXPECT_FALSE(line->IsDropCap());
+    line->chars.erase(line->GetDropCapEnd(), line->chars.cend());
+    return isDropCap ? PrintText(*line) : "";
+}
+
 TEST(DropCapTest, KnowsALetterThatIsSeveralLinesHigh)
 {
-    const struct
-    {
-        Line line;
-        bool isDropCap;
-        std::ptrdiff_t end;
-        const char* why;
-    } rows[] = {
-        {SetText(U""), false, 0, "empty"},
-        {SetCap(U"A", 30, 20, U"bc"), true, 1, "a letter"},
-        {SetCap(U"A", 30, 20, U" bc"), true, 1, "a space of the text"},
-        {SetCap(U"A[2]", 30, 20, U"bc"), true, 1, "a space of the cap"},
-        {SetCap(U"\u201cA", 30, 20, U"bc"), true, 2, "a quote"},
-        {SetCap(U"\u201c", 30, 20, U"bc"), false, 2, "a quote alone"},
-        {SetCap(U"AB", 30, 20, U"bc"), false, 1, "two letters"},
-        {SetCap(U"A", 30, 20, U""), false, 1, "no text"},
-        {SetCap(U"A", 30, 20, U"  "), false, 1, "blanks"},
-        {SetCap(U"A", 30, 0, U"bc"), false, 1, "on the baseline"},
-        {SetCap(U"A", 30, -20, U"bc"), false, 1, "above it"},
-        {SetCap(U"A", 20.1, 20, U"bc"), true, 1, "just large enough"},
-        {SetCap(U"A", 20, 20, U"bc"), false, 1, "not large enough"},
-        {SetCap(U"A", 30, 20, U"bc", 10, 9.9), true, 1, "text just high enough"},
-        {SetCap(U"A", 30, 20, U"bc", 10, 10), false, 1, "text not high enough"},
-        {SetCap(U"\u2026\u2014", 30, 20, U"bc"), false, 3, "no letter"},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(row.line->IsDropCap(), row.isDropCap) << row.why;
-        EXPECT_EQ(row.line->GetDropCapEnd() - row.line->chars.begin(), row.end) << row.why;
-        row.line->fidelity = TextFidelityExact;
-        EXPECT_FALSE(row.line->IsDropCap()) << row.why;
-    }
+    EXPECT_EQ(FindCap(SetText(U"")), "");
+    EXPECT_EQ(FindCap(SetCap(U"A", 30, 20, U" bc")), "A");
+    EXPECT_EQ(FindCap(SetCap(U"A[2]", 30, 20, U"bc")), "A");
+    EXPECT_EQ(FindCap(SetCap(U"\u201cA", 30, 20, U"bc")), "\u201cA");
+    EXPECT_EQ(FindCap(SetCap(U"\u201c", 30, 20, U"bc")), "");
+    EXPECT_EQ(FindCap(SetCap(U"AB", 30, 20, U"bc")), "");
+    EXPECT_EQ(FindCap(SetCap(U"\u2026\u2014", 30, 20, U"bc")), "");
+    EXPECT_EQ(FindCap(SetCap(U"A", 30, 20, U"")), "");
+    EXPECT_EQ(FindCap(SetCap(U"A", 30, 20, U"  ")), "");
+    EXPECT_EQ(FindCap(SetCap(U"A", 30, 0, U"bc")), "") << "on the baseline";
+    EXPECT_EQ(FindCap(SetCap(U"A", 30, -20, U"bc")), "") << "above it";
+    EXPECT_EQ(FindCap(SetCap(U"A", 20.1, 20, U"bc")), "A");
+    EXPECT_EQ(FindCap(SetCap(U"A", 20, 20, U"bc")), "") << "not large enough";
+    EXPECT_EQ(FindCap(SetCap(U"A", 30, 20, U"bc", 10, 9.9)), "A");
+    EXPECT_EQ(FindCap(SetCap(U"A", 30, 20, U"bc", 10, 10)), "") << "the text not high enough";
     for (const auto& [size, shift] : {std::pair(30, 19), std::pair(24, 20)}) {
         const Line uneven = SetCap(U"\u201c", size, shift, U"");
         AppendText(*uneven, U"A", MakeAtts(30, 20));
         AppendText(*uneven, U"bc", MakeAtts());
-        EXPECT_FALSE(uneven->IsDropCap()) << size;
+        EXPECT_EQ(FindCap(uneven), "") << size;
     }
 }
 
@@ -71,8 +65,6 @@ TEST(DropCapTest, MeasuresTheCap)
     line->chars[0].width = 30;
     EXPECT_NEAR(line->GetDropCapLeft(), 130, 1e-9);
     const double height = line->chars[0].GetGlyphMetrics().box.GetHeight() * 60;
-    ASSERT_GT(height, 30);
-    ASSERT_LT(height, 37);
     EXPECT_EQ(line->GetDropCapLineCount(), 3);
     // A tenth of a line more than two is still two.
     EXPECT_EQ(SetCap(U"H", 60, 40, U"bc", height / 2.09)->GetDropCapLineCount(), 2);
@@ -91,13 +83,12 @@ TEST(DropCapTest, BecomesAnAttributeOfTheParagraph)
     paragraph->dropCapLines = 2;
     paragraph->SetDropCap();
     const auto dropCap = paragraph->atts->GetDropCap();
-    ASSERT_TRUE(dropCap);
-    EXPECT_TRUE(dropCap->isEnabled);
+    ASSERT_TRUE(dropCap && dropCap->isEnabled);
     EXPECT_EQ(dropCap->heightInLines, 2);
     // The second line begins 3 points behind the cap, and the spaces behind that are part of the distance.
     EXPECT_NEAR(dropCap->distanceToText, 3 + 5, 1e-9);
     EXPECT_EQ(PrintText(*cap), "\u201cHbc");
-    EXPECT_NEAR(cap->GetWidth(cap->chars.begin(), cap->chars.end()), width, 1e-9);
+    EXPECT_NEAR(GetWidth(*cap), width, 1e-9);
     EXPECT_EQ(cap->textHeight, 12);
     for (const Char& c : cap->chars)
         EXPECT_TRUE(c.atts == cap->chars.back().atts);
@@ -106,15 +97,16 @@ TEST(DropCapTest, BecomesAnAttributeOfTheParagraph)
 
     // Alone, the height tells the lines; the look lives on.
     const Line alone = SetCap(U"H", 60, 40, U"bc", 12);
-    ForAtts(alone->chars.begin(), alone->chars.begin() + 1, [](Story::GlyphAtts& atts) { atts.Set(Shear, 0.25); });
+    alone->chars[0].atts = With(alone->chars[0].atts, Shear, 0.25);
     const auto single = MakeParagraph({alone});
     single->dropCapLines = 1;
     single->SetDropCap();
+    const auto other = single->atts->GetDropCap();
     EXPECT_EQ(single->dropCapLines, 3);
-    EXPECT_EQ(single->atts->GetDropCap()->heightInLines, 3);
-    EXPECT_EQ(single->atts->GetDropCap()->distanceToText, 0);
-    ASSERT_TRUE(single->atts->GetDropCap()->delta);
-    EXPECT_EQ(single->atts->GetDropCap()->delta->doubles, (std::map<Story::GlyphAtt::Double, double>{{Shear, 0.25}}));
+    EXPECT_EQ(other->heightInLines, 3);
+    EXPECT_EQ(other->distanceToText, 0);
+    ASSERT_TRUE(other->delta);
+    EXPECT_EQ(other->delta->doubles, (std::map<Story::GlyphAtt::Double, double>{{Shear, 0.25}}));
     EXPECT_TRUE(alone->chars.front().atts == alone->chars.back().atts);
 
     // A cap without text keeps its size.

@@ -4,10 +4,13 @@
 
 #include <Quillet/TextLineObject.h>
 
+#include <cmath>
 #include <limits>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <utility>
+#include <vector>
 
 /// Lines without a document, for tests of what is done to them.
 namespace Quillet::Test {
@@ -64,28 +67,55 @@ inline Line MakeLine(TextLineObject::Chars chars)
 }
 
 /// A line in words: a character and its width, "_" for a space, ">" for a tab, "~" for a soft hyphen and "=" for a
-/// hyphen. Behind that "!" for a character with a gap behind, "?" for one of a font without a space, "%" for one
-/// of a font that the machine lacks, and "^" for other attributes.
+/// hyphen. Behind that "!" for a character with a gap behind, "?" for one of a font without a space, "%" for one of a
+/// font that the machine lacks, "^" for other attributes, "@" with a size, and ":" with points below the baseline.
 inline Line ParseLine(const std::string& text)
 {
-    const Atts atts = MakeAtts();
-    const Atts otherAtts = With(atts, Story::GlyphAtt::Shear, 0.25);
     TextLineObject::Chars chars;
     std::istringstream words(text);
     for (std::string word; words >> word;) {
-        const auto has = [&word](char flag) { return word.find(flag) != std::string::npos; };
+        const auto has = [&word](char flag) { return word.find(flag, 1) != word.npos; };
+        const auto get = [&](char flag, double otherwise) {
+            return has(flag) ? std::stod(word.substr(word.find(flag, 1) + 1)) : otherwise;
+        };
+        const Atts atts = MakeAtts(get('@', 10), get(':', 0));
         const char32_t unicode = word[0] == '_'   ? U' '
                                  : word[0] == '>' ? U'\t'
                                  : word[0] == '~' ? char32_t{0xAD}
                                                   : static_cast<unsigned char>(word[0]);
         Char c =
-            MakeChar(unicode, word.substr(1) == "nan" ? c_nan : std::stod(word.substr(1)), has('^') ? otherAtts : atts);
+            MakeChar(unicode, std::stod(word.substr(1)), has('^') ? With(atts, Story::GlyphAtt::Shear, 0.25) : atts);
         c.isKerned = has('!');
         c.isSpaceDefined = !has('?');
         c.isFontAvailable = !has('%');
         chars.push_back(std::move(c));
     }
     return MakeLine(std::move(chars));
+}
+
+inline Line At(double x, double y, Line line)
+{
+    line->position = {x, y};
+    line->UpdateBBox();
+    return line;
+}
+
+inline double GetWidth(const TextLineObject& line)
+{
+    return line.GetWidth(line.chars.begin(), line.chars.end());
+}
+
+/// Each glyph and its place on the page, in millionths of a point.
+inline std::vector<std::tuple<char32_t, long, long>> GetPlaces(const TextLineObject& line)
+{
+    std::vector<std::tuple<char32_t, long, long>> places;
+    double pen = line.position.x;
+    for (const Char& c : line.chars) {
+        const double y = line.position.y - c.atts->Get(Story::GlyphAtt::BaselineShift);
+        if (!c.isSpace && !c.IsTab()) places.emplace_back(c.unicode, std::lround(pen * 1e6), std::lround(y * 1e6));
+        pen += c.width;
+    }
+    return places;
 }
 
 inline std::string PrintLine(const TextLineObject& line)

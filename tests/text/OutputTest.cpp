@@ -42,10 +42,9 @@ private:
 TEST(OutputTest, PushesLinesInOrder)
 {
     const auto column = Kernel::MakeCounted<ColumnObject>(-1);
-    for (const char32_t* text : {U"1. ab", U"cd\t", U"ef", U"gh", U"ij"}) {
-        column->lines.push_back(SetText(text));
-        column->lines.back()->SetParent(column.Get());
-    }
+    column->lines = SetLines(U"1. ab|cd\t|ef|gh|ij");
+    for (const Line& line : column->lines)
+        line->SetParent(column.Get());
     auto& lines = column->lines;
     MakeParagraph({lines[0], lines[1], lines[2]});
     const auto centred = MakeParagraph({lines[3], lines[4]});
@@ -66,6 +65,14 @@ TEST(OutputTest, PushesLinesInOrder)
     column->AppendTo(broken, false);
     EXPECT_EQ(broken.text, "PGaGb\\Gcd\t\\G#7ef~PGgh\\Gij.");
 
+    // A gap that became the space of the font has a glyph and no character.
+    RecordingSink blank;
+    const Line gap = SetText(U"a b");
+    gap->chars[1].unicode = 0;
+    gap->chars[1].glyphIndex = 3;
+    gap->AppendTo(blank, true);
+    EXPECT_EQ(blank.text, "Ga#3 b ");
+
     // Outside a column there is no last line, and without paragraphs there are the attributes of none.
     RecordingSink alone;
     const Line line = SetText(U"a");
@@ -79,43 +86,18 @@ TEST(OutputTest, PushesLinesInOrder)
     EXPECT_FALSE(lines[3]->IsColumnBack());
 }
 
-/// A gap that became the space of the font has a glyph and no character.
-TEST(OutputTest, KeepsBlanksThatOnlyTheFontKnows)
-{
-    const Line line = SetText(U"a b");
-    line->chars[1].unicode = 0;
-    line->chars[1].glyphIndex = 3;
-    RecordingSink sink;
-    line->AppendTo(sink, true);
-    EXPECT_EQ(sink.text, "Ga#3 b ");
-}
-
 TEST(OutputTest, TellsArtFromTextInAFrame)
 {
     using Params = Object::Params;
-    const struct
-    {
-        Params transform;
-        bool isArt;
-    } rows[] = {
-        {{}, false},
-        {{1, 0, 5, 0, 1, 6}, false},
-        {Params::FromPdf(0, 1, -1, 0, 5, 6), false},
-        {Params::FromPdf(-0.6, 0.8, -0.8, -0.6, 0, 0), false},
-        {Params::FromPdf(1 + 5e-7, 0, 0, 1, 0, 0), false},
-        {Params::FromPdf(1.00001, 0, 0, 1, 0, 0), true},
-        {Params::FromPdf(1, 0, 0, 0.99, 0, 0), true},
-        {Params::FromPdf(1, 0, 0.2, 1, 0, 0), true},
-        {Params::FromPdf(0, 1, -1, 0.2, 0, 0), true},
-        {Params::FromPdf(1, 0, 0, -1, 0, 0), true},
-        {Params::FromPdf(-1, 0, 0, 1, 0, 0), true},
-        {Params::FromPdf(0, 0, 0, 0, 0, 0), true},
-        {Params::FromPdf(NAN, 0, 0, 1, 0, 0), true},
-    };
-    for (const auto& row : rows) {
-        const Line line = SetText(U"a");
-        line->transform = row.transform;
-        EXPECT_EQ(line->HasArtTransform(), row.isArt) << (&row - rows);
+    const Line line = SetText(U"a");
+    for (const Params& frame : {Params::FromPdf(-0.6, 0.8, -0.8, -0.6, 5, 6), Params::Scale(1 + 5e-7, 1)}) {
+        line->transform = frame;
+        EXPECT_FALSE(line->HasArtTransform()) << frame.a;
+    }
+    for (const Params& art : {Params::Scale(1.00001, 1), Params::FromPdf(1, 0, 0.2, 1, 0, 0), Params::Scale(1, -1),
+                              Params::FromPdf(0, 1, -1, 0.2, 0, 0), Params::Scale(0, 0), Params::Scale(NAN, 1)}) {
+        line->transform = art;
+        EXPECT_TRUE(line->HasArtTransform()) << art.a << " " << art.c << " " << art.d;
     }
 }
 

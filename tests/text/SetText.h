@@ -10,6 +10,7 @@
 #include <Story/TabStops.h>
 
 #include <string>
+#include <vector>
 
 /// Lines of a fixed font, in which every character is 6 points wide at 10 points.
 namespace Quillet::Test {
@@ -42,6 +43,17 @@ inline Line SetText(const std::u32string& text, double x = 0, double y = 0)
     return line;
 }
 
+/// Lines of one place, with "|" between them.
+inline std::vector<Line> SetLines(const std::u32string& texts, double x = 0)
+{
+    std::vector<Line> lines;
+    for (std::size_t start = 0, end = 0; end != texts.npos; start = end + 1) {
+        end = texts.find(U'|', start);
+        lines.push_back(SetText(texts.substr(start, end == texts.npos ? end : end - start), x));
+    }
+    return lines;
+}
+
 /// As `SetText` takes it, with "<30>" for a tab of 30 points.
 inline std::string PrintText(const TextLineObject& line)
 {
@@ -55,6 +67,14 @@ inline std::string PrintText(const TextLineObject& line)
             Kernel::CharTraits::AppendCodePoint(text, c.unicode);
         }
     }
+    return text;
+}
+
+inline std::string PrintLines(const std::vector<Line>& lines)
+{
+    std::string text;
+    for (const Line& line : lines)
+        text += (text.empty() ? "" : "|") + PrintText(*line);
     return text;
 }
 

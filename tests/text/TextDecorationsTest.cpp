@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <functional>
 #include <random>
 #include <utility>
 
@@ -18,41 +18,39 @@ namespace {
 using namespace Story::GlyphAtt;
 using Path = Kernel::Counted<PathObject>;
 
-/// Where a font of 10 points has its decorations, in y downward from the baseline.
-struct Places
+/// A rule across a line, in points below the baseline.
+struct Place
 {
-    explicit Places(const Atts& atts)
-        : underline(atts->GetFontMetrics()->GetUnderlinePosition() * 10),
-          underlineHeight(atts->GetFontMetrics()->GetUnderlineThickness() * 10),
-          strikeout(atts->GetFontMetrics()->GetStrikeoutPosition() * 10),
-          strikeoutHeight(atts->GetFontMetrics()->GetStrikeoutThickness() * 10), highlight(-atts->GetAscent()),
-          highlightHeight(atts->GetAscent() + atts->GetDescent()), lineGap(atts->GetLineGap())
-    {}
-
-    double underline;
-    double underlineHeight;
-    double strikeout;
-    double strikeoutHeight;
-    double highlight;
-    double highlightHeight;
-    double lineGap;
+    double top, height;
 };
 
-Path MakeRule(double left, double top, double right, double height)
+/// Where the test font has its decorations at 10 points.
+struct Places
 {
-    return MakeBox({left, top, right, top + height});
+    static Place Scale(const Renderer::TextRule& rule) { return {rule.top * 10, rule.thickness * 10}; }
+
+    Atts atts = MakeAtts();
+    const Renderer::FontMetrics& metrics = *atts->GetFontMetrics();
+    Place underline{metrics.GetUnderlinePosition() * 10, metrics.GetUnderlineThickness() * 10};
+    Place strikeout{metrics.GetStrikeoutPosition() * 10, metrics.GetStrikeoutThickness() * 10};
+    Place highlight{-atts->GetAscent(), atts->GetAscent() + atts->GetDescent()};
+};
+
+Path MakeRule(double left, double right, const Place& place, double baseline = 200)
+{
+    return MakeBox({left, baseline + place.top, right, baseline + place.top + place.height});
 }
 
-/// A level stroke whose ink is the rectangle.
-Path MakeStroke(double left, double top, double right, double height)
+/// A level stroke whose ink is the same rectangle.
+Path MakeStroke(double left, double right, const Place& place, double baseline = 200)
 {
     const Path path = MakeBox({});
     path->brushDescriptor = nullptr;
     path->penDescriptor = MakePaint();
-    path->lineStyleDescriptor = Quillet::Test::MakeLine(height);
+    path->lineStyleDescriptor = Quillet::Test::MakeLine(place.height);
+    const double y = baseline + place.top + place.height / 2;
     auto curve = Kernel::MakeCounted<Geometry::CurveDbl>();
-    curve->AddNode({left, top + height / 2});
-    curve->AddNode({right, top + height / 2});
+    curve->AddLine({left, y}, {right, y});
     auto curves = Kernel::MakeCounted<Geometry::PolyCurveDbl>();
     curves->AddCurve(curve);
     path->SetPath(curves, Geometry::WindingOrderMode::NonZero, true);
@@ -62,10 +60,7 @@ Path MakeStroke(double left, double top, double right, double height)
 /// "abcd" of 6 points each, from x = 100 on the baseline y = 200 of the page.
 Line MakeTestLine()
 {
-    const Line line = ParseLine("a6 b6 c6 d6");
-    line->position = {100, -200};
-    line->UpdateBBox();
-    return line;
+    return At(100, -200, ParseLine("a6 b6 c6 d6"));
 }
 
 /// Which characters have a decoration: "u", "s" and "h".
@@ -82,128 +77,125 @@ std::string PrintDecorations(const TextLineObject& line)
     return text;
 }
 
+/// What the test line makes of a path; "" where that stays one.
+std::string Decorate(const Path& path, bool isBehind = false)
+{
+    const Line line = MakeTestLine();
+    const bool isTaken = line->TryDecoration(*path, isBehind);
+    const Rect box = line->bbox;
+    line->UpdateBBox();
+    EXPECT_EQ(box, line->bbox);
+    const std::string decorations = PrintDecorations(*line);
+    EXPECT_EQ(isTaken, decorations != "....");
+    return isTaken ? decorations : "";
+}
+
 TEST(TextDecorationsTest, RulesThatFitBecomeAttributes)
 {
-    const Places at(MakeAtts());
-    ASSERT_GT(at.lineGap, 0.5);
-    const auto metrics = MakeAtts()->GetFontMetrics();
-    const Renderer::TextRule low = metrics->GetUnderline(Renderer::RuleSource::Descent);
-    const Renderer::TextRule high = metrics->GetStrikeout(Renderer::RuleSource::Descent);
-    const struct
-    {
-        const char* what;
-        Path path;
-        bool isBehind;
-        /// "" for a path that stays one.
-        const char* decorations;
-    } rows[] = {
-        {"underline", MakeRule(100, 200 + at.underline, 124, at.underlineHeight), false, "UUUU"},
-        {"underlining stroke", MakeStroke(106, 200 + at.underline, 118, at.underlineHeight), false, ".UU."},
-        {"behind", MakeRule(100, 200 + at.underline, 124, at.underlineHeight), true, ""},
-        {"ends a little off", MakeRule(106.24, 200 + at.underline, 117.76, at.underlineHeight), false, ".UU."},
-        {"starts too late", MakeRule(106.26, 200 + at.underline, 118, at.underlineHeight), false, ""},
-        {"starts too early", MakeRule(105.74, 200 + at.underline, 118, at.underlineHeight), false, ""},
-        {"ends too early", MakeRule(106, 200 + at.underline, 117.7, at.underlineHeight), false, ""},
-        {"ends too late", MakeRule(106, 200 + at.underline, 118.3, at.underlineHeight), false, ""},
-        {"beyond the line", MakeRule(100, 200 + at.underline, 124.3, at.underlineHeight), false, ""},
-        {"no characters", MakeRule(106, 200 + at.underline, 106.1, at.underlineHeight), false, ""},
-        {"underline by the descent", MakeRule(100, 200 + low.top * 10, 124, low.thickness * 10), false, "UUUU"},
-        {"strikeout by the descent", MakeRule(100, 200 + high.top * 10, 124, high.thickness * 10), false, "SSSS"},
-        {"low, but near", MakeRule(100, 200.49 + at.underline, 124, at.underlineHeight), false, "UUUU"},
-        {"too low", MakeRule(100, 200.51 + at.underline, 124, at.underlineHeight), false, ""},
-        {"too thick", MakeRule(100, 200 + at.underline, 124, at.underlineHeight + 0.11), false, ""},
-        {"strikeout", MakeRule(100, 200 + at.strikeout, 112, at.strikeoutHeight), false, "SS.."},
-        {"striking stroke", MakeStroke(100, 200 + at.strikeout, 112, at.strikeoutHeight), false, "SS.."},
-        {"strikeout too high", MakeRule(100, 199.49 + at.strikeout, 112, at.strikeoutHeight), false, ""},
-        {"strikeout too thick", MakeRule(100, 200 + at.strikeout, 112, at.strikeoutHeight + 0.11), false, ""},
-        {"highlight", MakeRule(112, 200 + at.highlight, 124, at.highlightHeight), true, "..hh"},
-        {"highlight over the font's leading",
-         MakeRule(112, 200 + at.highlight - at.lineGap, 124, at.highlightHeight + at.lineGap), true, "..hh"},
-        {"in front", MakeRule(112, 200 + at.highlight, 124, at.highlightHeight), false, ""},
-        {"highlight too high", MakeRule(112, 199.49 + at.highlight, 124, at.highlightHeight), true, ""},
-        {"highlight too large", MakeRule(112, 200 + at.highlight, 124, at.highlightHeight + 0.11), true, ""},
-        {"far below", MakeRule(100, 212, 124, at.underlineHeight), false, ""},
+    const Places at;
+    const double lineGap = at.atts->GetLineGap();
+    ASSERT_TRUE(lineGap > 0.5 && at.underline.top > 0 && at.strikeout.top < 0);
+    const auto change = [](Place place, double down, double height) {
+        return Place{place.top + down, place.height + height};
     };
-    ASSERT_GT(at.underline, 0);
-    ASSERT_LT(at.strikeout, 0);
-    for (const auto& row : rows) {
-        const Line line = MakeTestLine();
-        const bool isTaken = line->TryDecoration(*row.path, row.isBehind);
-        EXPECT_EQ(isTaken, *row.decorations != 0) << row.what;
-        EXPECT_EQ(PrintDecorations(*line), isTaken ? row.decorations : "....") << row.what;
-        const Rect box = line->bbox;
-        line->UpdateBBox();
-        EXPECT_EQ(box, line->bbox) << row.what;
-    }
+    EXPECT_EQ(Decorate(MakeRule(100, 124, at.underline)), "UUUU");
+    EXPECT_EQ(Decorate(MakeStroke(106, 118, at.underline)), ".UU.");
+    EXPECT_EQ(Decorate(MakeRule(100, 124, at.underline), true), "");
+    EXPECT_EQ(Decorate(MakeRule(100, 112, at.strikeout)), "SS..");
+    EXPECT_EQ(Decorate(MakeStroke(100, 112, at.strikeout)), "SS..");
+    EXPECT_EQ(Decorate(MakeRule(112, 124, at.highlight), true), "..hh");
+    EXPECT_EQ(Decorate(MakeRule(112, 124, at.highlight)), "");
+    // By the descent, and over the leading of the font.
+    const Place low = Places::Scale(at.metrics.GetUnderline(Renderer::RuleSource::Descent));
+    const Place high = Places::Scale(at.metrics.GetStrikeout(Renderer::RuleSource::Descent));
+    EXPECT_EQ(Decorate(MakeRule(100, 124, low)), "UUUU");
+    EXPECT_EQ(Decorate(MakeRule(100, 124, high)), "SSSS");
+    EXPECT_EQ(Decorate(MakeRule(112, 124, change(at.highlight, -lineGap, lineGap)), true), "..hh");
+    // Ends that are near those of characters, off, beyond the line, or around none.
+    EXPECT_EQ(Decorate(MakeRule(106.24, 117.76, at.underline)), ".UU.");
+    EXPECT_EQ(Decorate(MakeRule(106.26, 118, at.underline)), "");
+    EXPECT_EQ(Decorate(MakeRule(105.74, 118, at.underline)), "");
+    EXPECT_EQ(Decorate(MakeRule(106, 117.7, at.underline)), "");
+    EXPECT_EQ(Decorate(MakeRule(106, 118.3, at.underline)), "");
+    EXPECT_EQ(Decorate(MakeRule(100, 124.3, at.underline)), "");
+    EXPECT_EQ(Decorate(MakeRule(106, 106.1, at.underline)), "");
+    // Low or high, and thick.
+    EXPECT_EQ(Decorate(MakeRule(100, 124, change(at.underline, 0.49, 0))), "UUUU");
+    EXPECT_EQ(Decorate(MakeRule(100, 124, change(at.underline, 0.51, 0))), "");
+    EXPECT_EQ(Decorate(MakeRule(100, 124, change(at.underline, 0, 0.11))), "");
+    EXPECT_EQ(Decorate(MakeRule(100, 112, change(at.strikeout, -0.51, 0))), "");
+    EXPECT_EQ(Decorate(MakeRule(100, 112, change(at.strikeout, 0, 0.11))), "");
+    EXPECT_EQ(Decorate(MakeRule(112, 124, change(at.highlight, -0.51, 0)), true), "");
+    EXPECT_EQ(Decorate(MakeRule(112, 124, change(at.highlight, 0, 0.11)), true), "");
+    EXPECT_EQ(Decorate(MakeRule(100, 124, change(at.underline, 10, 0))), "");
 }
 
 TEST(TextDecorationsTest, PathsThatSayMoreStayPaths)
 {
-    const Places at(MakeAtts());
-    const auto makeUnderline = [&at](auto change) {
-        const Path path = MakeRule(100, 200 + at.underline, 124, at.underlineHeight);
-        change(*path);
-        return path;
-    };
-    const auto isTaken = [](const Path& path) { return MakeTestLine()->TryDecoration(*path, false); };
-    EXPECT_TRUE(isTaken(makeUnderline([](PathObject&) {})));
-    EXPECT_FALSE(isTaken(makeUnderline([](PathObject& path) { path.opacity = 0.5; })));
-    EXPECT_FALSE(isTaken(makeUnderline([](PathObject& path) { path.blendMode = Renderer::FillBlendMode::Multiply; })));
-    EXPECT_FALSE(isTaken(makeUnderline([](PathObject& path) { path.brushDescriptor = nullptr; })));
-    EXPECT_FALSE(isTaken(makeUnderline([](PathObject& path) { path.isRectangle = false; })));
-    EXPECT_FALSE(isTaken(makeUnderline([](PathObject& path) { path.transform = {1, 0.01, -2, 0, 1, 0}; })));
-    EXPECT_FALSE(isTaken(makeUnderline([](PathObject& path) { path.transform = {1, 0, 0, 0.001, 1, 0}; })));
-    EXPECT_FALSE(isTaken(makeUnderline([](PathObject& path) {
-        path.penDescriptor = MakePaint();
-        path.lineStyleDescriptor = Quillet::Test::MakeLine(1);
-    })));
-    EXPECT_FALSE(isTaken(makeUnderline([](PathObject& path) { path.clipPath = MakeRectangle({100, 0, 110, 500}); })));
-    const TestDocument document(MakePagePdf("", {.objects = {"<< /S /Alpha >>"}}));
-    const auto mask = Kernel::MakeCounted<SoftMask>(Kernel::MakeCounted<Dictionary>(document.GetRef(5)),
-                                                    document.document->GetPage(0));
-    EXPECT_FALSE(isTaken(makeUnderline([&mask](PathObject& path) { path.SetSoftMask(mask); })));
-    const Path dashed = MakeStroke(100, 200 + at.underline, 124, at.underlineHeight);
-    EXPECT_TRUE(isTaken(dashed));
+    const Path dashed = MakeStroke(100, 124, Places().underline);
     Renderer::LineStyle style = *dashed->lineStyleDescriptor->lineStyle;
     style.dashKind = Renderer::LineStyle::DashDashed;
     style.dashes = {1, 1};
+    const TestDocument document(MakePagePdf("", {.objects = {"<< /S /Alpha >>"}}));
+    const auto mask = Kernel::MakeCounted<SoftMask>(Kernel::MakeCounted<Dictionary>(document.GetRef(5)),
+                                                    document.document->GetPage(0));
+    const std::function<void(PathObject&)> changes[] = {
+        [](PathObject& path) { path.opacity = 0.5; },
+        [](PathObject& path) { path.blendMode = Renderer::FillBlendMode::Multiply; },
+        [](PathObject& path) { path.brushDescriptor = nullptr; },
+        [](PathObject& path) { path.isRectangle = false; },
+        [](PathObject& path) { path.transform = {1, 0.01, -2, 0, 1, 0}; },
+        [](PathObject& path) { path.transform = {1, 0, 0, 0.001, 1, 0}; },
+        [](PathObject& path) { path.penDescriptor = path.brushDescriptor; },
+        [](PathObject& path) {
+            path.clipPath = MakeRectangle({100, 0, 110, 500});
+        },
+        [&](PathObject& path) { path.SetSoftMask(mask); },
+    };
+    for (const auto& change : changes) {
+        const Path path = MakeRule(100, 124, Places().underline);
+        path->lineStyleDescriptor = Quillet::Test::MakeLine(1);
+        EXPECT_EQ(Decorate(path), "UUUU");
+        change(*path);
+        EXPECT_EQ(Decorate(path), "") << (&change - changes);
+    }
+    EXPECT_EQ(Decorate(dashed), "UUUU");
     dashed->lineStyleDescriptor =
         Kernel::MakeCounted<Renderer::LineStyleDescriptor>(Kernel::ConsolidateObjectPostAlloc(style));
-    EXPECT_FALSE(isTaken(dashed));
+    EXPECT_EQ(Decorate(dashed), "");
 }
 
 TEST(TextDecorationsTest, FitsRunsOfSeveralLooks)
 {
-    const Places at(MakeAtts());
+    const Places at;
     // An underline is that of the largest text; the others have to fit each.
     const Line line = MakeTestLine();
     line->chars[1].atts = MakeAtts(5);
     line->chars[2].atts =
         Changed(MakeAtts(), [](Story::GlyphAtts& atts) { atts.Set(Story::GlyphAtt::Fill, MakePaint()); });
-    EXPECT_FALSE(line->TryDecoration(*MakeRule(100, 200 + at.strikeout, 124, at.strikeoutHeight), false));
-    EXPECT_FALSE(line->TryDecoration(*MakeRule(100, 200 + at.highlight, 124, at.highlightHeight), true));
+    EXPECT_FALSE(line->TryDecoration(*MakeRule(100, 124, at.strikeout), false));
+    EXPECT_FALSE(line->TryDecoration(*MakeRule(100, 124, at.highlight), true));
     // Of the text's own fill, a rule needs none.
-    EXPECT_TRUE(line->TryDecoration(*MakeRule(100, 200 + at.underline, 124, at.underlineHeight), false));
+    EXPECT_TRUE(line->TryDecoration(*MakeRule(100, 124, at.underline), false));
     EXPECT_EQ(PrintDecorations(*line), "UUuU");
-    EXPECT_TRUE(line->TryDecoration(*MakeRule(112, 200 + at.strikeout, 124, at.strikeoutHeight), false));
+    EXPECT_TRUE(line->TryDecoration(*MakeRule(112, 124, at.strikeout), false));
     EXPECT_EQ(PrintDecorations(*line), "UUusUS");
     // A lowered highlight goes with lowered text.
-    const Line lowered = MakeTestLine();
-    for (Char& c : lowered->chars)
-        c.atts = MakeAtts(10, 2);
-    EXPECT_FALSE(lowered->TryDecoration(*MakeRule(100, 200 + at.highlight, 124, at.highlightHeight), true));
-    EXPECT_TRUE(lowered->TryDecoration(*MakeRule(100, 202 + at.highlight, 124, at.highlightHeight), true));
+    const Line lowered = At(100, -200, ParseLine("a6:2 b6:2 c6:2 d6:2"));
+    EXPECT_FALSE(lowered->TryDecoration(*MakeRule(100, 124, at.highlight), true));
+    EXPECT_TRUE(lowered->TryDecoration(*MakeRule(100, 124, at.highlight, 202), true));
     // Turned text has turned rules.
     const Line turned = MakeTestLine();
-    const Path rule = MakeRule(100, 200 + at.underline, 124, at.underlineHeight);
+    const Path rule = MakeRule(100, 124, at.underline);
     turned->SetTransform(Params::FromPdf(0, 1, -1, 0, 300, 20));
     EXPECT_FALSE(turned->TryDecoration(*rule, false));
     rule->SetTransform(turned->transform);
     EXPECT_TRUE(turned->TryDecoration(*rule, false));
     // A line of a space that is scaled, and a stroke as thick on the page.
     const Line scaled = MakeTestLine();
-    scaled->SetTransform(Params::FromPdf(2, 0, 0, 2, 0, 0));
-    EXPECT_TRUE(scaled->TryDecoration(*MakeStroke(200, 400 + 2 * at.underline, 248, 2 * at.underlineHeight), false));
+    scaled->SetTransform(Params::Scale(2, 2));
+    EXPECT_TRUE(
+        scaled->TryDecoration(*MakeStroke(200, 248, {2 * at.underline.top, 2 * at.underline.height}, 400), false));
 }
 
 /// Lines in a raster, some in columns, with rules and boxes that mostly fit some of them. Where the raster is wide, the
@@ -212,7 +204,7 @@ Kernel::Counted<GroupObject> MakeRandomGroup(unsigned seed, bool isWide = false)
 {
     std::mt19937 random(seed);
     const auto pick = [&random](unsigned count) { return static_cast<int>(random() % count); };
-    const Places at(MakeAtts());
+    const Places at;
     auto group = MakeGroup();
     for (int i = 0; i < (isWide ? 200 : 60); ++i) {
         const double x = 10 + (isWide ? pick(20) * 24 : pick(3) * 30);
@@ -222,35 +214,26 @@ Kernel::Counted<GroupObject> MakeRandomGroup(unsigned seed, bool isWide = false)
             const double left = x + pick(4) * 6;
             const double right = left + pick(4) * 6 + pick(2) * 0.3;
             const int kind = pick(4);
-            const Path path = kind == 0   ? MakeRule(left, y + at.underline, right, at.underlineHeight)
-                              : kind == 1 ? MakeStroke(left, y + at.underline, right, at.underlineHeight)
-                              : kind == 2 ? MakeRule(left, y + at.strikeout, right, at.strikeoutHeight)
-                                          : MakeRule(left, y + at.highlight, right, at.highlightHeight);
+            const Place& place = kind < 2 ? at.underline : kind == 2 ? at.strikeout : at.highlight;
+            const Path path = (kind == 1 ? MakeStroke : MakeRule)(left, right, place, y);
             path->SetTransform(turn * path->transform);
             path->UpdateBBox();
             group->Add(path);
             continue;
         }
-        Line line = ParseLine("a6 b6 c6 d6");
+        const Line line = At(x, -y, ParseLine("a6 b6 c6 d6"));
         line->SetTransform(turn);
-        line->position = {x, -y};
-        line->UpdateBBox();
-        if (pick(3) == 0) {
-            auto column = Kernel::MakeCounted<ColumnObject>(i);
-            line->parent = column.Get();
-            column->lines.push_back(line);
-            if (pick(2) == 0) {
-                line = ParseLine("e6 f6 g6 h6");
-                line->position = {x, -y - 6};
-                line->UpdateBBox();
-                line->parent = column.Get();
-                column->lines.push_back(line);
-            }
-            column->UpdateBBox();
-            group->Add(column);
-        } else {
+        if (pick(3) != 0) {
             group->Add(line);
+            continue;
         }
+        auto column = Kernel::MakeCounted<ColumnObject>(i);
+        column->lines.push_back(line);
+        if (pick(2) == 0) column->lines.push_back(At(x, -y - 6, ParseLine("e6 f6 g6 h6")));
+        for (const Line& one : column->lines)
+            one->parent = column.Get();
+        column->UpdateBBox();
+        group->Add(column);
     }
     group->UpdateBBox();
     return group;
@@ -260,10 +243,9 @@ std::string PrintGroup(const GroupObject& group)
 {
     std::string text;
     for (const auto& child : group.children) {
-        if (child->GetKind() == Object::Kind::Path) text += "path";
-        if (child->GetKind() == Object::Kind::TextLine) text += PrintDecorations(static_cast<TextLineObject&>(*child));
-        if (child->GetKind() == Object::Kind::Column) {
-            for (const auto& line : static_cast<ColumnObject&>(*child).lines)
+        if (const auto line = Kernel::DynamicCast<TextLineObject>(child)) text += PrintDecorations(*line);
+        if (const auto column = Kernel::DynamicCast<ColumnObject>(child)) {
+            for (const Line& line : column->lines)
                 text += "|" + PrintDecorations(*line);
         }
         text += ' ' + ToText(child->transformedBBox.left) + ' ' + ToText(child->transformedBBox.bottom) + '\n';
@@ -280,10 +262,8 @@ TEST(TextDecorationsTest, FindsTheLineThatAWalkWouldFind)
         const std::size_t count = plain->children.size();
         fast->ConvertTextDecorations();
         for (std::size_t i = 0; i < plain->children.size();) {
-            const Kernel::Counted<Object> child = plain->children[i];
-            const bool isTaken = child->GetKind() == Object::Kind::Path &&
-                                 plain->TryTextDecoration(static_cast<const PathObject&>(*child));
-            if (isTaken) {
+            const auto path = Kernel::DynamicCast<PathObject>(plain->children[i]);
+            if (path && plain->TryTextDecoration(*path)) {
                 plain->children.erase(plain->children.begin() + static_cast<std::ptrdiff_t>(i));
             } else {
                 ++i;

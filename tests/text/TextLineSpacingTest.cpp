@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace Quillet::Test {
@@ -25,65 +26,68 @@ std::string PrintSpacing(const TextLineObject& line)
     return text;
 }
 
+/// The line, spaced, and how wide its spaces are, if they are not as the font has them.
+std::string Space(const char* words, TextFidelity fidelity)
+{
+    const Line line = ParseLine(words);
+    const double width = line->width;
+    line->fidelity = fidelity;
+    line->OnLineComplete();
+    EXPECT_NEAR(line->width, GetWidth(*line), 1e-9) << words;
+    EXPECT_NEAR(line->width, width, 1e-9) << words;
+    return PrintSpacing(*line) + (line->wordSpace == 1 ? "" : " by " + ToText(line->wordSpace));
+}
+
+std::string SpaceExact(const char* words)
+{
+    return Space(words, TextFidelityExact);
+}
+
+std::string SpaceEditable(const char* words)
+{
+    return Space(words, TextFidelityEditable);
+}
+
 TEST(TextLineSpacingTest, FindsTheSpacingOfALine)
 {
-    const struct
-    {
-        TextFidelity fidelity;
-        const char* line;
-        const char* spaced;
-        double wordSpace;
-    } rows[] = {
-        {TextFidelityExact, "", "", 1},
-        {TextFidelityExact, "a9", "a9", 1},
-        {TextFidelityEditable, "a9", "a9", 1},
-        // Even tracking, and two kinds of it. The last character says nothing of its own.
-        {TextFidelityExact, "a6.5 b6.5 c6.5 d1", "a6.5+0.05 b6.5+0.05 c6.5+0.05 d1+0.05", 1},
-        {TextFidelityExact, "a6.02 b6.02 c6", "a6.02+0.002 b6.02+0.002 c6+0.002", 1},
-        {TextFidelityEditable, "a6.623 b6.623 c6.623 d6", "a6.623+0.062 b6.623+0.062 c6.623+0.062 d6+0.062", 1},
-        {TextFidelityExact, "a6.5 b6.5 c7 d7 e7", "a6.5+0.05 b6.5+0.05 c7+0.1 d7+0.1 e7+0.1", 1},
-        {TextFidelityEditable, "a6.7 b6.7 c7.4 d7.4 e7", "a6.7+0.07 b6.7+0.07 c7.4+0.14 d7.4+0.14 e7+0.14", 1},
-        {TextFidelityEditable, "a6.7 b6.7 c7.1 d7.1 e7", "a6.7+0.09 b6.7+0.09 c7.1+0.09 d7.1+0.09 e7+0.09", 1},
-        // The last but one is no run; what is left goes to all.
-        {TextFidelityExact, "a6.5 b6.5 c7.1 d7", "a6.5+0.07 b6.5+0.07 c7.1+0.07 d7+0.07", 1},
-        {TextFidelityEditable, "a6.7 b6.7 c6 d6", "a6.7+0.07 b6.7+0.07 c6+0.07 d6+0.07", 1},
-        // As a whole: by a twentieth of an em, or by a point.
-        {TextFidelityEditable, "a6.4 b6.4 c6", "a6.4 b6.4 c6", 1},
-        {TextFidelityEditable, "a6.4 b6.4 c6.4 d6", "a6.4+0.04 b6.4+0.04 c6.4+0.04 d6+0.04", 1},
-        {TextFidelityEditable, "a6.62% b6", "a6.62+0.06 b6+0.06", 1},
-        {TextFidelityEditable, "a6.5% b6", "a6.5 b6", 1},
-        {TextFidelityExact, "a6.5% b5.9% c6", "a6.5+0.02 b5.9+0.02 c6+0.02", 1},
-        {TextFidelityExact, "a6 _9 >9 b6 _9 c6", "a6 _9 >9 b6 _9 c6", 1.5},
-        // A space takes up what is off before it.
-        {TextFidelityEditable, "a6 b6.8% _6 c6", "a6 b6 _6.8 c6", 6.8 / 6},
-        {TextFidelityEditable, "a6 b5.2% _6 c6", "a6 b6 _5.2 c6", 1},
-        {TextFidelityEditable, "a6 b5.2% _1.79 c6", "a6 b6.99 c6", 1},
-        {TextFidelityEditable, "a6 b5.2% _1.81 c6", "a6 b6 _1.01 c6", 1},
-        {TextFidelityEditable, "a6 b5.2% _1 c6", "a6 b5.2 _1 c6", 1},
-        {TextFidelityEditable, "a6 b5.2% _0.8 c6", "a6 b5 _1 c6", 1},
-        // How wide spaces are.
-        {TextFidelityEditable, "a6 _9 b6 _9 c6 _18 d6", "a6 _9 b6 _9 c6 _18 d6", 1.5},
-        {TextFidelityEditable, "a6 _8.4 b6", "a6 _8.4 b6", 1.4},
-        {TextFidelityEditable, "a6 _9.1 b6 _15 c6", "a6 _9.1 b6 _15 c6", 1},
-        {TextFidelityEditable, "a6 _12 b6 _12 c6", "a6 _12 b6 _12 c6", 2},
-        {TextFidelityEditable, "a6 _3 b6 _3 c6", "a6 _3 b6 _3 c6", 1},
-        // To look the same, each space brings the pen back.
-        {TextFidelityExact, "a6 _6 b6 _7 c6 _6 d6", "a6 _6 b6 _7+0.1 c6 _6 d6", 1},
-        {TextFidelityExact, "a6 _6 b6 _6.4 c6 _6.4 d6 _6 e6", "a6 _6 b6 _6.4 c6 _6.4+0.08 d6 _6 e6", 1},
-        {TextFidelityExact, "a6 _9 b6 _9 c6 _10.2 d6", "a6 _9 b6 _9 c6 _10.2+0.08 d6", 1.5},
-        {TextFidelityExact, "a6 _6 b6 _6 c6 _15 d6", "a6 _6 b6 _6 c6 _15 d6", 1},
-        {TextFidelityExact, "b0% a6% _6 c12% d6%", "b0 a6 _6+-0.59 c12 d6", 1},
-    };
-    for (const auto& row : rows) {
-        const Line line = ParseLine(row.line);
-        const double width = line->width;
-        line->fidelity = row.fidelity;
-        line->OnLineComplete();
-        EXPECT_EQ(PrintSpacing(*line), row.spaced) << row.line << " " << row.fidelity;
-        EXPECT_NEAR(line->wordSpace, row.wordSpace, 1e-9) << row.line << " " << row.fidelity;
-        EXPECT_NEAR(line->width, width, 1e-9);
-        EXPECT_NEAR(line->width, line->GetWidth(line->chars.begin(), line->chars.end()), 1e-9) << row.line;
-    }
+    EXPECT_EQ(SpaceExact(""), "");
+    EXPECT_EQ(SpaceEditable("a9"), "a9");
+    // Even tracking, and two kinds of it. The last character says nothing of its own.
+    EXPECT_EQ(SpaceExact("a6.5 b6.5 c6.5 d1"), "a6.5+0.05 b6.5+0.05 c6.5+0.05 d1+0.05");
+    EXPECT_EQ(SpaceExact("a6.02 b6.02 c6"), "a6.02+0.002 b6.02+0.002 c6+0.002");
+    EXPECT_EQ(SpaceEditable("a6.623 b6.623 c6.623 d6"), "a6.623+0.062 b6.623+0.062 c6.623+0.062 d6+0.062");
+    EXPECT_EQ(SpaceExact("a6.5 b6.5 c7 d7 e7"), "a6.5+0.05 b6.5+0.05 c7+0.1 d7+0.1 e7+0.1");
+    EXPECT_EQ(SpaceEditable("a6.7 b6.7 c7.4 d7.4 e7"), "a6.7+0.07 b6.7+0.07 c7.4+0.14 d7.4+0.14 e7+0.14");
+    EXPECT_EQ(SpaceEditable("a6.7 b6.7 c7.1 d7.1 e7"), "a6.7+0.09 b6.7+0.09 c7.1+0.09 d7.1+0.09 e7+0.09");
+    // The last but one is no run; what is left goes to all.
+    EXPECT_EQ(SpaceExact("a6.5 b6.5 c7.1 d7"), "a6.5+0.07 b6.5+0.07 c7.1+0.07 d7+0.07");
+    EXPECT_EQ(SpaceEditable("a6.7 b6.7 c6 d6"), "a6.7+0.07 b6.7+0.07 c6+0.07 d6+0.07");
+    // As a whole: by a twentieth of an em, or by a point.
+    EXPECT_EQ(SpaceEditable("a6.4 b6.4 c6"), "a6.4 b6.4 c6");
+    EXPECT_EQ(SpaceEditable("a6.4 b6.4 c6.4 d6"), "a6.4+0.04 b6.4+0.04 c6.4+0.04 d6+0.04");
+    EXPECT_EQ(SpaceEditable("a6.62% b6"), "a6.62+0.06 b6+0.06");
+    EXPECT_EQ(SpaceEditable("a6.5% b6"), "a6.5 b6");
+    EXPECT_EQ(SpaceExact("a6.5% b5.9% c6"), "a6.5+0.02 b5.9+0.02 c6+0.02");
+    EXPECT_EQ(SpaceExact("a6 _9 >9 b6 _9 c6"), "a6 _9 >9 b6 _9 c6 by 1.5");
+    // A space takes up what is off before it.
+    EXPECT_EQ(SpaceEditable("a6 b6.8% _6 c6"), "a6 b6 _6.8 c6 by 1.1333");
+    EXPECT_EQ(SpaceEditable("a6 b5.2% _6 c6"), "a6 b6 _5.2 c6");
+    EXPECT_EQ(SpaceEditable("a6 b5.2% _1.79 c6"), "a6 b6.99 c6");
+    EXPECT_EQ(SpaceEditable("a6 b5.2% _1.81 c6"), "a6 b6 _1.01 c6");
+    EXPECT_EQ(SpaceEditable("a6 b5.2% _1 c6"), "a6 b5.2 _1 c6");
+    EXPECT_EQ(SpaceEditable("a6 b5.2% _0.8 c6"), "a6 b5 _1 c6");
+    // How wide spaces are.
+    EXPECT_EQ(SpaceEditable("a6 _9 b6 _9 c6 _18 d6"), "a6 _9 b6 _9 c6 _18 d6 by 1.5");
+    EXPECT_EQ(SpaceEditable("a6 _8.4 b6"), "a6 _8.4 b6 by 1.4");
+    EXPECT_EQ(SpaceEditable("a6 _9.1 b6 _15 c6"), "a6 _9.1 b6 _15 c6");
+    EXPECT_EQ(SpaceEditable("a6 _12 b6 _12 c6"), "a6 _12 b6 _12 c6 by 2");
+    EXPECT_EQ(SpaceEditable("a6 _3 b6 _3 c6"), "a6 _3 b6 _3 c6");
+    // To look the same, each space brings the pen back.
+    EXPECT_EQ(SpaceExact("a6 _6 b6 _7 c6 _6 d6"), "a6 _6 b6 _7+0.1 c6 _6 d6");
+    EXPECT_EQ(SpaceExact("a6 _6 b6 _6.4 c6 _6.4 d6 _6 e6"), "a6 _6 b6 _6.4 c6 _6.4+0.08 d6 _6 e6");
+    EXPECT_EQ(SpaceExact("a6 _9 b6 _9 c6 _10.2 d6"), "a6 _9 b6 _9 c6 _10.2+0.08 d6 by 1.5");
+    EXPECT_EQ(SpaceExact("a6 _6 b6 _6 c6 _15 d6"), "a6 _6 b6 _6 c6 _15 d6");
+    EXPECT_EQ(SpaceExact("b0% a6% _6 c12% d6%"), "b0 a6 _6+-0.59 c12 d6");
 }
 
 TEST(TextLineSpacingTest, SeesWhetherPairsWereKerned)
@@ -125,26 +129,19 @@ TEST(TextLineSpacingTest, KnowsSpacesOfAFixedWidth)
 
 TEST(TextLineSpacingTest, GivesSpacesTheFontTheyHaveTheirWidthIn)
 {
-    const struct
-    {
-        std::vector<double> sizes;
-        double space;
-        double size;
-    } rows[] = {
-        {{10, 10, 20}, 12, 20}, {{20, 10, 10}, 12, 20}, {{10, 20, 10}, 6, 10},
-        {{20, 10, 20}, 6, 10},  {{20, 10, 15}, 9, 15},  {{10, 10, 20}, 8.9, 10},
-    };
-    for (const auto& row : rows) {
-        Chars chars;
-        for (std::size_t i = 0; i < 3; ++i)
-            chars.push_back(
-                MakeChar(i == 1 ? U' ' : U'a', i == 1 ? row.space : row.sizes[i] * 0.6, MakeAtts(row.sizes[i])));
-        const Line line = MakeLine(std::move(chars));
+    const auto getSize = [](const char* words) {
+        const Line line = ParseLine(words);
         line->fidelity = TextFidelityEditable;
         line->OnLineComplete();
-        EXPECT_EQ(line->chars[1].GetSize(), row.size) << row.space;
         EXPECT_EQ(line->textHeight, line->GetTextHeight(line->chars.begin(), line->chars.end()));
-    }
+        return line->chars[1].GetSize();
+    };
+    EXPECT_EQ(getSize("a6 _12 a12@20"), 20);
+    EXPECT_EQ(getSize("a12@20 _12 a6"), 20);
+    EXPECT_EQ(getSize("a6 _6@20 a12@20"), 10);
+    EXPECT_EQ(getSize("a12@20 _6 a12@20"), 10);
+    EXPECT_EQ(getSize("a12@20 _9 a9@15"), 15);
+    EXPECT_EQ(getSize("a6 _8.9 a12@20"), 10);
 }
 
 TEST(TextLineSpacingTest, MakesLettersOfLigaturesToBeEdited)
@@ -152,52 +149,40 @@ TEST(TextLineSpacingTest, MakesLettersOfLigaturesToBeEdited)
     const std::pair<char32_t, const char*> rows[] = {{0xFB00, "ff"},  {0xFB01, "fi"}, {0xFB02, "fl"}, {0xFB03, "ffi"},
                                                      {0xFB04, "ffl"}, {0x0132, "IJ"}, {0x0133, "ij"}};
     for (const auto& [unicode, letters] : rows) {
-        for (const TextFidelity fidelity : {TextFidelityExact, TextFidelityEditable}) {
-            Char ligature = MakeChar(unicode, 8, MakeAtts(10, 0, c_sans));
-            ligature.glyphIndex = 77;
-            ligature.isKerned = true;
-            const Line line = MakeLine({ligature, MakeChar(U'x', 5, ligature.atts)});
-            line->fidelity = fidelity;
-            line->OnLineComplete();
-            if (fidelity == TextFidelityExact) {
-                EXPECT_EQ(line->chars.size(), 2);
-                EXPECT_EQ(line->chars[0].unicode, unicode);
-                continue;
-            }
-            EXPECT_EQ(line->GetText(), std::string(letters) + "x");
-            const Char& first = line->chars[0];
-            const Char& second = line->chars[1];
-            EXPECT_NEAR(first.width / second.width,
-                        first.GetFontWidthOf(first.unicode) / first.GetFontWidthOf(second.unicode), 1e-9);
-            EXPECT_NEAR(line->GetWidth(line->chars.begin(), line->chars.end() - 1), 8, 1e-9);
-            EXPECT_EQ(first.charCode, 77);
-            EXPECT_EQ(second.charCode, -1);
-            EXPECT_FALSE(first.isKerned);
-            EXPECT_TRUE((line->chars.end() - 2)->isKerned);
-        }
+        Char ligature = MakeChar(unicode, 8, MakeAtts(10, 0, c_sans));
+        ligature.glyphIndex = 77;
+        ligature.isKerned = true;
+        const Line exact = MakeLine({ligature, MakeChar(U'x', 5, ligature.atts)});
+        exact->OnLineComplete();
+        EXPECT_EQ(exact->chars.at(0).unicode, unicode);
+        const Line line = MakeLine({ligature, MakeChar(U'x', 5, ligature.atts)});
+        line->fidelity = TextFidelityEditable;
+        line->OnLineComplete();
+        EXPECT_EQ(line->GetText(), std::string(letters) + "x");
+        const Char& first = line->chars[0];
+        const Char& second = line->chars[1];
+        EXPECT_NEAR(first.width / second.width,
+                    first.GetFontWidthOf(first.unicode) / first.GetFontWidthOf(second.unicode), 1e-9);
+        EXPECT_NEAR(line->GetWidth(line->chars.begin(), line->chars.end() - 1), 8, 1e-9);
+        EXPECT_EQ(std::pair(first.charCode, second.charCode), std::pair(77, -1));
+        EXPECT_FALSE(first.isKerned);
+        EXPECT_TRUE((line->chars.end() - 2)->isKerned);
     }
 }
 
 TEST(TextLineSpacingTest, KnowsWhatIsMoreThanABlank)
 {
-    const struct
-    {
-        const char* line;
-        double wordSpace;
-        std::size_t index;
-        bool isTab;
-    } rows[] = {
-        {"a6 _9 b6", 1, 1, false},  {"a6 _9.1 b6", 1, 1, true},   {"a6 _12 b6", 1, 1, true},
-        {".6 _12 b6", 1, 1, false}, {"!6 _12 b6", 1, 1, false},   {"?6 _11.8 b6", 1, 1, false},
-        {":6 _12 b6", 1, 1, true},  {".6 _12.4 b6", 1, 1, true},  {".6 _11.6 b6", 1, 1, true},
-        {"_12 b6", 1, 0, true},     {"a6 _12 b6", 1.4, 1, false}, {"a6 _18 b6", 1.9, 1, true},
+    const auto isTab = [](const char* text, double wordSpace) {
+        const Line line = ParseLine(text);
+        line->SetWordSpace(wordSpace);
+        return line->IsTabSpace(std::ranges::find(line->chars, true, &Char::isSpace));
     };
-    for (const auto& row : rows) {
-        const Line line = ParseLine(row.line);
-        line->SetWordSpace(row.wordSpace);
-        EXPECT_EQ(line->IsTabSpace(line->chars.begin() + static_cast<std::ptrdiff_t>(row.index)), row.isTab)
-            << row.line;
-    }
+    for (const char* text : {"a6 _9.1 b6", "a6 _12 b6", ":6 _12 b6", ".6 _12.4 b6", ".6 _11.6 b6", "_12 b6"})
+        EXPECT_TRUE(isTab(text, 1)) << text;
+    for (const char* text : {"a6 _9 b6", ".6 _12 b6", "!6 _12 b6", "?6 _11.8 b6"})
+        EXPECT_FALSE(isTab(text, 1)) << text;
+    EXPECT_FALSE(isTab("a6 _12 b6", 1.4));
+    EXPECT_TRUE(isTab("a6 _18 b6", 1.9));
 }
 
 TEST(TextLineSpacingTest, TypesTwoSpacesBehindASentence)
@@ -222,24 +207,21 @@ TEST(TextLineSpacingTest, SaysHowItMayWrap)
     EXPECT_NEAR(ParseLine("a6 _3 b6 _4")->GetLineWrapTolerance(0.25), 1.75, 1e-9);
     EXPECT_EQ(ParseLine("_3 >3")->GetLineWrapTolerance(1), 0);
 
-    const auto makeAtts = [](bool fromRight) {
-        auto stops = Kernel::MakeCounted<Story::TabStops>();
-        stops->Set({20, Story::Tab::Right, fromRight});
-        auto atts = Story::ParagraphAtts::GetDefault()->Clone();
-        atts->Set(Story::ParagraphAtt::Tabs, Kernel::Counted<const Story::TabStops>(stops));
-        return atts;
-    };
     const Line line = ParseLine("a6");
     EXPECT_TRUE(line->UsesWrap());
-    for (const bool isBack : {true, false}) {
-        line->SetIsParagraphBack(isBack);
-        line->SetNeedsLineBreak(!isBack);
-        line->SetParagraphAtts(nullptr);
-        EXPECT_FALSE(line->UsesWrap());
-        line->SetParagraphAtts(makeAtts(false));
-        EXPECT_FALSE(line->UsesWrap());
-        line->SetParagraphAtts(makeAtts(true));
-        EXPECT_TRUE(line->UsesWrap());
+    for (const bool fromRight : {false, true}) {
+        const auto atts = Story::ParagraphAtts::GetDefault()->Clone();
+        const auto stops = Kernel::MakeCounted<Story::TabStops>();
+        stops->Set({20, Story::Tab::Right, fromRight});
+        atts->Set(Story::ParagraphAtt::Tabs, Kernel::Counted<const Story::TabStops>(stops));
+        for (const bool isBack : {true, false}) {
+            line->SetIsParagraphBack(isBack);
+            line->SetNeedsLineBreak(!isBack);
+            line->SetParagraphAtts(nullptr);
+            EXPECT_FALSE(line->UsesWrap());
+            line->SetParagraphAtts(atts);
+            EXPECT_EQ(line->UsesWrap(), fromRight);
+        }
     }
 }
 

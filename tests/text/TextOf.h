@@ -5,17 +5,19 @@
 
 #include <cstdio>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Quillet::Test {
 
 using Lines = std::vector<Kernel::Counted<TextLineObject>>;
 
-inline void CollectLines(const GroupObject& group, Lines& lines)
+template <typename Kind>
+void Collect(const GroupObject& group, std::vector<Kernel::Counted<Kind>>& found)
 {
     for (const auto& child : group.children) {
-        if (const GroupObject* inner = child->AsGroup()) CollectLines(*inner, lines);
-        if (auto line = Kernel::DynamicCast<TextLineObject>(child)) lines.push_back(std::move(line));
+        if (const GroupObject* inner = child->AsGroup()) Collect(*inner, found);
+        if (auto object = Kernel::DynamicCast<Kind>(child)) found.push_back(std::move(object));
     }
 }
 
@@ -23,7 +25,7 @@ inline void CollectLines(const GroupObject& group, Lines& lines)
 inline Lines GetLines(const GroupObject& root)
 {
     Lines lines;
-    CollectLines(root, lines);
+    Collect(root, lines);
     return lines;
 }
 
