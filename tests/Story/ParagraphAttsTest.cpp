@@ -1,6 +1,6 @@
 #include <Story/ParagraphAtts.h>
 
-#include "Story/GlyphChanges.h"
+#include "support/GlyphChanges.h"
 
 #include <gmock/gmock.h>
 

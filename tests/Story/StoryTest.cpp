@@ -1,6 +1,6 @@
 #include <Story/Story.h>
 
-#include "Story/GlyphChanges.h"
+#include "support/GlyphChanges.h"
 
 #include <gtest/gtest.h>
 
