@@ -1,7 +1,7 @@
 #include <Story/GlyphAtts.h>
 #include <Story/StyleSheet.h>
 
-#include "support/GlyphChanges.h"
+#include "GlyphChanges.h"
 
 #include <gmock/gmock.h>
 

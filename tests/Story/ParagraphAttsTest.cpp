@@ -1,6 +1,6 @@
 #include <Story/ParagraphAtts.h>
 
-#include "support/GlyphChanges.h"
+#include "GlyphChanges.h"
 
 #include <gmock/gmock.h>
 

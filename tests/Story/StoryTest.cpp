@@ -1,6 +1,6 @@
 #include <Story/Story.h>
 
-#include "support/GlyphChanges.h"
+#include "GlyphChanges.h"
 
 #include <gtest/gtest.h>
 
