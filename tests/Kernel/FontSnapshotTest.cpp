@@ -5,6 +5,9 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
+
+#include <unistd.h>
 
 namespace {
 
@@ -38,7 +41,7 @@ protected:
         return face;
     }
 
-    const fs::path directory = fs::temp_directory_path() / "quillet-font-snapshot-test";
+    const fs::path directory = fs::temp_directory_path() / ("quillet-snapshot-" + std::to_string(getpid()));
     const std::string missing = (directory / "missing").string();
     /// What changed a moment ago is not trusted to be still; the root of the machine did not.
     const std::vector<std::string> sources = {"/", missing};

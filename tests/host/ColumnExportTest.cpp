@@ -4,7 +4,7 @@
 #include "exporters/JsonWriter.h"
 #include "exporters/LongText.h"
 #include "exporters/SvgColumn.h"
-#include "exporters/SvgPaint.h"
+#include "exporters/SvgDrawing.h"
 #include "exporters/TextRuns.h"
 #include "support/PdfBuilder.h"
 
@@ -164,11 +164,16 @@ Json MakeJson(const ColumnObject& column)
 /// An element around all elements of the column.
 pugi::xml_document MakeSvg(const ColumnObject& column)
 {
-    pugi::xml_document document;
-    const pugi::xml_node svg = document.append_child("svg");
     const Raster::ICCManager::ICCProfileSet profiles;
-    SvgPaint paint(profiles, svg, "");
-    AddColumn(svg, column, paint);
+    SvgDrawing drawing(profiles, "");
+    AddColumn(drawing.svg, column, drawing.paint);
+    LongText text;
+    XmlWriter svg(text);
+    svg.Begin("svg");
+    drawing.MoveTo(svg);
+    svg.End();
+    pugi::xml_document document;
+    EXPECT_TRUE(document.load_string(text.Join().c_str(), pugi::parse_full | pugi::parse_ws_pcdata));
     return document;
 }
 
