@@ -25,9 +25,9 @@ std::string MakeNumber(double value, int decimals)
     return text;
 }
 
-void SetTransform(XmlWriter& svg, const Params& transform)
+void SetTransform(XmlWriter& svg, const Params& transform, const char* name)
 {
-    LongText& text = svg.BeginAttribute("transform");
+    LongText& text = svg.BeginAttribute(name);
     text.Append("matrix(");
     for (const double value : {transform.a, transform.b, transform.c, transform.d}) {
         const double size = std::abs(value);

@@ -13,7 +13,7 @@ class XmlWriter;
 // Values of an SVG's elements.
 
 std::string MakeNumber(double value, int decimals = 6);
-void SetTransform(XmlWriter& svg, const Raster::AffineTransform::Params& transform);
+void SetTransform(XmlWriter& svg, const Raster::AffineTransform::Params& transform, const char* name = "transform");
 /// Of a path in its own space, from which `toPage` leads to the page.
 std::string MakePathData(const Geometry::PolyCurveDbl& path, const Raster::AffineTransform::Params& toPage);
 /// "M", "L", "C" and "Z" as the value of an attribute.

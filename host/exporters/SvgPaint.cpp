@@ -113,7 +113,7 @@ std::string SvgPaint::AddGradient(const Renderer::FillGradient& fill, const Para
     for (const char* attribute : isLinear ? std::array{"x1", "y1", "y2"} : std::array{"cx", "cy", "fx"})
         defs.Attribute(attribute, "0");
     defs.Attribute(isLinear ? "x2" : "r", "1");
-    SetTransform(defs, placement);
+    SetTransform(defs, placement, "gradientTransform");
     for (const Renderer::ColourPosition& position : fill.gradient->stops) {
         if (!Budget::Spend(Costs::c_svgElement)) break;
         defs.Begin("stop");
