@@ -175,8 +175,10 @@ TEST(TextHandlerTest, PutsGlyphsWhereTheMatricesSay)
                               ".6 .8 -2 1 30 4", "-.6 .8 .5 1.5 3 40", "0 1 1 0 30 40",  ".001 .002 -.003 .001 30 40"};
     for (const std::string matrix : matrices) {
         for (const std::string page : {"1 0 0 1 0 0", ".5 .1 -.2 2 7 9"}) {
-            const TextRun text(page + " cm BT " + matrix + " Tm /F 10 Tf 50 Tz (a) Tj ET");
-            SCOPED_TRACE(page + " cm " + matrix);
+            std::string content = page;
+            content.append(" cm BT ").append(matrix).append(" Tm /F 10 Tf 50 Tz (a) Tj ET");
+            SCOPED_TRACE(content);
+            const TextRun text(content);
             ASSERT_EQ(text.lines.size(), 1);
             const TextLineObject& line = *text.lines[0];
             const Story::GlyphAtts& atts = *line.chars[0].atts;
